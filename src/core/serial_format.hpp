@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace telvox {
+
+/// Format of a serial line.
+struct SerialFormat {
+    int baud = 9600;
+    char parity = 'n'; ///< 'n', 'e' or 'o'
+    int data_bits = 8;
+    int stop_bits = 1;
+
+    bool operator==(const SerialFormat &) const = default;
+};
+
+/// Factory default of a cabled device and of a local modem.
+inline constexpr const char *default_direkt = "2400,e,8,1";
+inline constexpr const char *default_fern = "9600,n,8,1";
+
+/// Reads a settings text "baud,parity,data bits,stop bits" ("2400,e,8,1"); nothing if it is not exactly that,
+/// or a value that no device of the family has.
+[[nodiscard]] std::optional<SerialFormat> parse_format(std::string_view settings);
+
+/// The settings text of a format.
+[[nodiscard]] std::string format_text(const SerialFormat &format);
+
+} // namespace telvox

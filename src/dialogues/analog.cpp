@@ -1,0 +1,138 @@
+#include "dialogues/families.hpp"
+#include "dialogues/shared.hpp"
+
+namespace telvox {
+
+namespace dialogues {
+namespace {
+
+void start_set_jobs(Desk &desk) {
+    for (const Move &move : start_jobs)
+        if (desk.jobs.*move.when)
+            desk.jobs.*move.counter = move.becomes;
+}
+
+bool no_password(const Desk &desk) { return desk.frmModem.tboPasswort.text.empty(); }
+
+constexpr Step dial[] = {
+    {.number = 1,
+     .status = "Anwahl",
+     .send = [](const Desk &d) { return "ATX3D" + number_text(d.frmModem.tboRufnummer_Modem.text); },
+     .wait = 60s,
+     .awaits = &JobState::boolAnwahl_Fehler},
+    // A device without password is spoken to at once, and again on every tick.
+    {.number = 2,
+     .when = no_password,
+     .status = "Einleiten der Fernkonfiguration",
+     .act = start_set_jobs,
+     .send = "****",
+     .as = Write::raw,
+     .next = 2},
+    {.number = 2,
+     .status = "Einleiten der Fernkonfiguration",
+     .send = "****",
+     .as = Write::raw,
+     .wait = 11s,
+     .awaits = &JobState::boolAntwort_Fehler},
+    type_password(3),
+    end_password(3),
+};
+
+constexpr Step configure[] = {
+    {.number = 1,
+     .status = "Übertragung des Alarmtextes",
+     .send = "AT*V",
+     .wait = 11s,
+     .awaits = &JobState::boolKommunikations_Fehler31},
+    {.number = 2, .send = alarm_text, .next = 3},
+    {.number = 3,
+     .status = "Protokoll wird eingestellt",
+     .send =
+         [](const Desk &d) {
+             const std::string &code = d.session.strSMS_Protokoll;
+             return "AT*" + std::string(!by_sms(d) ? "M5" : valid_protocol(code) ? code : "M6");
+         },
+     .next = 4},
+    {.number = 4,
+     .status = "Service-Nummer wird eingestellt",
+     .send =
+         [](const Desk &d) {
+             return "AT&Z0=" + outside_line(d) + (by_sms(d) ? service_number(d) : receiver(d));
+         },
+     .next = 5},
+    {.number = 5,
+     .status = "Rufnummer des Empfängers wird konfiguriert",
+     .send = [](const Desk &d) { return "AT&Z2=" + receiver(d); },
+     .next = 6},
+    {.number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7},
+    {.number = 7,
+     .status = "Verbindungsüberprüfung läuft...",
+     .send = "ATI0",
+     .wait = 4s,
+     .awaits = &JobState::boolKommunikations_Fehler32},
+    {.number = 8, .when = remote, .status = leaving_remote, .send = "ATZ", .next = 9},
+    {.number = 8, .end = End::drop, .message = configured_try_test},
+    {.number = 9, .end = End::hang_up, .message = configured_try_test},
+};
+
+/// The test leaves the remote configuration with "AT*E", which lets the device dial its alarm at once.
+constexpr Step alarm_test[] = {
+    {.number = 1, .send = "ATI0", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
+    {.number = 2, .status = sending_test, .send = "AT%A", .wait = 1s, .next = 3},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT*E", .next = 4},
+    {.number = 3, .end = End::drop, .message = test_sent_sms_or_fax},
+    {.number = 4, .end = End::hang_up, .message = test_sent_sms_or_fax},
+};
+
+/// An empty service number leaves the device nobody to call; it is not saved with "AT&W".
+constexpr Step alarm_off[] = {
+    {.number = 1, .send = "ATI0", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
+    {.number = 2, .status = sending_alarm_off, .send = "AT&Z0=", .wait = 1s, .next = 3},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "ATZ", .next = 4},
+    {.number = 3, .end = End::drop, .message = alarm_is_off},
+    {.number = 4, .end = End::hang_up, .message = alarm_is_off},
+};
+
+constexpr Job jobs[] = {
+    {&JobState::byteAnwahl_Counter, dial},
+    {&JobState::byteParametrier_Counter, configure},
+    {&JobState::byteAlarmtest_Counter, alarm_test},
+    {&JobState::byteAlarm_aus_Counter, alarm_off},
+};
+
+/// The prompt for the alarm text counts whenever the configuration runs, also late; it must not start one in
+/// the middle of another job.
+bool configuring(const Desk &desk) {
+    return desk.jobs.boolKommunikations_Fehler31 || desk.jobs.byteParametrier_Counter != 0;
+}
+
+/// The device acknowledges in words of its own: any data does while its flag is armed.
+constexpr Reply any_data(FlagOf awaited, CounterOf counter, Counter becomes) {
+    return {.awaited = awaited, .counter = counter, .becomes = becomes, .restart = 100ms};
+}
+
+constexpr Reply replies[] = {
+    carrier_up,
+    {.contains = "ONLINE",
+     .awaited = &JobState::boolAntwort_Fehler,
+     .counter = &JobState::byteAnwahl_Counter,
+     .becomes = 3,
+     .restart = 1100ms},
+    {.contains = ">", .awaited = &JobState::boolPasswort_Fehler, .moves = start_jobs, .restart = 1100ms},
+    {.contains = "NEW ALARM TEXT: ",
+     .when = configuring,
+     .clears = &JobState::boolKommunikations_Fehler31,
+     .counter = &JobState::byteParametrier_Counter,
+     .becomes = 2,
+     .restart = 1100ms},
+    any_data(&JobState::boolKommunikations_Fehler32, &JobState::byteParametrier_Counter, 8),
+    any_data(&JobState::boolKommunikations_Fehler33, &JobState::byteAlarm_aus_Counter, 2),
+    any_data(&JobState::boolKommunikations_Fehler34, &JobState::byteAlarmtest_Counter, 2),
+};
+
+} // namespace
+} // namespace dialogues
+
+constexpr Family analog_family{dialogues::jobs, dialogues::replies};
+
+} // namespace telvox

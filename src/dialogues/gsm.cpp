@@ -1,0 +1,286 @@
+#include "dialogues/families.hpp"
+#include "dialogues/shared.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace telvox {
+
+namespace dialogues {
+namespace {
+
+/// Commands exist in two generations: "AT**MSG1=" on devices that identify as "KWT Telvox-A", "AT**MSG2=" on
+/// older ones.
+std::string by_generation(const Desk &desk, const char *command, const std::string &rest) {
+    return command + std::string(desk.session.boolWavecom_Modem ? "1=" : "2=") + rest;
+}
+
+/// The alarm text stands in double quotes on the line, so it cannot hold one.
+std::string quoted(std::string text) {
+    std::replace(text.begin(), text.end(), '"', '\'');
+    return '"' + text + '"';
+}
+
+constexpr Step configure[] = {
+    {.number = 1,
+     .status = "Verbindungsprüfung",
+     .send = "AT**TIME?",
+     .wait = 4s,
+     .awaits = &JobState::boolKommunikations_Fehler31},
+    {.number = 2, .act = [](Desk &d) { d.session.boolWavecom_Modem = false; }, .send = "ATI", .next = 3},
+    {.number = 3,
+     .status = "Rufnummer des Empfängers wird konfiguriert",
+     .send = [](const Desk &d) { return by_generation(d, "AT**DST", receiver(d)); },
+     .next = 4},
+    {.number = 4,
+     .status = "Übertragung des Alarmtextes",
+     .send = [](const Desk &d) { return by_generation(d, "AT**MSG", quoted(alarm_text(d))); },
+     .next = 5},
+    {.number = 5,
+     .status = "Service-Nummer wird eingestellt",
+     .send = [](const Desk &d) { return "AT**SCN=" + service_number(d); },
+     .next = 6},
+    {.number = 6,
+     .status = "Alarmeingang wird konfiguriert",
+     .send = [](const Desk &d) { return by_generation(d, "AT**INPUT", "1"); },
+     .next = 7},
+    {.number = 7,
+     .status = "Verbindungsprüfung",
+     .send = "AT**TIME?",
+     .wait = 4s,
+     .awaits = &JobState::boolKommunikations_Fehler32},
+    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 9},
+    {.number = 8, .end = End::drop, .message = configured_mobile},
+    {.number = 9, .end = End::hang_up, .message = configured_mobile},
+};
+
+constexpr Step alarm_test[] = {
+    {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
+    {.number = 2, .status = sending_test, .send = "AT**SMS=1", .next = 3},
+    {.number = 3, .send = "AT**SMS=2", .next = 4},
+    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 5},
+    {.number = 4, .end = End::drop, .message = test_sent},
+    {.number = 5, .end = End::hang_up, .message = test_sent},
+};
+
+/// An empty service centre leaves the device nobody to send its alarm through.
+constexpr Step alarm_off[] = {
+    {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
+    {.number = 2, .status = sending_alarm_off, .send = "AT**SCN=", .next = 3},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 4},
+    {.number = 3, .end = End::drop, .message = alarm_is_off},
+    {.number = 4, .end = End::hang_up, .message = alarm_is_off},
+};
+
+constexpr Step set_pin[] = {
+    {.number = 1,
+     .status = "Verbindung wird hergestellt",
+     .send = "AT**TIME?",
+     .wait = 6s,
+     .awaits = &JobState::boolKommunikations_Fehler41},
+    {.number = 2,
+     .send = [](const Desk &d) { return "AT**PIN=" + d.session.strPIN; },
+     .end = End::drop,
+     .message = "Die PIN wurde eingestellt."},
+};
+
+/// The device normally runs with result codes off; the standard queries need them on for their answers.
+constexpr const char *results_on = "Rückmeldung einschalten";
+constexpr const char *results_off = "Rückmeldung ausschalten";
+
+constexpr Step pin_status[] = {
+    {.number = 1,
+     .status = "Prüfe ob PIN hinterlegt",
+     .send = "AT**PIN?",
+     .wait = 4s,
+     .awaits = &JobState::boolKommunikations_Fehler42},
+    {.number = 2, .status = results_on, .send = "ATQ0", .wait = 1500ms, .next = 3},
+    {.number = 3, .status = "Frage Status ab", .send = "AT+CPIN?", .wait = 2200ms, .next = 4},
+    // Reached only without a "+CPIN:" answer.
+    {.number = 4,
+     .act = [](Desk &d) { d.frmGSM_Status.tboStatus.text = "keine SIM-Karte"; },
+     .wait = 100ms,
+     .next = 5},
+    {.number = 5, .status = results_off, .send = "ATQ1", .wait = 800ms, .next = 6},
+    {.number = 6, .end = End::drop},
+};
+
+constexpr Step registration[] = {
+    {.number = 1,
+     .status = "Verbindungsprüfung",
+     .send = "AT**TIME?",
+     .wait = 4s,
+     .awaits = &JobState::boolKommunikations_Fehler43},
+    {.number = 2, .status = results_on, .send = "ATQ0", .wait = 1500ms, .next = 3},
+    {.number = 3, .status = "Frage Registrierungszustand ab", .send = "AT+CREG?", .next = 4},
+    {.number = 4, .status = results_off, .send = "ATQ1", .wait = 800ms, .next = 5},
+    {.number = 5, .end = End::drop},
+};
+
+constexpr Step signal[] = {
+    {.number = 1,
+     .status = "Frage Signalstärke ab",
+     .send = "AT+CSQ",
+     .wait = 6s,
+     .awaits = &JobState::boolKommunikations_Fehler44},
+    {.number = 2, .end = End::drop},
+};
+
+constexpr Step imei[] = {
+    {.number = 1,
+     .status = "Frage IMEI ab",
+     .send = "AT**IMEI?",
+     .wait = 6s,
+     .awaits = &JobState::boolKommunikations_Fehler71},
+    {.number = 2, .end = End::drop},
+};
+
+constexpr Job jobs[] = {
+    {&JobState::byteAnwahl_Counter, mobile_dial},
+    {&JobState::byteParametrier_Counter, configure},
+    {&JobState::byteAlarmtest_Counter, alarm_test},
+    {&JobState::byteAlarm_aus_Counter, alarm_off},
+    {&JobState::bytePin_Counter, set_pin},
+    {&JobState::bytePin_Status_Counter, pin_status},
+    {&JobState::byteGSM_Reg_Counter, registration},
+    {&JobState::byteGSM_Signal_Counter, signal},
+    {&JobState::byteIMEI_Counter, imei},
+};
+
+bool show_no_pin(Desk &desk, std::string_view) {
+    desk.frmGSM_Status.tboPIN_hinterlegt.text = "nein";
+    return true;
+}
+
+bool show_pin(Desk &desk, std::string_view) {
+    desk.frmGSM_Status.tboPIN_hinterlegt.text = "ja";
+    return true;
+}
+
+bool note_newer_device(Desk &desk, std::string_view) {
+    desk.session.boolWavecom_Modem = true;
+    return true;
+}
+
+bool take_sim_state(Desk &desk, std::string_view text) {
+    struct State {
+        std::string_view reply;
+        const char *shown;
+    };
+    constexpr State states[] = {
+        {"READY", "PIN korrekt"}, {"SIM PIN", "PIN falsch"}, {"SIM PUK", "PUK eingeben"}};
+    for (const State &state : states) {
+        if (text.find(state.reply) != std::string_view::npos) {
+            desk.frmGSM_Status.tboStatus.text = state.shown;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool take_registration(Desk &desk, std::string_view text) {
+    constexpr std::size_t status_at = 9; // "+CREG: 0,1"
+    if (text.size() <= status_at)
+        return false;
+    const auto shown = [](char status) {
+        switch (status) {
+        case '0':
+            return "nicht eingebucht, keine Suche nach Netz";
+        case '1':
+            return "eingebucht beim Standard Betreiber";
+        case '2':
+            return "nicht eingebucht, Suche nach GSM Netz";
+        case '3':
+            return "abgewiesen";
+        case '5':
+            return "eingebucht, roaming";
+        default:
+            return "unbekannt";
+        }
+    };
+    desk.frmGSM_Status.tboReg_zustand.text = shown(text[status_at]);
+    return true;
+}
+
+bool take_signal(Desk &desk, std::string_view text) {
+    constexpr std::size_t value_at = 6; // "+CSQ: 17,0"
+    const std::size_t comma = text.find(',', value_at);
+    int value = 0;
+    if (comma == std::string_view::npos || comma > value_at + 2 ||
+        std::from_chars(text.data() + value_at, text.data() + comma, value).ptr != text.data() + comma)
+        return false;
+    constexpr int not_known = 99;
+    ProgressBar &bar = desk.frmGSM_Status.pzbSignalstaerke;
+    bar.value = value == not_known ? 0 : std::clamp(value, 1, bar.maximum);
+    return true;
+}
+
+bool take_imei(Desk &desk, std::string_view text) {
+    constexpr std::size_t label = 6, digits_count = 15; // "IMEI: 123456789012345"
+    if (text.size() < label + digits_count)
+        return false;
+    desk.frmGSM_Status.tboIMEI.text =
+        desk.frmGSM_Status.tboIMEI.filtered(from_line(text.substr(label, digits_count)));
+    return true;
+}
+
+constexpr Reply time_reply(FlagOf awaited, CounterOf counter, Counter becomes, milliseconds restart) {
+    return {
+        .contains = "TIME:", .awaited = awaited, .counter = counter, .becomes = becomes, .restart = restart};
+}
+
+constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, std::string_view)) {
+    return {.contains = text,
+            .awaited = &JobState::boolKommunikations_Fehler42,
+            .take = show,
+            .counter = &JobState::bytePin_Status_Counter,
+            .becomes = 2,
+            .restart = 100ms};
+}
+
+constexpr Reply replies[] = {
+    carrier_up,
+    time_reply(&JobState::boolKommunikations_Fehler41, &JobState::bytePin_Counter, 2, 100ms),
+    time_reply(&JobState::boolKommunikations_Fehler43, &JobState::byteGSM_Reg_Counter, 2, 100ms),
+    // "inactive" holds "active" too: the row that stands first clears the flag.
+    pin_lock("inactive", show_no_pin),
+    pin_lock("active", show_pin),
+    {.contains = "+CPIN:",
+     .at = {&JobState::bytePin_Status_Counter, 4},
+     .take = take_sim_state,
+     .counter = &JobState::bytePin_Status_Counter,
+     .becomes = 5,
+     .restart = 100ms},
+    {.contains = "+CREG:",
+     .at = {&JobState::byteGSM_Reg_Counter, 4},
+     .take = take_registration,
+     .restart = 100ms},
+    {.contains = "+CSQ: ",
+     .awaited = &JobState::boolKommunikations_Fehler44,
+     .take = take_signal,
+     .counter = &JobState::byteGSM_Signal_Counter,
+     .becomes = 2,
+     .restart = 100ms},
+    {.contains = "IMEI: ",
+     .awaited = &JobState::boolKommunikations_Fehler71,
+     .take = take_imei,
+     .counter = &JobState::byteIMEI_Counter,
+     .becomes = 2,
+     .restart = 100ms},
+    time_reply(&JobState::boolKommunikations_Fehler31, &JobState::byteParametrier_Counter, 2, 1100ms),
+    time_reply(&JobState::boolKommunikations_Fehler32, &JobState::byteParametrier_Counter, 8, 1100ms),
+    {.contains = "REMOTE CONFIGURATION MODE",
+     .awaited = &JobState::boolAntwort_Fehler,
+     .moves = start_jobs,
+     .restart = 1100ms},
+    time_reply(&JobState::boolKommunikations_Fehler33, &JobState::byteAlarm_aus_Counter, 2, 100ms),
+    time_reply(&JobState::boolKommunikations_Fehler34, &JobState::byteAlarmtest_Counter, 2, 100ms),
+    {.contains = "KWT Telvox-A", .take = note_newer_device},
+};
+
+} // namespace
+} // namespace dialogues
+
+constexpr Family gsm_family{dialogues::jobs, dialogues::replies};
+
+} // namespace telvox

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/messages.hpp"
+#include "core/session.hpp"
+#include "core/timer.hpp"
+#include "link/link.hpp"
+#include "link/receiver.hpp"
+#include "sequencer/error_reports.hpp"
+#include "sequencer/launch.hpp"
+#include "sequencer/panel.hpp"
+#include "sequencer/step.hpp"
+
+#include <optional>
+#include <string_view>
+
+namespace telvox {
+
+/// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.
+class Sequencer {
+  public:
+    /// Everything that the sequencer works on; all of it outlives the sequencer.
+    struct Context {
+        Desk &desk;
+        Panel &panel;
+        JobState &jobs;
+        Session &session;
+        Link &link;
+        Timer &timer;
+        Outbox &outbox;
+        Families families;
+    };
+
+    explicit Sequencer(const Context &context)
+        : c_(context), receiver_(context.desk, context.jobs, context.link, context.timer) {}
+
+    /// A counter, job flag, armed flag, read step or hang-up is active.
+    [[nodiscard]] bool busy() const { return c_.jobs != JobState{}; }
+
+    /// The one start of every job. While a job runs it says so and changes nothing. Otherwise: the checks,
+    /// the port opened if it is closed, its format applied, DTR raised, the values taken over, flag and
+    /// counter set, the inputs locked, the timer on. Returns whether the job runs.
+    bool start(const Launch &launch);
+
+    /// One period of `Timer1`: empties the receive buffer, reports an armed flag that is still set, runs the
+    /// step of each running counter, and last the hang-up.
+    void Timer1_Timer();
+
+    /// The serial port's event: replies move the running job on; a lost port ends it.
+    void comSeriell_OnComm(CommEvent event);
+
+    /// Resets the session: counters and flags, the timer's period to 100 ms, inputs usable, status "Bereit".
+    void prz_Initialisieren();
+
+    /// Leaves the line in order when the program ends: DTR off drops a call that is still up.
+    void close_port();
+
+  private:
+    static constexpr milliseconds idle_period{100};
+    /// More than a second of silence before and after "+++", or the local modem takes it as data.
+    static constexpr milliseconds escape_guard{1100};
+    static constexpr milliseconds drain_limit{1000};
+
+    void run_jobs();
+    void run(const Step &step, CounterOf counter);
+    void hang_up_step();
+    void start_hang_up();
+    void finish(LineEnd line, std::optional<std::string> message);
+
+    Context c_;
+    Receiver receiver_;
+};
+
+} // namespace telvox

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "core/messages.hpp"
+#include "core/settings_file.hpp"
+#include "core/timer.hpp"
+#include "link/link.hpp"
+#include "link/serial_port.hpp"
+#include "sequencer/sequencer.hpp"
+#include "ui/desk.hpp"
+
+#include <functional>
+#include <optional>
+#include <string_view>
+
+namespace telvox {
+
+/// The program put together. Everything that happens to it is an event: a click, a key, a tick, received
+/// bytes. One event runs one handler to its end; then every window is drawn again and waiting boxes are
+/// shown. All of it runs on one thread.
+class Telvox {
+  public:
+    /// The outside that the program was given; all of it outlives the program.
+    struct Ports {
+        SerialPort &comSeriell;
+        SerialPort &scanner; ///< tries ports for the port lists
+        Timer &Timer1;
+        MessageBoxes &boxes;
+    };
+
+    /// Starts the session: reset, and the settings read from the folder.
+    Telvox(const Ports &ports, DataFolders folders);
+
+    /// Called after every event; the owner draws the windows.
+    std::function<void()> redraw = [] {};
+
+    // Events. A control that is not usable takes none of them.
+    void click(Button &button);
+    void click(MenuEntry &entry);
+    void choose(OptionButton &option);
+    void set(CheckBox &box, bool on);
+    /// Replaces the text of a box by what its filter and limit leave of the input.
+    void enter(TextBox &box, std::string_view input);
+    /// Chooses an entry of the list; one that it does not hold is ignored.
+    void select(ComboBox &list, std::string_view entry);
+    void focus(ComboBox &list);
+    /// The title bar's close button: what the window's cancel button does, or for the main window the end.
+    void close(Form &form);
+    void key_F1();
+    void Timer1_Timer();
+    void comSeriell_OnComm(CommEvent event);
+    /// Fills the port lists as a focus does, without a box when there is no port.
+    void refresh_ports();
+    /// The main window goes: the port is closed, a call that is up is dropped with DTR.
+    void Form_Unload();
+
+    [[nodiscard]] bool busy() const { return sequencer_.busy(); }
+
+    Desk desk;
+
+  private:
+    /// Runs a handler, then draws and shows.
+    template <class Handler> void event(Handler &&handler);
+
+    Ports ports_;
+    DataFolders folders_;
+    Link link_;
+    Sequencer sequencer_;
+};
+
+} // namespace telvox

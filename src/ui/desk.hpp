@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/messages.hpp"
+#include "core/session.hpp"
+#include "sequencer/panel.hpp"
+#include "ui/frm_modem.hpp"
+#include "ui/small_dialogs.hpp"
+
+#include <array>
+
+namespace telvox {
+
+/// Everything that a dialogue reads and writes: the running job, the session, and the windows' fields.
+struct Desk final : Panel {
+    JobState jobs;
+    Session session;
+    Outbox outbox;
+    FrmModem frmModem{outbox};
+    FrmPin frmPin;
+    FrmMSN frmMSN;
+    FrmAnschlussart frmAnschlussart;
+    FrmGSM_Status frmGSM_Status;
+
+    /// All windows, the main window first.
+    std::array<Form *, 5> forms{&frmModem, &frmPin, &frmMSN, &frmAnschlussart, &frmGSM_Status};
+
+    [[nodiscard]] ModemType modem_type() const override { return frmModem.modem_type(); }
+    [[nodiscard]] bool remote() const override {
+        return frmModem.optFernverbindung.value && !jobs.cable_only;
+    }
+    [[nodiscard]] std::string selected_port() const override {
+        return remote() ? frmModem.cobModem_Port.text : frmModem.cobSchnittstelle.text;
+    }
+    void status(std::string_view text) override { frmModem.StatusBar.text = text; }
+    void prz_Eingaben_deaktivieren() override { frmModem.prz_Eingaben_deaktivieren(); }
+    void prz_Eingaben_aktivieren() override {
+        frmModem.prz_Eingaben_aktivieren();
+        frmGSM_Status.enable_buttons(true);
+    }
+};
+
+} // namespace telvox

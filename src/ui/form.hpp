@@ -1,0 +1,143 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace telvox {
+
+class Form;
+
+/// One control of a window as plain values. It registers with its form under its own name; a window's widget
+/// carries the same name and shows these values.
+struct Control {
+    Control(Form &form, const char *name, std::string caption = {}, Control *within = nullptr);
+    virtual ~Control() = default;
+    Control(const Control &) = delete;
+    Control &operator=(const Control &) = delete;
+
+    /// The user can work with it: it and what it stands in are enabled and visible.
+    [[nodiscard]] bool usable() const;
+
+    Form *form;
+    const char *name;
+    std::string caption; ///< with "&" before the letter of its keyboard short cut where it has one
+    std::string tool_tip;
+    Control *within; ///< frame around it, or menu that holds it
+    bool enabled = true;
+    bool visible = true;
+};
+
+struct Frame : Control {
+    using Control::Control;
+};
+struct Label : Control {
+    using Control::Control;
+};
+/// A menu or menu entry; `clicked` is its action.
+struct MenuEntry : Control {
+    using Control::Control;
+    std::function<void()> clicked = [] {};
+};
+struct Button : Control {
+    using Control::Control;
+    std::function<void()> clicked = [] {};
+};
+
+/// One of the option buttons of a frame, of which at most one is set.
+struct OptionButton : Control {
+    using Control::Control;
+    /// Sets it, clears the others of its frame and runs its click handler, also when a program does it.
+    void choose();
+
+    bool value = false;
+    std::function<void()> clicked = [] {};
+};
+
+struct CheckBox : Control {
+    using Control::Control;
+    /// Ticks or clears it and runs its click handler.
+    void set(bool on);
+
+    bool value = false;
+    std::function<void()> clicked = [] {};
+};
+
+/// Whether a text box takes a character.
+using KeyFilter = bool (*)(char32_t);
+bool any_character(char32_t c);       ///< all but line breaks and control characters
+bool digits(char32_t c);              ///< "0" to "9"
+bool digits_plus(char32_t c);         ///< phone numbers with "+"
+bool digits_star(char32_t c);         ///< an MSN; "*" takes all calls
+bool dialling_characters(char32_t c); ///< "0" to "9", "+", "*", "#"
+
+struct TextBox : Control {
+    using Control::Control;
+    /// What remains of a text that is typed or pasted: the accepted characters, up to the limit.
+    [[nodiscard]] std::string filtered(std::string_view input) const;
+
+    std::string text;
+    std::size_t max_length = 0; ///< in characters; 0 is no limit
+    KeyFilter accepts = any_character;
+    bool read_only = false;
+};
+
+/// A list that is not editable; `text` is the chosen entry, empty while none is.
+struct ComboBox : Control {
+    using Control::Control;
+    std::vector<std::string> items;
+    std::string text;
+    std::function<void()> got_focus = [] {};
+};
+
+struct ProgressBar : Control {
+    using Control::Control;
+    int value = 0;
+    int maximum = 100;
+};
+
+/// The first panel of a status bar.
+struct StatusPanel : Control {
+    using Control::Control;
+    std::string text;
+};
+
+/// The controls of one window.
+class Form {
+  public:
+    Form(const char *form_name, const char *window_caption) : name(form_name), caption(window_caption) {}
+    virtual ~Form() = default;
+    Form(const Form &) = delete;
+    Form &operator=(const Form &) = delete;
+
+    [[nodiscard]] const std::vector<Control *> &controls() const { return controls_; }
+    /// The control of this name and kind, nullptr if there is none.
+    template <class Kind = Control> [[nodiscard]] Kind *find(std::string_view control_name) const {
+        for (Control *control : controls_)
+            if (control_name == control->name)
+                return dynamic_cast<Kind *>(control);
+        return nullptr;
+    }
+
+    /// Opens the window with its fields as they are at design time.
+    void load();
+    /// Closes it.
+    void unload() { open = false; }
+
+    const char *name;
+    const char *caption;
+    bool open = false;
+    /// The button that the title bar's close button and the Escape key press, where there is one.
+    Button *cancel = nullptr;
+
+  protected:
+    virtual void reset() {} ///< gives the fields their design-time values
+
+  private:
+    friend struct Control;
+    std::vector<Control *> controls_;
+};
+
+} // namespace telvox

@@ -1,0 +1,232 @@
+#include "ui/frm_modem.hpp"
+
+#include "core/text.hpp"
+
+#include <optional>
+
+namespace telvox {
+
+/// What choosing a device variant sets.
+struct FrmModem::Variant {
+    OptionButton FrmModem::*option;
+    MenuEntry FrmModem::*menu; ///< the one variant menu that is enabled
+    bool gprs_entries = false;
+    const char *remote_caption = "Fern&verbindung über Modem";
+    bool alarms = true; ///< sends alarms, so it has receiver, provider and text
+    bool forces_cable = false;
+    const char *service_number = "";
+    const char *service_list = "";
+    bool outside_line = false;
+    bool message_type = false; ///< SMS or fax can be chosen at all
+    bool fax = false;
+    bool password = false;
+    const char *default_password = "";
+    std::size_t text_limit = 0;
+    bool alarm_off_as_it_was = false;
+};
+
+namespace {
+constexpr const char *default_password = "BRUNEX";
+constexpr const char *sms_gateway = "090032669000";
+constexpr const char *other_service_number = "andere Servicenummer ausw&ählen";
+constexpr const char *choose_service_center = "Service-Center Nummer ausw&ählen";
+} // namespace
+
+FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(outbox) {
+    static const Variant variants[] = {
+        {.option = &FrmModem::optAnalog,
+         .menu = nullptr,
+         .service_number = sms_gateway,
+         .service_list = other_service_number,
+         .outside_line = true,
+         .message_type = true,
+         .fax = true,
+         .password = true,
+         .default_password = default_password,
+         .text_limit = 160},
+        {.option = &FrmModem::optISDN,
+         .menu = &FrmModem::mnuISDN,
+         .service_number = sms_gateway,
+         .service_list = other_service_number,
+         .outside_line = true,
+         .message_type = true,
+         .password = true,
+         .text_limit = 160},
+        {.option = &FrmModem::optGSM,
+         .menu = &FrmModem::mnuGSM,
+         .forces_cable = true,
+         .service_list = choose_service_center,
+         .text_limit = 70},
+        {.option = &FrmModem::optGPRS,
+         .menu = &FrmModem::mnuGSM,
+         .gprs_entries = true,
+         .service_list = choose_service_center,
+         .text_limit = 70,
+         .alarm_off_as_it_was = true},
+        {.option = &FrmModem::optEthernet,
+         .menu = &FrmModem::mnuEthernet,
+         .remote_caption = "&Verbindung über das Netzwerk",
+         .alarms = false},
+    };
+    for (const Variant &variant : variants)
+        (this->*variant.option).clicked = [this, &variant] { choose_variant(variant); };
+
+    optDirektverbindung.clicked = [this] { optDirektverbindung_Click(); };
+    optFernverbindung.clicked = [this] { optFernverbindung_Click(); };
+    optSMS.clicked = [this] { enable_service_fields(true); };
+    optFAX.clicked = [this] { enable_service_fields(false); };
+    chkAmt.clicked = [this] { tboAmt.enabled = chkAmt.value; };
+    chkPasswort.clicked = [this] { chkPasswort_Click(); };
+
+    tboRufnummer_Modem.accepts = digits;
+    tboRufnummer_Empfaenger.accepts = digits;
+    tboService_Center.accepts = digits_plus;
+    tboAmt.accepts = dialling_characters;
+    tboPasswort.max_length = 254;
+    tboPasswort.enabled = false;
+
+    tboRufnummer_Modem.tool_tip =
+        "Tragen sie in diesem Feld die Rufnummer des Telvox-A ein. Wenn das lokale Modem "
+        "über eine Telefonanlage angeschlossen ist, muss evtl. eine Ziffer (meist: 0) "
+        "zusätzlich eingetragen werden.";
+    tboRufnummer_Empfaenger.tool_tip =
+        "Geben Sie in diesem Feld die Nummer der im Fehlerfall zu alamierenden Stelle ein.";
+    cbuTest.tool_tip = "Zum testen der Alarmmeldung auf dieses Button klicken";
+
+    optDirektverbindung.choose();
+    optSMS.choose();
+    optAnalog.choose();
+    StatusBar.text = "Bereit";
+}
+
+ModemType FrmModem::modem_type() const {
+    return optAnalog.value ? ModemType::Analog
+           : optISDN.value ? ModemType::ISDN
+           : optGSM.value  ? ModemType::GSM
+           : optGPRS.value ? ModemType::GPRS
+                           : ModemType::Ethernet;
+}
+
+void FrmModem::choose_variant(const Variant &variant) {
+    const ModemType type = modem_type();
+    mnuISDN.enabled = variant.menu == &FrmModem::mnuISDN;
+    mnuGSM.enabled = variant.menu == &FrmModem::mnuGSM;
+    mnuGPRS_konfig.visible = mnuIPT_konfig.visible = variant.gprs_entries;
+    mnuEthernet.enabled = variant.menu == &FrmModem::mnuEthernet;
+    optFernverbindung.caption = variant.remote_caption;
+    if (variant.forces_cable)
+        optDirektverbindung.choose();
+    enable_modem_fields(variant.alarms && optFernverbindung.value);
+
+    fraService_Center.enabled = variant.alarms;
+    enable_service_fields(variant.alarms);
+    if (variant.alarms) {
+        tboService_Center.text = variant.service_number;
+        cbuSC_Uebersicht.caption = variant.service_list;
+    }
+    fraEmpfaenger.enabled = variant.alarms;
+    chkAmt.enabled = variant.outside_line;
+    chkAmt.set(false);
+
+    fraAlarm_Ziel.visible = variant.message_type;
+    optFAX.enabled = variant.fax;
+    if (variant.alarms && !variant.fax && optFAX.value)
+        optSMS.choose();
+    fraPasswort.visible = variant.password;
+    if (variant.password)
+        tboPasswort.text = variant.default_password;
+
+    tboAlarmmeldung.enabled = variant.alarms;
+    if (variant.text_limit != 0) {
+        lblAlarmmeldung.caption = "Alarm&meldung (max. " + std::to_string(variant.text_limit) + " Zeichen):";
+        tboAlarmmeldung.max_length = variant.text_limit;
+        tboAlarmmeldung.text = first_characters(tboAlarmmeldung.text, variant.text_limit);
+    }
+
+    cbuParametrieren.enabled = variant.alarms && !(type == ModemType::GPRS && optFernverbindung.value);
+    const bool tests = type == ModemType::Analog || type == ModemType::GSM;
+    if (type != ModemType::ISDN)
+        cbuTest.enabled = tests;
+    else if (optDirektverbindung.value)
+        cbuTest.enabled = true;
+    if (!variant.alarm_off_as_it_was)
+        cbuAlarm_aus.enabled = variant.alarms;
+}
+
+void FrmModem::optDirektverbindung_Click() {
+    enable_modem_fields(false);
+    lblSchnittstelle.enabled = cobSchnittstelle.enabled = true;
+    enable_cable_only_entries(true);
+    if (optGPRS.value)
+        cbuParametrieren.enabled = cbuAlarm_aus.enabled = true;
+    if (optISDN.value)
+        cbuTest.enabled = true;
+}
+
+void FrmModem::optFernverbindung_Click() {
+    if (!optEthernet.value)
+        enable_modem_fields(true);
+    cbuTest.enabled = optAnalog.value || optGSM.value;
+    if (optGPRS.value)
+        cbuParametrieren.enabled = false;
+    if (optGSM.value) {
+        outbox_.show(
+            "Die Fernparametrierung kann nur bei älteren (<2009) Telvox-A GSM vorgenommen werden.\r"
+            "Modems die ab 2009 ausgeliefert wurden, können nur per Parametrierkabel konfiguriert werden.\r"
+            "Im Zweifelsfall kann versucht werden eine Fernparametrierung durchzuführen.\r"
+            "Sollte das Modem die Fernparametrierung nicht unterstützen, erscheint eine Fehlermeldung.");
+        cbuParametrieren.enabled = true;
+    }
+    lblSchnittstelle.enabled = cobSchnittstelle.enabled = false;
+    enable_cable_only_entries(false);
+}
+
+void FrmModem::chkPasswort_Click() {
+    tboPasswort.enabled = chkPasswort.value;
+    tboPasswort.text = !chkPasswort.value && optAnalog.value ? default_password : "";
+}
+
+void FrmModem::enable_modem_fields(bool on) {
+    lblModemanschluss.enabled = cobModem_Port.enabled = on;
+    lblRufnummer_Modem.enabled = tboRufnummer_Modem.enabled = on;
+}
+
+void FrmModem::enable_cable_only_entries(bool on) {
+    mnuMSN_festlegen.enabled = mnuISDN_Anschluss.enabled = on;
+    mnuPin_festlegen.enabled = mnuStatus_abfragen.enabled = on;
+}
+
+void FrmModem::enable_service_fields(bool on) {
+    fraService_Center.enabled = lblService_Center.enabled = on;
+    tboService_Center.enabled = cbuSC_Uebersicht.enabled = on;
+}
+
+void FrmModem::prz_Eingaben_deaktivieren() {
+    fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = false;
+    fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = false;
+    tboAlarmmeldung.enabled = false;
+    cbuAlarm_aus.enabled = cbuParametrieren.enabled = cbuTest.enabled = false;
+}
+
+void FrmModem::prz_Eingaben_aktivieren() {
+    fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = true;
+    fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = true;
+    tboAlarmmeldung.enabled = cbuParametrieren.enabled = true;
+    if (optGPRS.value) {
+        if (!optFernverbindung.value)
+            cbuAlarm_aus.enabled = true;
+    } else {
+        cbuAlarm_aus.enabled = true;
+        if (!optEthernet.value)
+            cbuTest.enabled = true;
+    }
+    lblPasswort.enabled = lblService_Center.enabled = tboService_Center.enabled = true;
+}
+
+void FrmModem::compute() {
+    const std::size_t used = length(tboAlarmmeldung.text);
+    const std::size_t limit = tboAlarmmeldung.max_length;
+    lblZeichen_frei.caption = "noch " + std::to_string(limit > used ? limit - used : 0);
+}
+
+} // namespace telvox

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "core/messages.hpp"
+#include "core/session.hpp"
+#include "ui/form.hpp"
+
+namespace telvox {
+
+/// The main window: device variant, connection way, what is to be written, and the jobs' buttons.
+class FrmModem : public Form {
+  public:
+    /// Starts with Analog, direct cable, SMS.
+    explicit FrmModem(Outbox &outbox);
+
+    [[nodiscard]] ModemType modem_type() const;
+
+    /// Lock the inputs while a job runs; "Beenden" and the menus stay usable.
+    void prz_Eingaben_deaktivieren();
+    /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too.
+    void prz_Eingaben_aktivieren();
+
+    /// Updates what is computed from the fields: the characters left for the alarm text.
+    void compute();
+
+    MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};
+    MenuEntry mnuMSN_festlegen{*this, "mnuMSN_festlegen", "&MSN festlegen", &mnuISDN};
+    MenuEntry mnuISDN_Anschluss{*this, "mnuISDN_Anschluss", "&Anschlussart einstellen", &mnuISDN};
+    MenuEntry mnuGSM{*this, "mnuGSM", "&GSM/GPRS"};
+    MenuEntry mnuPin_festlegen{*this, "mnuPin_festlegen", "&Pin eingeben", &mnuGSM};
+    MenuEntry mnuStatus_abfragen{*this, "mnuStatus_abfragen", "&Status abfragen", &mnuGSM};
+    MenuEntry mnuGPRS_konfig{*this, "mnuGPRS_konfig", "&GPRS konfigurieren", &mnuGSM};
+    MenuEntry mnuIPT_konfig{*this, "mnuIPT_konfig", "&IP-Telemetrie konfigurieren", &mnuGSM};
+    MenuEntry mnuEthernet{*this, "mnuEthernet", "&Ethernet"};
+    MenuEntry mnuIPuPort{*this, "mnuIPuPort", "&IP und Port einstellen", &mnuEthernet};
+    MenuEntry mnuGateway{*this, "mnuGateway", "&Gateway und Netzmaske einstellen", &mnuEthernet};
+    MenuEntry mnuIP_over_Ethernet{*this, "mnuIP_over_Ethernet", "über das &Netzwerk einstellen",
+                                  &mnuEthernet};
+    MenuEntry mnuEinstellungen{*this, "mnuEinstellungen", "E&instellungen"};
+    MenuEntry mnuInfo{*this, "mnuInfo", "In&fo"};
+    MenuEntry mnuHilfe{*this, "mnuHilfe", "&Hilfe"};
+
+    Frame fraModemart{*this, "fraModemart", "Telvox-A Typ"};
+    OptionButton optAnalog{*this, "optAnalog", "Ana&log", &fraModemart};
+    OptionButton optISDN{*this, "optISDN", "ISDN", &fraModemart};
+    OptionButton optGSM{*this, "optGSM", "GSM", &fraModemart};
+    OptionButton optGPRS{*this, "optGPRS", "GPRS", &fraModemart};
+    OptionButton optEthernet{*this, "optEthernet", "Ethernet", &fraModemart};
+
+    Frame fraVerbindungsart{*this, "fraVerbindungsart", "Verbindungsart"};
+    OptionButton optDirektverbindung{*this, "optDirektverbindung", "Direktverbindung mit &Kabel",
+                                     &fraVerbindungsart};
+    Label lblSchnittstelle{*this, "lblSchnittstelle", "S&chnittstelle:", &fraVerbindungsart};
+    ComboBox cobSchnittstelle{*this, "cobSchnittstelle", {}, &fraVerbindungsart};
+    OptionButton optFernverbindung{*this, "optFernverbindung", "Fern&verbindung über Modem",
+                                   &fraVerbindungsart};
+    Label lblModemanschluss{*this, "lblModemanschluss", "M&odemanschluss:", &fraVerbindungsart};
+    ComboBox cobModem_Port{*this, "cobModem_Port", {}, &fraVerbindungsart};
+    Label lblRufnummer_Modem{*this, "lblRufnummer_Modem", "&Rufnummer des Telvox-A:", &fraVerbindungsart};
+    TextBox tboRufnummer_Modem{*this, "tboRufnummer_Modem", {}, &fraVerbindungsart};
+
+    Frame fraEmpfaenger{*this, "fraEmpfaenger", "Empfänger"};
+    Label lblRufnummer_Empfaenger{*this, "lblRufnummer_Empfaenger",
+                                  "&Nummer des Empfängers:", &fraEmpfaenger};
+    TextBox tboRufnummer_Empfaenger{*this, "tboRufnummer_Empfaenger", {}, &fraEmpfaenger};
+    CheckBox chkAmt{*this, "chkAmt", "&Zeichen zur Amtsholung:", &fraEmpfaenger};
+    TextBox tboAmt{*this, "tboAmt", {}, &fraEmpfaenger};
+
+    Frame fraService_Center{*this, "fraService_Center", "SMS Provider"};
+    Label lblService_Center{*this, "lblService_Center", "Service-Center N&ummer:", &fraService_Center};
+    TextBox tboService_Center{*this, "tboService_Center", {}, &fraService_Center};
+    Button cbuSC_Uebersicht{*this, "cbuSC_Uebersicht", {}, &fraService_Center};
+
+    Frame fraAlarm_Ziel{*this, "fraAlarm_Ziel", "Nachrichten Typ:"};
+    OptionButton optSMS{*this, "optSMS", "SMS", &fraAlarm_Ziel};
+    OptionButton optFAX{*this, "optFAX", "Fa&x", &fraAlarm_Ziel};
+
+    Frame fraPasswort{*this, "fraPasswort", "Sicherheit Konfiguration"};
+    CheckBox chkPasswort{*this, "chkPasswort", "Kein Standard Pass&wort verwendet", &fraPasswort};
+    Label lblPasswort{*this, "lblPasswort", "&Passwort:", &fraPasswort};
+    TextBox tboPasswort{*this, "tboPasswort", {}, &fraPasswort};
+
+    Label lblAlarmmeldung{*this, "lblAlarmmeldung"};
+    Label lblZeichen_frei{*this, "lblZeichen_frei"}; ///< characters left for the alarm text
+    TextBox tboAlarmmeldung{*this, "tboAlarmmeldung"};
+
+    Button cbuParametrieren{*this, "cbuParametrieren", "Mo&dem konfigurieren"};
+    Button cbuTest{*this, "cbuTest", "Alarmmeldung senden (&Test)"};
+    Button cbuAlarm_aus{*this, "cbuAlarm_aus", "&Alarmfunktion deaktivieren"};
+    Button cbuBeenden{*this, "cbuBeenden", "&Beenden"};
+
+    StatusPanel StatusBar{*this, "StatusBar"};
+
+  private:
+    struct Variant;
+
+    void choose_variant(const Variant &variant);
+    void optDirektverbindung_Click();
+    void optFernverbindung_Click();
+    void chkPasswort_Click();
+    void enable_modem_fields(bool on);
+    void enable_cable_only_entries(bool on);
+    void enable_service_fields(bool on);
+
+    Outbox &outbox_;
+};
+
+} // namespace telvox

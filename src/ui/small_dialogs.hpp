@@ -1,0 +1,109 @@
+#pragma once
+
+#include "ui/form.hpp"
+
+namespace telvox {
+
+/// Enters the SIM's PIN, which the device keeps.
+class FrmPin : public Form {
+  public:
+    FrmPin() : Form("frmPin", "GSM PIN") {
+        tboPin.accepts = digits;
+        cancel = &cbuAbbruch;
+        cbuAbbruch.clicked = [this] { unload(); };
+    }
+
+    Label lblPin{*this, "lblPin", "&PIN der Sim-Karte (wird im"};
+    Label lblPin2{*this, "lblPin2", "Modemmodul gespeichert):"};
+    TextBox tboPin{*this, "tboPin"};
+    Button cbuPin_Eingabe{*this, "cbuPin_Eingabe", "PIN &einstellen"};
+    Button cbuAbbruch{*this, "cbuAbbruch", "&Abbruch"};
+
+  protected:
+    void reset() override { tboPin.text.clear(); }
+};
+
+/// Enters the ISDN device's multiple subscriber number.
+class FrmMSN : public Form {
+  public:
+    FrmMSN() : Form("frmMSN", "MSN einstellen") {
+        tboMSN.accepts = digits_star;
+        cancel = &cbuMSN_Abbruch;
+        cbuMSN_Abbruch.clicked = [this] { unload(); };
+    }
+
+    Label lblMSN{*this, "lblMSN", "MSN (multiple subscriber &number) des"};
+    Label lblMSN2{*this, "lblMSN2", "ISDN Modemmodul:"};
+    TextBox tboMSN{*this, "tboMSN"};
+    Label lblMSN_Hinweis{
+        *this, "lblMSN_Hinweis",
+        "Wenn ein Stern ' * ' eingetragen wird, werden alle ankommenden Anrufe entgegengenommen."};
+    Button cbuMSN_einstellen{*this, "cbuMSN_einstellen", "MSN &einstellen"};
+    Button cbuMSN_Abbruch{*this, "cbuMSN_Abbruch", "&Abbruch"};
+
+  protected:
+    void reset() override { tboMSN.text.clear(); }
+};
+
+/// Chooses the ISDN device's line type.
+class FrmAnschlussart : public Form {
+  public:
+    FrmAnschlussart() : Form("frmAnschlussart", "ISDN Anschlussart") {
+        cancel = &cmdAnschlussart_Abbruch;
+        cmdAnschlussart_Abbruch.clicked = [this] { unload(); };
+        reset();
+    }
+
+    Label lblAnschlussart{*this, "lblAnschlussart", "Anschlussart:"};
+    OptionButton optAnlagenanschluss{*this, "optAnlagenanschluss", "&Punkt zu Punkt, Anlagenanschluss"};
+    OptionButton optMehrgeraeteanschluss{*this, "optMehrgeraeteanschluss",
+                                         "Punkt zu &Mehrpunkt, Mehrgeräteanschluss"};
+    Button cmdAnschlussart_einstellen{*this, "cmdAnschlussart_einstellen", "Anschlussart &einstellen"};
+    Button cmdAnschlussart_Abbruch{*this, "cmdAnschlussart_Abbruch", "&Abbruch"};
+
+  protected:
+    void reset() override { optMehrgeraeteanschluss.choose(); }
+};
+
+/// Queries a GSM device: PIN and SIM state, registration, field strength, IMEI.
+class FrmGSM_Status : public Form {
+  public:
+    FrmGSM_Status() : Form("frmGSM_Status", "GSM Status") {
+        for (TextBox *box : {&tboStatus, &tboPIN_hinterlegt, &tboReg_zustand, &tboIMEI})
+            box->read_only = true;
+        pzbSignalstaerke.maximum = 31; // the scale of "+CSQ"
+        pzbSignalstaerke.tool_tip = "Je länger der Balken, desto besser der Empfang.";
+        cancel = &cbuSchließen;
+        cbuSchließen.clicked = [this] { unload(); };
+        reset();
+    }
+
+    /// The buttons are off while a query runs.
+    void enable_buttons(bool on) {
+        for (Button *button : {&cbuPIN_Status, &cbuReg_zustand, &cbuSignalstaerke, &cbuIMEI, &cbuSchließen})
+            button->enabled = on;
+    }
+
+    Button cbuPIN_Status{*this, "cbuPIN_Status", "&Pin Status abfragen"};
+    Label lblStatus{*this, "lblStatus", "Status:"};
+    TextBox tboStatus{*this, "tboStatus"};
+    Label lblPIN_hinterlegt{*this, "lblPIN_hinterlegt", "PIN hinterlegt:"};
+    TextBox tboPIN_hinterlegt{*this, "tboPIN_hinterlegt"};
+    Button cbuReg_zustand{*this, "cbuReg_zustand", "&Registrierungszustand abfragen"};
+    TextBox tboReg_zustand{*this, "tboReg_zustand"};
+    Button cbuSignalstaerke{*this, "cbuSignalstaerke", "&Signalstärke abfragen"};
+    ProgressBar pzbSignalstaerke{*this, "pzbSignalstaerke"};
+    Label lblSignalstaerke{*this, "lblSignalstaerke", "< schwach"};
+    Label lblSignalstaerke_gut{*this, "lblSignalstaerke_gut", "gut >"};
+    Button cbuIMEI{*this, "cbuIMEI", "Geräte &IMEI auslesen"};
+    TextBox tboIMEI{*this, "tboIMEI"};
+    Button cbuSchließen{*this, "cbuSchließen", "&Fenster schließen"};
+
+  protected:
+    void reset() override {
+        tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = "-";
+        pzbSignalstaerke.value = 0;
+    }
+};
+
+} // namespace telvox
