@@ -7,6 +7,7 @@
 #include "ui/small_dialogs.hpp"
 
 #include <array>
+#include <functional>
 
 namespace telvox {
 
@@ -24,6 +25,9 @@ struct Desk final : Panel {
     /// All windows, the main window first.
     std::array<Form *, 5> forms{&frmModem, &frmPin, &frmMSN, &frmAnschlussart, &frmGSM_Status};
 
+    /// Hears every status text, also those that a handler replaces before the window is drawn again.
+    std::function<void(std::string_view)> status_changed = [](std::string_view) {};
+
     [[nodiscard]] ModemType modem_type() const override { return frmModem.modem_type(); }
     [[nodiscard]] bool remote() const override {
         return frmModem.optFernverbindung.value && !jobs.cable_only;
@@ -31,7 +35,11 @@ struct Desk final : Panel {
     [[nodiscard]] std::string selected_port() const override {
         return remote() ? frmModem.cobModem_Port.text : frmModem.cobSchnittstelle.text;
     }
-    void status(std::string_view text) override { frmModem.StatusBar.text = text; }
+    void status(std::string_view text) override {
+        if (frmModem.StatusBar.text != text)
+            status_changed(text);
+        frmModem.StatusBar.text = text;
+    }
     void prz_Eingaben_deaktivieren() override { frmModem.prz_Eingaben_deaktivieren(); }
     void prz_Eingaben_aktivieren() override {
         frmModem.prz_Eingaben_aktivieren();

@@ -1,0 +1,149 @@
+#include "rig/rig.hpp"
+
+#include "core/port_choice.hpp"
+#include "core/text.hpp"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace telvox::test {
+
+std::string visible(std::string_view bytes) {
+    std::string text;
+    for (const char c : bytes) {
+        if (c == '\r')
+            text += "\\r";
+        else if (c == '\n')
+            text += "\\n";
+        else if (c == '\\')
+            text += "\\\\";
+        else if (static_cast<unsigned char>(c) < 0x20) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<unsigned>(c));
+            text += escape;
+        } else
+            text += from_line(std::string_view(&c, 1));
+    }
+    return text;
+}
+
+std::string bytes_of(std::string_view visible) {
+    std::string bytes;
+    for (std::size_t i = 0; i < visible.size(); ++i) {
+        if (visible[i] != '\\' || i + 1 == visible.size()) {
+            bytes += visible[i];
+            continue;
+        }
+        switch (visible[++i]) {
+        case 'r':
+            bytes += '\r';
+            break;
+        case 'n':
+            bytes += '\n';
+            break;
+        case 'x':
+            bytes += static_cast<char>(std::stoi(std::string(visible.substr(i + 1, 2)), nullptr, 16));
+            i += 2;
+            break;
+        default:
+            bytes += visible[i];
+        }
+    }
+    return bytes;
+}
+
+Rig::Rig(DataFolders folders)
+    : program({.comSeriell = port, .scanner = scanner, .Timer1 = timer, .boxes = message_boxes},
+              std::move(folders)) {
+    program.desk.status_changed = [this](std::string_view text) { note("status " + std::string(text)); };
+}
+
+void Rig::note(const std::string &event) { journal.push_back(std::to_string(now.count()) + " | " + event); }
+
+void Rig::turn_to(milliseconds time) {
+    while (timer.on && timer.due <= time) {
+        now = timer.due;
+        timer.due += timer.period;
+        program.Timer1_Timer();
+    }
+    now = std::max(now, time);
+}
+
+bool Rig::run_until_idle(milliseconds limit) {
+    const milliseconds end = now + limit;
+    while (program.busy() && timer.on && timer.due <= end)
+        turn_to(timer.due);
+    return !program.busy();
+}
+
+void Rig::arrive(std::string_view bytes, std::size_t piece) {
+    if (piece == 0)
+        piece = bytes.size();
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size()))) {
+        if (!port.is_open)
+            return; // bytes for a closed port are gone
+        port.pending += bytes.substr(0, piece);
+        program.comSeriell_OnComm(CommEvent::data);
+    }
+}
+
+void Rig::choose_cable_port(int number) {
+    program.focus(program.desk.frmModem.cobSchnittstelle);
+    program.select(program.desk.frmModem.cobSchnittstelle, port_entry(number));
+}
+
+void Rig::choose_modem_port(int number) {
+    program.focus(program.desk.frmModem.cobModem_Port);
+    program.select(program.desk.frmModem.cobModem_Port, port_entry(number));
+}
+
+void Rig::FakePort::Settings(const SerialFormat &value) {
+    format = value;
+    rig.note("format " + format_text(format));
+}
+
+std::string Rig::FakePort::PortOpen(bool open) {
+    if (open && !rig.open_failure.empty())
+        return rig.open_failure;
+    is_open = open;
+    watches = false;
+    pending.clear();
+    rig.note(open ? "open " + port_entry(number) : "close");
+    return {};
+}
+
+void Rig::FakePort::DTREnable(bool on) { rig.note(on ? "DTR on" : "DTR off"); }
+
+void Rig::FakePort::Output(std::string_view bytes) {
+    rig.note("-> " + visible(bytes));
+    rig.on_output(bytes);
+}
+
+void Rig::FakePort::drain(milliseconds) { rig.note("drain"); }
+
+std::string Rig::FakeScanner::PortOpen(bool open) {
+    const bool free = std::find(rig.free_ports.begin(), rig.free_ports.end(), number) != rig.free_ports.end();
+    return open && !free ? "not there" : "";
+}
+
+void Rig::FakeTimer::Interval(milliseconds value) {
+    period = value;
+    due = rig.now + period;
+}
+
+void Rig::FakeTimer::Enabled(bool enabled) {
+    if (enabled && !on)
+        due = rig.now + period;
+    on = enabled;
+}
+
+void Rig::FakeBoxes::show(const Message &message) {
+    rig.boxes.push_back(message);
+    std::string lines = message.text;
+    for (std::size_t at = 0; (at = lines.find('\r', at)) != std::string::npos;)
+        lines.replace(at, 1, "\\r");
+    rig.note("box " + lines + (message.title != program_title ? " [" + message.title + "]" : "") +
+             (message.icon == Icon::exclamation ? " (!)" : ""));
+}
+
+} // namespace telvox::test

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "telvox.hpp"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace telvox::test {
+
+/// What the program did to its outside, in order, one line each behind the time in milliseconds: "1200 | ->
+/// ATI\r".
+using Journal = std::vector<std::string>;
+
+/// Bytes of the line as readable text: control characters as escapes, the rest as UTF-8.
+std::string visible(std::string_view bytes);
+/// The reverse: "\r", "\n", "\t", "\\" and "\xNN" become bytes, other text Windows-1252.
+std::string bytes_of(std::string_view visible);
+
+/// Simulated outside: a port, a timer and boxes that write a journal, and a clock that the test turns.
+class Rig {
+  public:
+    explicit Rig(DataFolders folders = {"/nonexistent", "/nonexistent"});
+
+    /// Turns the clock forward to this time; every tick that falls due on the way runs at its time.
+    void turn_to(milliseconds time);
+    void turn_by(milliseconds span) { turn_to(now + span); }
+    /// Turns it until the session is idle, at most this far. Returns whether it is.
+    bool run_until_idle(milliseconds limit);
+    /// Bytes arrive from the line, in pieces of `piece` bytes (0: all at once), without time passing.
+    void arrive(std::string_view bytes, std::size_t piece = 0);
+    void note(const std::string &event);
+
+    /// Opens the port lists with these free ports and chooses them.
+    void choose_cable_port(int number);
+    void choose_modem_port(int number);
+
+    milliseconds now{0};
+    Journal journal;
+    std::vector<Message> boxes;
+    std::vector<int> free_ports{3};
+    std::string open_failure; ///< why the port cannot be opened, empty: it can
+    std::function<void(std::string_view)> on_output = [](std::string_view) {}; ///< the far end
+
+  private:
+    struct FakePort final : SerialPort {
+        explicit FakePort(Rig &owner) : rig(owner) {}
+        void CommPort(int value) override { number = value; }
+        [[nodiscard]] int CommPort() const override { return number; }
+        void Settings(const SerialFormat &value) override;
+        std::string PortOpen(bool open) override;
+        [[nodiscard]] bool PortOpen() const override { return is_open; }
+        void DTREnable(bool on) override;
+        void Output(std::string_view bytes) override;
+        std::string Input() override { return std::exchange(pending, {}); }
+        void drain(milliseconds limit) override;
+        void watch_carrier(bool on) override { watches = on; }
+
+        Rig &rig;
+        int number = 0;
+        SerialFormat format;
+        bool is_open = false;
+        bool watches = false;
+        std::string pending;
+    };
+    /// Tries ports without a trace in the journal.
+    struct FakeScanner final : SerialPort {
+        explicit FakeScanner(Rig &owner) : rig(owner) {}
+        void CommPort(int value) override { number = value; }
+        [[nodiscard]] int CommPort() const override { return number; }
+        void Settings(const SerialFormat &) override {}
+        std::string PortOpen(bool open) override;
+        [[nodiscard]] bool PortOpen() const override { return false; }
+        void DTREnable(bool) override {}
+        void Output(std::string_view) override {}
+        std::string Input() override { return {}; }
+        void drain(milliseconds) override {}
+        void watch_carrier(bool) override {}
+
+        Rig &rig;
+        int number = 0;
+    };
+    struct FakeTimer final : Timer {
+        explicit FakeTimer(Rig &owner) : rig(owner) {}
+        void Interval(milliseconds value) override;
+        void Enabled(bool on) override;
+
+        Rig &rig;
+        milliseconds period{100};
+        milliseconds due{0};
+        bool on = false;
+    };
+    struct FakeBoxes final : MessageBoxes {
+        explicit FakeBoxes(Rig &owner) : rig(owner) {}
+        void show(const Message &message) override;
+        Rig &rig;
+    };
+
+  public:
+    FakePort port{*this};
+    FakeScanner scanner{*this};
+    FakeTimer timer{*this};
+    FakeBoxes message_boxes{*this};
+    Telvox program;
+};
+
+} // namespace telvox::test
