@@ -1,0 +1,215 @@
+#include "core/port_choice.hpp"
+#include "core/serial_format.hpp"
+#include "core/settings_file.hpp"
+#include "core/text.hpp"
+#include "link/receive_buffer.hpp"
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace telvox {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(Text, IsCleanedForTheDevice) {
+    const std::pair<const char *, const char *> cases[] = {{"Größe", "Grosse"},
+                                                           {"", ""},
+                                                           {"ÄÖÜäöüß", "AOUaouss"},
+                                                           {"é € 1", "é € 1"},
+                                                           {"a\xFF\xC3", "a\xFF\xC3"}};
+    for (const auto &[given, expected] : cases)
+        EXPECT_EQ(func_Text_prüfen(given), expected);
+    std::string longest;
+    for (int i = 0; i < 254; ++i)
+        longest += "ü";
+    EXPECT_EQ(func_Text_prüfen(longest), std::string(254, 'u'));
+    EXPECT_THROW(static_cast<void>(func_Text_prüfen(longest + "ü")), std::overflow_error);
+}
+
+TEST(Text, HasOneBytePerCharacterOnTheLine) {
+    EXPECT_EQ(to_line("aé€Ž„"), "a\xE9\x80\x8E\x84");
+    EXPECT_EQ(to_line("→😀\xC3"), "???"); // nothing that the code page lacks gets through as more bytes
+    EXPECT_EQ(to_line("\xC2\x81"), "?"); // a code point that no byte stands for
+    EXPECT_EQ(from_line("a\xE9\x80\x81"), "aé€\xEF\xBF\xBD");
+    EXPECT_EQ(length("aé€😀\xFF"), 5u);
+    EXPECT_EQ(first_characters("äöü", 2), "äö");
+    EXPECT_EQ(character_at("äöü", 2), "ü");
+    EXPECT_EQ(character_at("äöü", 3), "");
+}
+
+TEST(Text, DiallingReadsANumber) {
+    const std::pair<const char *, const char *> cases[] = {
+        {"0541 123", "541123"},
+        {"0541-123", "541"},
+        {"007", "7"},
+        {"000", "0"},
+        {"", "0"},
+        {" 12", "12"},
+        {"x1", "0"},
+        {"123456789012345678901", "123456789012345678901"}};
+    for (const auto &[given, expected] : cases)
+        EXPECT_EQ(number_text(given), expected) << given;
+}
+
+TEST(SerialFormat, IsReadOnlyWhenItIsOne) {
+    for (const char *good : {"2400,e,8,1", "9600,n,8,1", "300,o,7,2", "38400,n,8,2"})
+        EXPECT_EQ(format_text(parse_format(good).value()), good);
+    for (const char *bad : {"", "2400,,8,1", "2400,e,8", "2400,e,8,1,", "2400,e,8,1.5", "2401,e,8,1",
+                            "2400,x,8,1", "2400,even,8,1", "2400,e,9,1", "2400,e,8,3", "-2400,e,8,1",
+                            " 2400,e,8,1", "99999999999,e,8,1", "Baudrate,P,Bitzahl,"})
+        EXPECT_FALSE(parse_format(bad)) << bad;
+}
+
+TEST(PortChoice, TakesTheNumberBehindCom) {
+    const std::pair<const char *, int> cases[] = {
+        {"COM 3", 3}, {"COM 12", 12}, {"COM 15", 15}, {"COM 16", 0}, {"COM 0", 0},
+        {"COM", 0},   {"", 0},        {"COM x", 0},   {"COM -1", 0}, {"COM 99999999999", 0}};
+    for (const auto &[entry, expected] : cases) {
+        Outbox outbox;
+        EXPECT_EQ(func_Port_Auswahl(entry, outbox), expected) << entry;
+        EXPECT_EQ(outbox.take().size(), expected == 0 ? 1u : 0u) << entry;
+    }
+}
+
+TEST(ReceiveBuffer, FindsATextHoweverItArrives) {
+    constexpr std::string_view stream = "xREMOTE REMOTE CONFIGURATION MODE>";
+    for (std::size_t piece = 1; piece <= stream.size(); ++piece) {
+        ReceiveBuffer buffer;
+        std::size_t found_after = 0;
+        for (std::size_t at = 0; at < stream.size(); at += piece) {
+            buffer.append(stream.substr(at, piece));
+            if (found_after == 0 && buffer.contains("REMOTE CONFIGURATION MODE"))
+                found_after = std::min(at + piece, stream.size());
+        }
+        const std::size_t complete = stream.size() - 1;
+        EXPECT_GE(found_after, complete) << piece;
+        EXPECT_LT(found_after, complete + piece) << piece;
+        EXPECT_EQ(buffer.find("REMOTE CONFIGURATION MODE"), 8u);
+        buffer.clear();
+        EXPECT_FALSE(buffer.contains(">")); // an answer to the last command answers no other
+    }
+}
+
+TEST(ReceiveBuffer, IsBounded) {
+    ReceiveBuffer buffer;
+    const std::string noise(ReceiveBuffer::capacity / 2 + 1, 'x');
+    for (int i = 0; i < 3; ++i)
+        buffer.append(noise);
+    EXPECT_EQ(buffer.text().size(), ReceiveBuffer::capacity);
+    buffer.append("TIME:");
+    EXPECT_FALSE(buffer.contains("TIME:"));
+}
+
+class SettingsFile : public testing::Test {
+  protected:
+    void SetUp() override {
+        folder = fs::temp_directory_path() / ("telvox_test_" + std::to_string(::getpid()));
+        fs::create_directories(folder);
+    }
+    void TearDown() override {
+        fs::permissions(folder, fs::perms::owner_all);
+        fs::remove_all(folder);
+    }
+    void write(const std::string &content) { std::ofstream(folder / "Com.ini", std::ios::binary) << content; }
+    std::string read() {
+        std::ifstream file(folder / "Com.ini", std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    fs::path folder;
+    Session session;
+    Outbox outbox;
+};
+
+constexpr const char *factory_file =
+    "Schnittstellenparameter Direktverbindung\r\nBaudrate, 2400\r\nBitzahl, 8\r\n"
+    "Parity, even\r\nStoppbits, 1\r\n\r\n"
+    "Schnittstellenparameter Modemverbindung\r\nBaudrate, 9600\r\nBitzahl, 8\r\n"
+    "Parity, none\r\nStoppbits, 1\r\n";
+
+TEST_F(SettingsFile, IsWrittenAndReadBack) {
+    ASSERT_TRUE(prz_Einstellungen_speichern(session, folder, {"2400", "8", "even", "1"},
+                                            {"9600", "8", "none", "1"}, outbox));
+    EXPECT_EQ(read(), factory_file);
+    EXPECT_EQ(session.strCOMparameter_direkt, "2400,e,8,1");
+    EXPECT_EQ(session.strCOMparameter_fern, "9600,n,8,1");
+    Session later;
+    prz_Einstellungen_laden(later, folder);
+    EXPECT_EQ(later.strCOMparameter_direkt, "2400,e,8,1");
+    EXPECT_EQ(later.strCOMparameter_fern, "9600,n,8,1");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << "a draft was left behind";
+}
+
+TEST_F(SettingsFile, StopBitsWithCommaShiftTheSecondSection) {
+    ASSERT_TRUE(prz_Einstellungen_speichern(session, folder, {"2400", "8", "even", "1,5"},
+                                            {"9600", "8", "none", "1"}, outbox));
+    EXPECT_THAT(read(), HasSubstr("Stoppbits, 1,5\r\n"));
+    Session later;
+    prz_Einstellungen_laden(later, folder);
+    EXPECT_EQ(later.strCOMparameter_direkt, "2400,e,8,1");
+    EXPECT_FALSE(parse_format(later.strCOMparameter_fern)); // so the port gets the factory format
+}
+
+TEST_F(SettingsFile, DamageNeverReachesThePort) {
+    const std::string whole = factory_file;
+    // Whatever is left of the file, the port gets its settings or none.
+    const auto harmless = [](const std::string &settings, const char *whole_settings) {
+        return settings == whole_settings || !parse_format(settings);
+    };
+    for (std::size_t cut = 0; cut < whole.size(); ++cut) {
+        write(whole.substr(0, cut));
+        Session cut_session;
+        prz_Einstellungen_laden(cut_session, folder);
+        EXPECT_TRUE(harmless(cut_session.strCOMparameter_direkt, "2400,e,8,1")) << cut;
+        EXPECT_TRUE(harmless(cut_session.strCOMparameter_fern, "9600,n,8,1")) << cut;
+    }
+    std::string binary(200000, '\0');
+    for (std::size_t i = 0; i < binary.size(); ++i)
+        binary[i] = static_cast<char>(i * 7919 >> 3);
+    write(binary);
+    prz_Einstellungen_laden(session, folder);
+    EXPECT_FALSE(parse_format(session.strCOMparameter_direkt));
+
+    session.strCOMparameter_direkt = "kept";
+    fs::remove(folder / "Com.ini");
+    prz_Einstellungen_laden(session, folder);
+    EXPECT_EQ(session.strCOMparameter_direkt, "kept");
+    fs::create_directory(folder / "Com.ini");
+    prz_Einstellungen_laden(session, folder);
+    EXPECT_EQ(session.strCOMparameter_direkt, "kept");
+}
+
+TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
+    session.strCOMparameter_direkt = "2400,e,8,1";
+    // /dev/full is a disk without room: the draft is a link to it.
+    write(factory_file);
+    fs::create_symlink("/dev/full", folder / "Com.ini.neu");
+    EXPECT_FALSE(prz_Einstellungen_speichern(session, folder, {"300", "7", "odd", "2"},
+                                             {"300", "7", "odd", "2"}, outbox));
+    EXPECT_EQ(session.strCOMparameter_direkt, "2400,e,8,1");
+    EXPECT_EQ(read(), factory_file);
+    EXPECT_FALSE(prz_Einstellungen_speichern(session, "/dev/null/x", {"300", "7", "odd", "2"},
+                                             {"300", "7", "odd", "2"}, outbox));
+    const auto boxes = outbox.take();
+    ASSERT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(boxes[0].text,
+              "Die Einstellungen konnten nicht gespeichert werden.\rDer Datenträger ist voll.");
+    EXPECT_THAT(boxes[1].text, StartsWith("Die Einstellungen konnten nicht gespeichert werden.\r"));
+}
+
+TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {
+    EXPECT_EQ(choose_data_folders(folder, "/user").settings, folder);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 0) << "the probe was left behind";
+    EXPECT_EQ(choose_data_folders("/proc", "/user").settings, "/user"); // cannot be written
+    write("");
+    EXPECT_EQ(choose_data_folders(folder, "/user").lists, folder);
+}
+
+} // namespace
+} // namespace telvox

@@ -1,0 +1,215 @@
+// The main window's rules: filters, limits, what each variant and connection way enables, and the port lists.
+
+#include "rig/rig.hpp"
+
+#include "core/text.hpp"
+
+#include <gmock/gmock.h>
+
+namespace telvox::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MainWindow : public testing::Test {
+  protected:
+    std::string entered(TextBox &box, std::string_view input) {
+        rig.program.enter(box, input);
+        return box.text;
+    }
+
+    Rig rig;
+    FrmModem &f = rig.program.desk.frmModem;
+};
+
+TEST_F(MainWindow, BoxesTakeOnlyTheirCharacters) {
+    rig.program.choose(f.optFernverbindung);
+    rig.program.set(f.chkAmt, true);
+    EXPECT_EQ(entered(f.tboRufnummer_Empfaenger, "a0+1 7-1\n"), "0171");
+    EXPECT_EQ(entered(f.tboRufnummer_Modem, "+49(541)1#"), "495411");
+    EXPECT_EQ(entered(f.tboService_Center, "+49 171*#"), "+49171");
+    EXPECT_EQ(entered(f.tboAmt, "a0+*#1"), "0+*#1");
+    EXPECT_EQ(entered(f.tboAlarmmeldung, "a\r\nb\tc\x7F\xC2\x85\xE2\x80\xA8\xFF!ü"), "abc!ü");
+    EXPECT_EQ(entered(rig.program.desk.frmMSN.tboMSN, "*12a+#"), "*12");
+    EXPECT_EQ(entered(rig.program.desk.frmPin.tboPin, "1*2 3"), "123");
+    rig.program.set(f.chkPasswort, true);
+    EXPECT_EQ(entered(f.tboPasswort, std::string(300, 'x')).size(), 254u);
+}
+
+TEST_F(MainWindow, AlarmTextIsLimitedInCharacters) {
+    std::string umlauts;
+    for (int i = 0; i < 200; ++i)
+        umlauts += "ü";
+    EXPECT_EQ(length(entered(f.tboAlarmmeldung, umlauts)), 160u);
+    EXPECT_EQ(f.lblZeichen_frei.caption, "noch 0");
+    rig.program.choose(f.optGSM);
+    EXPECT_EQ(length(f.tboAlarmmeldung.text), 70u);
+    EXPECT_EQ(f.lblAlarmmeldung.caption, "Alarm&meldung (max. 70 Zeichen):");
+    rig.program.choose(f.optISDN);
+    EXPECT_EQ(length(f.tboAlarmmeldung.text), 70u);
+    EXPECT_EQ(f.lblAlarmmeldung.caption, "Alarm&meldung (max. 160 Zeichen):");
+    EXPECT_EQ(f.lblZeichen_frei.caption, "noch 90");
+}
+
+/// What can be used, as one word per control.
+std::string usable(const FrmModem &f) {
+    std::string list;
+    const auto add = [&list](const char *word, bool on) {
+        list += on ? std::string(list.empty() ? "" : " ") + word : "";
+    };
+    add("ISDN", f.mnuMSN_festlegen.usable());
+    add("GSM", f.mnuPin_festlegen.usable());
+    add("GPRS", f.mnuGPRS_konfig.usable());
+    add("Eth", f.mnuIPuPort.usable());
+    add("cable", f.cobSchnittstelle.usable());
+    add("modem", f.cobModem_Port.usable() && f.tboRufnummer_Modem.usable());
+    add("number", f.tboRufnummer_Empfaenger.usable());
+    add("amt", f.chkAmt.usable());
+    add("service", f.tboService_Center.usable() && f.cbuSC_Uebersicht.usable());
+    add("sms", f.optSMS.usable());
+    add("fax", f.optFAX.usable());
+    add("password", f.chkPasswort.usable());
+    add("text", f.tboAlarmmeldung.usable());
+    add("PARA", f.cbuParametrieren.usable());
+    add("TEST", f.cbuTest.usable());
+    add("OFF", f.cbuAlarm_aus.usable());
+    return list;
+}
+
+TEST_F(MainWindow, StartsWithAnalogOverTheCableBySms) {
+    EXPECT_EQ(usable(f), "cable number amt service sms fax password text PARA TEST OFF");
+    EXPECT_TRUE(f.optAnalog.value && f.optDirektverbindung.value && f.optSMS.value);
+    EXPECT_EQ(f.tboService_Center.text, "090032669000");
+    EXPECT_EQ(f.tboPasswort.text, "BRUNEX");
+    EXPECT_FALSE(f.tboPasswort.usable());
+    EXPECT_EQ(f.StatusBar.text, "Bereit");
+    EXPECT_THAT(rig.boxes, IsEmpty());
+}
+
+TEST_F(MainWindow, EachVariantOffersWhatItHas) {
+    struct Case {
+        OptionButton FrmModem::*type;
+        const char *direct;
+        const char *remote;
+        const char *service;
+        const char *password;
+    };
+    // The remote column is what stands after the variant and then the remote way were chosen.
+    const Case cases[] = {
+        {&FrmModem::optISDN, "ISDN cable number amt service sms password text PARA TEST OFF",
+         "modem number amt service sms password text PARA OFF", "090032669000", ""},
+        {&FrmModem::optGSM, "GSM cable number service text PARA TEST OFF",
+         "modem number service text PARA TEST OFF", "", "BRUNEX"},
+        {&FrmModem::optGPRS, "GSM GPRS cable number service text PARA OFF",
+         "GPRS modem number service text OFF", "", "BRUNEX"},
+        {&FrmModem::optEthernet, "Eth cable", "Eth", "090032669000", "BRUNEX"},
+    };
+    for (const Case &c : cases) {
+        rig.program.choose(f.optAnalog);
+        rig.program.choose(f.optDirektverbindung);
+        rig.program.choose(f.*c.type);
+        EXPECT_EQ(usable(f), c.direct);
+        EXPECT_EQ(f.tboService_Center.text, c.service);
+        rig.program.choose(f.optFernverbindung);
+        EXPECT_EQ(usable(f), c.remote);
+        // Analog again: everything is back, whatever was chosen before.
+        rig.program.choose(f.optAnalog);
+        EXPECT_EQ(usable(f), "modem number amt service sms fax password text PARA TEST OFF");
+        EXPECT_EQ(f.tboPasswort.text, "BRUNEX");
+    }
+    rig.program.choose(f.optEthernet);
+    EXPECT_EQ(f.optFernverbindung.caption, "&Verbindung über das Netzwerk");
+}
+
+TEST_F(MainWindow, GsmForcesTheCableAndWarnsAboutTheModem) {
+    rig.program.choose(f.optFernverbindung);
+    EXPECT_THAT(rig.boxes, IsEmpty());
+    rig.program.choose(f.optGSM);
+    EXPECT_TRUE(f.optDirektverbindung.value);
+    EXPECT_FALSE(f.optFernverbindung.value);
+    rig.program.choose(f.optFernverbindung);
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(std::count(rig.boxes[0].text.begin(), rig.boxes[0].text.end(), '\r'), 3);
+}
+
+TEST_F(MainWindow, IsdnTestIsOfferedOverTheCableAndKeptWhenChosenFromTheRemoteWay) {
+    rig.program.choose(f.optEthernet);
+    rig.program.choose(f.optISDN);
+    EXPECT_TRUE(f.cbuTest.usable());
+    rig.program.choose(f.optFernverbindung);
+    EXPECT_FALSE(f.cbuTest.usable());
+    rig.program.choose(f.optDirektverbindung);
+    EXPECT_TRUE(f.cbuTest.usable());
+    rig.program.choose(f.optAnalog);
+    rig.program.choose(f.optFernverbindung);
+    rig.program.choose(f.optISDN);
+    EXPECT_TRUE(f.cbuTest.usable());
+}
+
+TEST_F(MainWindow, FaxNeedsNoServiceNumberAndIsdnKnowsNoFax) {
+    rig.program.choose(f.optFAX);
+    EXPECT_FALSE(f.tboService_Center.usable());
+    EXPECT_EQ(entered(f.tboService_Center, "1"), "090032669000");
+    rig.program.choose(f.optISDN);
+    EXPECT_TRUE(f.optSMS.value && f.tboService_Center.usable());
+}
+
+TEST_F(MainWindow, TicksOpenTheirFields) {
+    rig.program.set(f.chkAmt, true);
+    EXPECT_TRUE(f.tboAmt.usable());
+    rig.program.set(f.chkPasswort, true);
+    EXPECT_EQ(entered(f.tboPasswort, "geheim"), "geheim");
+    rig.program.set(f.chkPasswort, false);
+    EXPECT_EQ(f.tboPasswort.text, "BRUNEX");
+    rig.program.choose(f.optISDN);
+    EXPECT_FALSE(f.chkAmt.value || f.tboAmt.usable());
+    rig.program.set(f.chkPasswort, true);
+    rig.program.set(f.chkPasswort, false);
+    EXPECT_EQ(f.tboPasswort.text, "");
+}
+
+TEST_F(MainWindow, AJobLocksTheInputsAndItsEndUnlocksThem) {
+    rig.choose_cable_port(3);
+    rig.program.click(f.cbuTest);
+    EXPECT_EQ(usable(f), "");
+    EXPECT_TRUE(f.cbuBeenden.usable() && f.mnuInfo.usable());
+    EXPECT_TRUE(rig.run_until_idle(milliseconds{10000}));
+    EXPECT_EQ(usable(f), "cable number amt service sms fax password text PARA TEST OFF");
+}
+
+TEST_F(MainWindow, PortListsShowTheFreePortsAndKeepTheChoice) {
+    rig.free_ports = {3, 1};
+    rig.choose_cable_port(3);
+    EXPECT_THAT(f.cobSchnittstelle.items, ElementsAre("COM 1", "COM 3"));
+    EXPECT_THAT(f.cobModem_Port.items, ElementsAre("COM 1", "COM 3"));
+    EXPECT_EQ(f.cobSchnittstelle.text, "COM 3");
+    rig.free_ports = {1, 3, 15, 16};
+    rig.program.focus(f.cobSchnittstelle);
+    EXPECT_EQ(f.cobSchnittstelle.text, "COM 3");
+    EXPECT_THAT(f.cobSchnittstelle.items, ElementsAre("COM 1", "COM 3", "COM 15"));
+    rig.free_ports = {};
+    rig.program.focus(f.cobSchnittstelle);
+    EXPECT_EQ(f.cobSchnittstelle.text, "");
+    const Message none{"Kein COM-Port verfügbar", "Laufzeitfehler Schnittstelle", Icon::exclamation};
+    EXPECT_THAT(rig.boxes, ElementsAre(none));
+    rig.program.select(f.cobSchnittstelle, "COM 7"); // no such entry
+    EXPECT_EQ(f.cobSchnittstelle.text, "");
+}
+
+TEST_F(MainWindow, ClosingInTheMiddleOfACallDropsIt) {
+    rig.program.choose(f.optFernverbindung);
+    rig.free_ports = {6};
+    rig.choose_modem_port(6);
+    rig.program.enter(f.tboRufnummer_Modem, "1");
+    rig.program.click(f.cbuTest);
+    rig.turn_by(milliseconds{5000});
+    rig.program.click(f.cbuBeenden);
+    EXPECT_FALSE(f.open);
+    rig.program.Form_Unload();
+    EXPECT_FALSE(rig.port.is_open || rig.timer.on);
+    EXPECT_EQ(*(rig.journal.end() - 2), "5000 | DTR off");
+}
+
+} // namespace
+} // namespace telvox::test

@@ -1,0 +1,238 @@
+// Walks the step tables and reply rows of every variant: a job that could stall, repeat or lose its way is a
+// fault of a table, found here before a device finds it. And the reports of awaited replies, one by one.
+
+#include "rig/rig.hpp"
+
+#include "dialogues/families.hpp"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <set>
+
+namespace telvox::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr ModemType types[] = {ModemType::Analog, ModemType::ISDN, ModemType::GSM, ModemType::GPRS,
+                               ModemType::Ethernet};
+
+bool has_step(const Job &job, Counter number) {
+    return std::any_of(job.steps.begin(), job.steps.end(), [=](const Step &s) { return s.number == number; });
+}
+
+/// All counter moves that a reply row can make.
+std::vector<Move> moves_of(const Reply &row) {
+    std::vector<Move> moves(row.moves.begin(), row.moves.end());
+    if (row.counter)
+        moves.push_back({nullptr, row.counter, row.becomes});
+    return moves;
+}
+
+const Job *job_of(const Family &family, CounterOf counter) {
+    const auto job = std::find_if(family.jobs.begin(), family.jobs.end(),
+                                  [=](const Job &j) { return j.counter == counter; });
+    return job != family.jobs.end() ? &*job : nullptr;
+}
+
+/// The steps that can be reached from step 1: by `next`, by a reply row that moves the counter.
+std::set<Counter> reachable(const Family &family, const Job &job) {
+    std::set<Counter> reached{1};
+    for (std::size_t before = 0; before != reached.size();) {
+        before = reached.size();
+        for (const Step &step : job.steps)
+            if (reached.contains(step.number) && step.next != 0)
+                reached.insert(step.next);
+        for (const Reply &row : family.replies)
+            for (const Move &move : moves_of(row))
+                if (move.counter == job.counter)
+                    reached.insert(move.becomes);
+    }
+    return reached;
+}
+
+TEST(Tables, LeadEveryJobToAnEnd) {
+    for (const ModemType type : types) {
+        const Family &family = family_of(type);
+        EXPECT_LE(family.replies.size(), 64u) << "more rows than the receiver's marks";
+        for (const Job &job : family.jobs) {
+            const std::string where = "type " + std::to_string(static_cast<int>(type)) + " job " +
+                                      std::to_string(&job - family.jobs.data()) + " step ";
+            EXPECT_EQ(job_of(family, job.counter), &job) << where << "a second table for the counter";
+            EXPECT_NE(std::find(job_counters.begin(), job_counters.end(), job.counter), job_counters.end())
+                << where;
+            const std::set<Counter> reached = reachable(family, job);
+            bool ends = false;
+            for (std::size_t i = 0; i < job.steps.size(); ++i) {
+                const Step &step = job.steps[i];
+                const std::string at = where + std::to_string(step.number);
+                EXPECT_TRUE(reached.contains(step.number)) << at << " is never reached";
+                EXPECT_TRUE(step.next == 0 || has_step(job, step.next)) << at << " goes nowhere";
+                EXPECT_TRUE(step.next != 0 || step.awaits || step.end != End::no)
+                    << at << " waits for nothing";
+                EXPECT_FALSE(step.awaits && step.next != 0) << at << " does not wait for what it awaits";
+                EXPECT_FALSE(step.awaits && step.end != End::no) << at;
+                const bool last_of_number =
+                    i + 1 == job.steps.size() || job.steps[i + 1].number != step.number;
+                EXPECT_EQ(step.when == nullptr, last_of_number)
+                    << at << " leaves a case without a row, or hides one";
+                const Counter before = i > 0 ? job.steps[i - 1].number : Counter{0};
+                EXPECT_TRUE(step.number == before || step.number == before + 1) << at << " is out of order";
+                ends |= step.end != End::no || job.counter == &JobState::byteAnwahl_Counter;
+            }
+            EXPECT_TRUE(ends) << where << "no end";
+        }
+    }
+}
+
+TEST(Tables, AnswerAndReportEveryArmedFlag) {
+    for (const ModemType type : types) {
+        const Family &family = family_of(type);
+        for (const Job &job : family.jobs) {
+            for (const Step &step : job.steps) {
+                if (!step.awaits)
+                    continue;
+                EXPECT_TRUE(has_report(step.awaits));
+                EXPECT_TRUE(std::any_of(family.replies.begin(), family.replies.end(),
+                                        [&](const Reply &row) {
+                                            return row.awaited == step.awaits || row.clears == step.awaits;
+                                        }))
+                    << "no reply of type " << static_cast<int>(type) << " for step " << +step.number;
+            }
+        }
+        for (const Reply &row : family.replies) {
+            for (const Move &move : moves_of(row)) {
+                const Job *job = job_of(family, move.counter);
+                EXPECT_TRUE(!job || has_step(*job, move.becomes)) << row.contains;
+            }
+            const auto awaits_it = [&](const Job &job) {
+                return std::any_of(job.steps.begin(), job.steps.end(),
+                                   [&](const Step &step) { return step.awaits == row.awaited; });
+            };
+            EXPECT_TRUE(!row.awaited || std::any_of(family.jobs.begin(), family.jobs.end(), awaits_it))
+                << "nobody awaits " << row.contains;
+        }
+    }
+}
+
+TEST(ErrorReports, SayWhatFailedAndWhatBecomesOfTheLine) {
+    constexpr const char *check =
+        "\rBitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das Gerät "
+        "mit Spannung versorgt wird.";
+    struct Case {
+        FlagOf flag;
+        LineEnd line;
+        const char *text;
+        bool check_direct;
+        bool check_remote;
+    };
+    constexpr const char *nobody = "Es konnte keine Verbindung zum Telvox-A hergestellt werden.";
+    const Case cases[] = {
+        {&JobState::boolKommunikations_Fehler31, LineEnd::by_mode,
+         "Fehler bei der Parametrierung. Kommunikationsfehler: 31.", true, false},
+        {&JobState::boolKommunikations_Fehler32, LineEnd::by_mode,
+         "Fehler bei der Parametrierung. Kommunikationsfehler: 32.", false, false},
+        {&JobState::boolKommunikations_Fehler61, LineEnd::by_mode, nobody, true, true},
+        {&JobState::boolKommunikations_Fehler72, LineEnd::by_mode, nobody, true, true},
+        {&JobState::boolKommunikations_Fehler73, LineEnd::by_mode, "Kommunikationsfehler: 73.", true, true},
+        {&JobState::boolKommunikations_Fehler75, LineEnd::by_mode, "Kommunikationsfehler: 74.", true, true},
+        {&JobState::boolKommunikations_Fehler77, LineEnd::drop,
+         "Kommunikationsfehler: 77.\rUmstellung fehlgeschlagen", false, false},
+    };
+    Session session;
+    JobState all;
+    for (auto c = std::rbegin(cases); c != std::rend(cases); ++c) {
+        all.*c->flag = true; // the later ones are armed too: the first in order is reported
+        for (const bool remote : {false, true}) {
+            const auto report = due_report(all, session, ModemType::Analog, remote);
+            ASSERT_TRUE(report);
+            EXPECT_EQ(report->text,
+                      std::string(c->text) + ((remote ? c->check_remote : c->check_direct) ? check : ""));
+            EXPECT_EQ(report->line, c->line);
+        }
+    }
+    JobState reading;
+    reading.byteGPRS_Leseschritt = 12;
+    const auto report = due_report(reading, session, ModemType::GPRS, false);
+    EXPECT_EQ(report.value().text, std::string("Lesefehler: 712") + check);
+    EXPECT_EQ(session.byteISDN_Anschlussart, 12);
+    EXPECT_FALSE(due_report(JobState{}, session, ModemType::GPRS, false));
+}
+
+/// Every variant, every start, against a line that is full of noise: each job ends by itself, in one box, the
+/// port closed.
+TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
+    for (const ModemType type : types) {
+        for (const bool remote : {false, true}) {
+            for (Button FrmModem::*button :
+                 {&FrmModem::cbuParametrieren, &FrmModem::cbuTest, &FrmModem::cbuAlarm_aus}) {
+                Rig rig;
+                FrmModem &f = rig.program.desk.frmModem;
+                OptionButton *options[] = {&f.optAnalog, &f.optISDN, &f.optGSM, &f.optGPRS, &f.optEthernet};
+                if (remote)
+                    rig.program.choose(f.optFernverbindung);
+                rig.program.choose(*options[static_cast<int>(type)]);
+                if (remote && type == ModemType::GSM)
+                    rig.program.choose(f.optFernverbindung);
+                rig.choose_cable_port(3);
+                rig.choose_modem_port(3);
+                rig.program.enter(f.tboRufnummer_Modem, "1");
+                rig.program.enter(f.tboRufnummer_Empfaenger, "1");
+                rig.program.enter(f.tboService_Center, "1");
+                rig.program.enter(f.tboAlarmmeldung, "x");
+                rig.boxes.clear();
+                rig.program.click(f.*button);
+                // A minute of bytes at full line speed, 4 every millisecond, without any reply in them.
+                unsigned state = 1;
+                for (int ms = 0; ms < 60000 && rig.program.busy(); ++ms) {
+                    rig.turn_by(milliseconds{1});
+                    char bytes[4];
+                    for (char &byte : bytes)
+                        byte = static_cast<char>('a' + ((state = state * 1103515245u + 12345u) >> 16) % 16);
+                    rig.arrive({bytes, 4});
+                }
+                EXPECT_TRUE(rig.run_until_idle(milliseconds{120000}));
+                EXPECT_LE(rig.boxes.size(), 1u);
+                EXPECT_FALSE(rig.port.is_open);
+                EXPECT_FALSE(rig.timer.on);
+            }
+        }
+    }
+}
+
+TEST(Sequencer, EndsAJobWhoseVariantWasChangedUnderIt) {
+    Rig rig;
+    FrmModem &f = rig.program.desk.frmModem;
+    rig.choose_cable_port(3);
+    rig.program.click(f.cbuTest);
+    f.optEthernet.choose(); // what no click can do while the inputs are locked
+    rig.turn_by(milliseconds{100});
+    EXPECT_FALSE(rig.program.busy() || rig.port.is_open);
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(rig.boxes[0].text, "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
+}
+
+TEST(Sequencer, ResetKeepsWhatOutlivesAJob) {
+    Rig rig;
+    Session &session = rig.program.desk.session;
+    session = {.strCOMparameter_direkt = "2400,e,8,1",
+               .strPIN = "1",
+               .bytePortzaehler = 3,
+               .byteISDN_Anschlussart = 2,
+               .boolKommunikations_Fehler7 = true,
+               .boolFormular_GPRS_aktiv = true,
+               .boolWavecom_Modem = true};
+    rig.choose_cable_port(3);
+    rig.program.click(rig.program.desk.frmModem.cbuTest);
+    ASSERT_TRUE(rig.run_until_idle(milliseconds{10000}));
+    EXPECT_EQ(rig.timer.period, milliseconds{100});
+    EXPECT_EQ(rig.program.desk.frmModem.StatusBar.text, "Bereit");
+    EXPECT_TRUE(session.boolKommunikations_Fehler7 && session.boolFormular_GPRS_aktiv &&
+                session.boolWavecom_Modem);
+    EXPECT_EQ(session.byteISDN_Anschlussart, 2);
+    EXPECT_EQ(session.strCOMparameter_direkt + session.strPIN, "2400,e,8,11");
+}
+
+} // namespace
+} // namespace telvox::test
