@@ -54,6 +54,8 @@ class Telvox {
     void Form_Unload();
 
     [[nodiscard]] bool busy() const { return sequencer_.busy(); }
+    /// How the last job came out; meaningful once the session is idle again.
+    [[nodiscard]] Outcome outcome() const { return sequencer_.outcome(); }
 
     Desk desk;
 

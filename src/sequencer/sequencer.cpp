@@ -11,6 +11,7 @@ bool Sequencer::start(const Launch &launch) {
         c_.outbox.show("Es läuft bereits ein Vorgang.");
         return false;
     }
+    outcome_ = Outcome::refused;
     for (const Check &check : launch.checks) {
         if (check.input(c_.desk).empty()) {
             c_.outbox.show(check.if_empty);
@@ -34,6 +35,7 @@ bool Sequencer::start(const Launch &launch) {
     if (!port.PortOpen()) {
         if (const std::string cause = port.PortOpen(true); !cause.empty()) {
             c_.jobs = {};
+            outcome_ = Outcome::failed;
             c_.outbox.show({.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
                             .title = port_error_title,
                             .icon = Icon::exclamation});
@@ -57,7 +59,7 @@ bool Sequencer::start(const Launch &launch) {
 void Sequencer::Timer1_Timer() {
     receiver_.clear();
     if (const auto report = due_report(c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
-        finish(report->line, report->text);
+        fail(report->line, report->text);
     run_jobs();
     hang_up_step();
 }
@@ -75,8 +77,8 @@ void Sequencer::run_jobs() {
             return s.number == number && (!s.when || s.when(c_.desk));
         });
         if (step == steps.end())
-            return finish(LineEnd::by_mode,
-                          "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
+            return fail(LineEnd::by_mode,
+                        "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
         run(*step, counter);
     }
 }
@@ -97,6 +99,8 @@ void Sequencer::run(const Step &step, CounterOf counter) {
         c_.timer.restart(step.wait);
 
     const auto message = step.message ? std::optional<std::string>(step.message) : std::nullopt;
+    if (step.end != End::no)
+        outcome_ = Outcome::succeeded;
     if (step.end == End::drop)
         finish(LineEnd::drop, message);
     if (step.end == End::hang_up) {
@@ -131,6 +135,11 @@ void Sequencer::hang_up_step() {
     }
 }
 
+void Sequencer::fail(LineEnd line, std::string message) {
+    outcome_ = Outcome::failed;
+    finish(line, std::move(message));
+}
+
 void Sequencer::finish(LineEnd line, std::optional<std::string> message) {
     const bool hang_up = line == LineEnd::hang_up || (line == LineEnd::by_mode && c_.panel.remote());
     if (!hang_up)
@@ -159,11 +168,13 @@ void Sequencer::comSeriell_OnComm(CommEvent event) {
     const bool reported = !busy() || c_.jobs.byteAuflege_Counter != 0;
     c_.timer.Enabled(false);
     prz_Initialisieren();
-    if (!reported)
-        c_.outbox.show({.text = "Die Verbindung zur Schnittstelle " +
-                                port_entry(c_.link.comSeriell.CommPort()) + " ging verloren.",
-                        .title = port_error_title,
-                        .icon = Icon::exclamation});
+    if (reported)
+        return;
+    outcome_ = Outcome::failed;
+    c_.outbox.show({.text = "Die Verbindung zur Schnittstelle " + port_entry(c_.link.comSeriell.CommPort()) +
+                            " ging verloren.",
+                    .title = port_error_title,
+                    .icon = Icon::exclamation});
 }
 
 void Sequencer::prz_Initialisieren() {

@@ -15,6 +15,13 @@
 
 namespace telvox {
 
+/// How the last start came out.
+enum class Outcome {
+    refused,  ///< a check said no, nothing was sent (or nothing was started yet)
+    failed,   ///< ended with an error, or its port could not be opened
+    succeeded ///< went to its end
+};
+
 /// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.
 class Sequencer {
   public:
@@ -35,6 +42,9 @@ class Sequencer {
 
     /// A counter, job flag, armed flag, read step or hang-up is active.
     [[nodiscard]] bool busy() const { return c_.jobs != JobState{}; }
+
+    /// How the last job came out; meaningful once the session is idle again.
+    [[nodiscard]] Outcome outcome() const { return outcome_; }
 
     /// The one start of every job. While a job runs it says so and changes nothing. Otherwise: the checks,
     /// the port opened if it is closed, its format applied, DTR raised, the values taken over, flag and
@@ -64,10 +74,12 @@ class Sequencer {
     void run(const Step &step, CounterOf counter);
     void hang_up_step();
     void start_hang_up();
+    void fail(LineEnd line, std::string message);
     void finish(LineEnd line, std::optional<std::string> message);
 
     Context c_;
     Receiver receiver_;
+    Outcome outcome_ = Outcome::refused;
 };
 
 } // namespace telvox
