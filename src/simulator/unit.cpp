@@ -1,0 +1,120 @@
+#include "simulator/unit.hpp"
+
+#include <algorithm>
+
+namespace telvox::simulator {
+
+void Unit::call(Time now) {
+    release();
+    now_ = now;
+    access_ = Access::locked;
+    if (!silent && nature_->remote && nature_->stars == 0)
+        greet();
+}
+
+void Unit::release() {
+    access_ = Access::cable;
+    stars_ = 0;
+    line_.clear();
+    sayings_.clear();
+    forget();
+}
+
+void Unit::hear(char byte, Time now) {
+    if (silent)
+        return;
+    now_ = now;
+    if (access_ == Access::locked) {
+        knock(byte);
+        return;
+    }
+    // A caller without a password does not wait for the greeting and knocks again between its commands.
+    if (in_remote() && password.empty() && nature_->stars > 0 && line_.empty() && byte == '*')
+        return;
+    const auto line = line_.add(byte);
+    if (!line)
+        return;
+    if (access_ == Access::password)
+        check_password(*line);
+    else if ((!line->empty() || asking()) && sayings_.size() < backlog)
+        answer(command(*line));
+}
+
+void Unit::knock(char byte) {
+    stars_ = byte == '*' ? stars_ + 1 : 0;
+    if (nature_->remote && nature_->stars > 0 && stars_ == nature_->stars)
+        greet();
+}
+
+void Unit::greet() {
+    stars_ = 0;
+    line_.clear();
+    const bool asks = nature_->stars == 0 || !password.empty();
+    access_ = asks ? Access::password : Access::remote;
+    say(std::string{nature_->greeting} + std::string{asks ? "" : nature_->prompt});
+}
+
+void Unit::check_password(std::string_view line) {
+    const bool right = password.empty() || line == password;
+    if (right)
+        access_ = Access::remote;
+    else if (nature_->stars > 0)
+        access_ = Access::locked;
+    say(std::string{right ? nature_->admission : nature_->refusal});
+}
+
+void Unit::answer(const Reply &reply) {
+    std::string bytes;
+    if (!reply.text.empty())
+        bytes = "\r\n" + reply.text;
+    if (reply.verdict != Verdict::asks) {
+        if (!reply.text.empty())
+            bytes += "\r\n";
+        if (result_codes() && !reply.drops_line)
+            bytes += reply.verdict == Verdict::ok ? "\r\nOK\r\n" : "\r\nERROR\r\n";
+        if (in_remote() && !reply.drops_line)
+            bytes += nature_->prompt;
+    }
+    say(std::move(bytes), reply.drops_line);
+}
+
+void Unit::leave_remote() {
+    if (in_remote())
+        access_ = Access::locked;
+}
+
+void Unit::say(std::string bytes, bool drops_line) {
+    if (bytes.empty() && !drops_line)
+        return;
+    const Time begin = sayings_.empty() ? now_ : std::max(now_, sayings_.back().at);
+    sayings_.push_back({begin + processing, std::move(bytes), drops_line});
+}
+
+std::optional<Time> Unit::next() const {
+    return sayings_.empty() ? std::nullopt : std::optional{sayings_.front().at};
+}
+
+Unit::Saying Unit::take() {
+    Saying saying = std::move(sayings_.front());
+    sayings_.pop_front();
+    if (silent)
+        return {saying.at, {}, false};
+    return saying;
+}
+
+Reply store(Memory &memory, std::string Memory::*field, std::string_view value, std::size_t limit) {
+    if (value.size() > limit)
+        return refused;
+    memory.*field = value;
+    memory.saved = false;
+    return {};
+}
+
+Reply send_alarm(Memory &memory) {
+    if (memory.service_number.empty() || memory.recipient.empty())
+        return refused;
+    ++memory.alarms;
+    return {};
+}
+
+} // namespace telvox::simulator

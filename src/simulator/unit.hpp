@@ -1,0 +1,115 @@
+#pragma once
+
+#include "simulator/command.hpp"
+#include "simulator/device.hpp"
+#include "simulator/line_collector.hpp"
+
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace telvox::simulator {
+
+/// What a device keeps. Texts stand as they came over the line, one byte per character.
+struct Memory {
+    std::string recipient;
+    std::string text;
+    std::string service_number; ///< gateway or service centre; the alarm function is off while it is empty
+    std::string protocol;       ///< of a fixed-line device, "M6"
+    std::string pin;
+    std::string msn;
+    std::string data_msn; ///< the MSN for data calls, which has a command of its own
+    bool input_armed = false;
+    bool point_to_point = false;
+    bool saved = true; ///< false from a change until the command that saves
+    int alarms = 0;    ///< alarm messages sent
+};
+
+/// What distinguishes a family as a whole.
+struct Nature {
+    bool adapts_format = false;      ///< understands every serial format it is addressed in
+    bool remote = true;              ///< can be configured in a call
+    std::size_t stars = 0;           ///< a caller asks for the configuration by these; 0: by calling
+    std::string_view greeting = "";  ///< answer to that
+    std::string_view admission = ""; ///< answer to the right password
+    std::string_view refusal = "";   ///< answer to a wrong one
+    std::string_view prompt = "";    ///< stands behind every answer of a remote session
+    Time ring{3000};                 ///< until it takes a call
+    std::string_view connect = "CONNECT 2400"; ///< what a modem reports of the connection
+};
+
+/// One Telvox-A without its line: command lines in, answers out. The same device sits on a cable or is
+/// called.
+class Unit {
+  public:
+    /// A device needs this long for a command; commands wait for one another.
+    static constexpr Time processing{40};
+    /// Answers that it can have in work; commands beyond them are lost.
+    static constexpr std::size_t backlog = 32;
+
+    struct Saying {
+        Time at;
+        std::string bytes;
+        bool drops_line;
+    };
+
+    explicit Unit(const Nature &nature) : nature_(&nature) {}
+    virtual ~Unit() = default;
+    Unit(const Unit &) = delete;
+    Unit &operator=(const Unit &) = delete;
+
+    [[nodiscard]] const Nature &nature() const { return *nature_; }
+    /// A call has come in.
+    void call(Time now);
+    /// The call is over, or the cable was plugged or its port opened: what was begun is forgotten.
+    void release();
+    void hear(char byte, Time now);
+    /// When the device next says something.
+    [[nodiscard]] std::optional<Time> next() const;
+    /// Takes what it says next; only when there is a next.
+    Saying take();
+
+    Memory memory;
+    std::string password; ///< of the remote configuration; without one every caller is let in
+    bool silent = false;  ///< switch: without power, neither hears nor says anything
+
+  protected:
+    /// Runs a command line.
+    virtual Reply command(std::string_view line) = 0;
+    /// Whether a question is open, so that an empty line counts as its answer.
+    [[nodiscard]] virtual bool asking() const { return false; }
+    [[nodiscard]] virtual bool result_codes() const { return true; }
+    virtual void forget() {}
+    /// Ends the remote configuration; the call stays until the caller hangs up.
+    void leave_remote();
+    /// In a call, behind the password.
+    [[nodiscard]] bool in_remote() const { return access_ == Access::remote; }
+    [[nodiscard]] Time now() const { return now_; }
+
+  private:
+    enum class Access { cable, locked, password, remote };
+
+    void say(std::string bytes, bool drops_line = false);
+    void greet();
+    void knock(char byte);
+    void check_password(std::string_view line);
+    void answer(const Reply &reply);
+
+    const Nature *nature_;
+    Access access_ = Access::cable;
+    Time now_{0};
+    std::size_t stars_ = 0;
+    LineCollector line_;
+    std::deque<Saying> sayings_;
+};
+
+/// Stores a value of at most `limit` characters; refuses a longer one.
+Reply store(Memory &memory, std::string Memory::*field, std::string_view value, std::size_t limit);
+/// Sends an alarm message. Without a service number or a recipient the alarm function is off.
+Reply send_alarm(Memory &memory);
+
+inline constexpr std::size_t number_limit = 40;
+inline constexpr std::size_t text_limit = 160; ///< what one SMS holds
+
+} // namespace telvox::simulator

@@ -1,0 +1,390 @@
+#include "simulator/analog.hpp"
+#include "simulator/cable.hpp"
+#include "simulator/gsm.hpp"
+#include "simulator/isdn.hpp"
+#include "simulator/local_modem.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace telvox::simulator {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr SerialFormat cable_format{2400, 'e', 8, 1};
+
+/// A host at the device's line with a clock that the test turns. It wakes the device exactly when the device
+/// asks for it, so a wrong `next` shows as a missing answer.
+class Host {
+  public:
+    explicit Host(Device &device, const SerialFormat &format = cable_format) : device_(device) {
+        device_.format(format, now);
+        device_.open(true, now);
+    }
+    std::string turn(Time span) {
+        const Time end = now + span;
+        std::string bytes;
+        while (const auto due = device_.next()) {
+            if (*due > end)
+                break;
+            now = std::max(now, *due);
+            bytes += device_.transmit(now);
+        }
+        now = end;
+        return bytes;
+    }
+    /// Writes raw bytes and returns what comes back within a second.
+    std::string raw(std::string_view bytes, Time span = 1000ms) {
+        device_.receive(bytes, now);
+        return turn(span);
+    }
+    std::string line(const std::string &text, Time span = 1000ms) { return raw(text + "\r", span); }
+    bool carrier() { return device_.carrier(now); }
+
+    Time now{0};
+
+  private:
+    Device &device_;
+};
+
+struct OnCable : testing::Test {
+    std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::newer);
+    std::shared_ptr<Analog> analog = std::make_shared<Analog>();
+    std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
+    Cable gsm_cable{gsm};
+    Cable analog_cable{analog};
+    Cable isdn_cable{isdn};
+};
+
+TEST_F(OnCable, bytes_come_at_the_pace_of_the_line_in_small_pieces) {
+    Host host{gsm_cable};
+    gsm_cable.receive("AT**IMEI?\r", host.now);
+    // 10 characters of 11 bits at 2400 baud, then the device thinks, then the first 8 characters.
+    const Time first = 46ms + Unit::processing + 37ms;
+    EXPECT_THAT(host.turn(first - 1ms), IsEmpty());
+    EXPECT_EQ(host.turn(2ms), "\r\nIMEI: ");
+    EXPECT_EQ(host.turn(200ms), gsm->imei + "\r\n");
+
+    Cable fast{gsm, {19200, 'n', 8, 1}};
+    Host quick{fast, {19200, 'n', 8, 1}};
+    EXPECT_THAT(quick.line("AT**IMEI?", 60ms), HasSubstr(gsm->imei));
+}
+
+TEST_F(OnCable, device_is_mute_in_a_foreign_format_unless_it_adapts) {
+    for (const SerialFormat &wrong : {SerialFormat{9600, 'e', 8, 1}, SerialFormat{2400, 'n', 8, 1}}) {
+        Cable cable{gsm};
+        Host host{cable, wrong};
+        EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
+        cable.format(cable_format, host.now);
+        EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME:"));
+    }
+    Host fast{analog_cable, {9600, 'n', 8, 1}};
+    EXPECT_THAT(fast.line("ATI"), HasSubstr("33600"));
+}
+
+TEST_F(OnCable, gsm_gives_result_codes_only_when_they_are_on) {
+    Host host{gsm_cable};
+    EXPECT_THAT(host.line("AT**SCN=+49172"), IsEmpty());
+    EXPECT_THAT(host.line("AT**NONSENSE"), IsEmpty());
+    EXPECT_EQ(host.line("ATQ0"), "\r\nOK\r\n");
+    EXPECT_EQ(host.line("AT**SCN=+49171"), "\r\nOK\r\n");
+    EXPECT_EQ(host.line("AT**NONSENSE"), "\r\nERROR\r\n");
+    EXPECT_EQ(host.line("AT+CREG?"), "\r\n+CREG: 0,1\r\n\r\nOK\r\n");
+    EXPECT_THAT(host.line("ATQ1"), IsEmpty());
+    EXPECT_EQ(host.line("AT+CSQ"), "\r\n+CSQ: 17,0\r\n");
+    EXPECT_EQ(gsm->memory.service_number, "+49171");
+}
+
+TEST_F(OnCable, gsm_keeps_what_it_is_told_and_refuses_what_it_cannot_keep) {
+    Host host{gsm_cable};
+    EXPECT_THAT(host.line("ATI"), HasSubstr("KWT Telvox-A"));
+    for (const char *line :
+         {"AT**DST1=0171", "AT**MSG1=\"Pumpe 1\"", "AT**INPUT1=1", "AT**SMS=1", "AT**SMS=2"})
+        EXPECT_THAT(host.line(line), IsEmpty());
+    EXPECT_EQ(gsm->memory.alarms, 0) << "no service centre yet";
+    host.line("AT**SCN=+49171");
+    host.line("AT**SMS=1");
+    host.line("AT**SMS=2");
+    EXPECT_EQ(gsm->memory.alarms, 1) << "SMS 2 belongs to the older generation";
+    for (const char *line : {"AT**DST2=0815", "AT**MSG1=Pumpe 2", "AT**MSG1=\"a\"b\"", "AT**INPUT1=7"})
+        host.line(line);
+    EXPECT_EQ(gsm->memory.recipient, "0171");
+    EXPECT_EQ(gsm->memory.text, "Pumpe 1");
+    EXPECT_TRUE(gsm->memory.input_armed);
+}
+
+TEST_F(OnCable, gsm_pin_and_sim_states) {
+    Host host{gsm_cable};
+    gsm->sim_pin = "4711";
+    EXPECT_EQ(host.line("AT**PIN?"), "\r\nPIN: inactive\r\n");
+    EXPECT_THAT(host.line("AT+CPIN?"), HasSubstr("+CPIN: SIM PIN"));
+    host.line("AT**PIN=47x1");
+    EXPECT_THAT(gsm->memory.pin, IsEmpty());
+    host.line("AT**PIN=4711");
+    EXPECT_EQ(host.line("AT**PIN?"), "\r\nPIN: active\r\n");
+    EXPECT_THAT(host.line("AT+CPIN?"), HasSubstr("+CPIN: READY"));
+    gsm->sim_present = false;
+    EXPECT_THAT(host.line("AT+CPIN?"), IsEmpty());
+}
+
+TEST_F(OnCable, fixed_line_devices_ask_for_the_text_and_take_the_next_line) {
+    struct Case {
+        Cable &cable;
+        Memory &memory;
+        const char *service;
+        const char *recipient;
+        const char *test;
+    };
+    for (auto &[cable, memory, service, recipient, test] :
+         {Case{analog_cable, analog->memory, "AT&Z0=", "AT&Z2=", "AT%A"},
+          Case{isdn_cable, isdn->memory, "AT&Z1=", "AT&Z3=", "AT*X"}}) {
+        Host host{cable};
+        EXPECT_EQ(host.line("AT*V"), "\r\nNEW ALARM TEXT: ");
+        EXPECT_EQ(host.line("AT&W"), "\r\nOK\r\n");
+        EXPECT_EQ(memory.text, "AT&W") << "whatever comes is the text";
+        EXPECT_FALSE(memory.saved);
+        host.line("AT*M5");
+        EXPECT_THAT(host.line("AT*M7"), HasSubstr("ERROR"));
+        host.line(service + std::string{"0800"});
+        host.line(recipient + std::string{"0171"});
+        host.line(test);
+        EXPECT_EQ(memory.protocol + " " + memory.service_number + " " + memory.recipient, "M5 0800 0171");
+        host.line(service);
+        EXPECT_THAT(host.line(test), HasSubstr("ERROR"));
+        EXPECT_EQ(memory.alarms, 1) << "without a service number the alarm function is off";
+        host.line("AT&W");
+        EXPECT_TRUE(memory.saved);
+        host.line("AT*V");
+        host.line("");
+        EXPECT_THAT(memory.text, IsEmpty()) << "an empty line is an empty text";
+    }
+}
+
+TEST_F(OnCable, isdn_line_type_and_numbers) {
+    Host host{isdn_cable};
+    EXPECT_THAT(host.line("ATI1"), HasSubstr("64"));
+    for (const char *line : {"AT**PTP=1", "AT**PTP=2", "AT#Z=11", "AT**MSN=12"})
+        host.line(line);
+    EXPECT_TRUE(isdn->memory.point_to_point);
+    EXPECT_EQ(isdn->memory.data_msn + isdn->memory.msn, "1112");
+}
+
+TEST_F(OnCable, hostile_input_leaves_the_device_alive_and_bounded) {
+    Host host{gsm_cable};
+    host.line("AT**SCN=" + std::string(LineCollector::limit, '1'), 5s);
+    EXPECT_THAT(gsm->memory.service_number, IsEmpty()) << "the head of an overlong line is no command";
+    host.raw(std::string{"\0\xff\x01+CPIN\r\r\r\n", 12});
+    host.raw(std::string(1'000'000, 'A'), 60s);
+    host.line("");
+    EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME: 2000/01/01,00:01:"));
+
+    host.line("ATQ0");
+    std::string flood;
+    for (int i = 0; i < 100'000; ++i)
+        flood += "A\r";
+    const std::string answers = host.raw(flood, 10min);
+    EXPECT_THAT(answers, HasSubstr("ERROR"));
+    EXPECT_LE(answers.size(), Wire::capacity / 2 * 9);
+    EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME:"));
+}
+
+TEST_F(OnCable, last_command_before_closing_arrives_and_a_silent_device_says_nothing) {
+    Host host{gsm_cable};
+    host.raw("AT**PIN=4711\r", 0ms);
+    gsm_cable.open(false, host.now);
+    EXPECT_EQ(gsm->memory.pin, "4711");
+    gsm_cable.receive("AT**TIME?\r", host.now);
+    EXPECT_THAT(host.turn(1s), IsEmpty()) << "nothing reaches a closed port";
+    gsm_cable.open(true, host.now);
+    host.raw("AT**TIME?\r", 60ms);
+    gsm->silent = true;
+    EXPECT_THAT(host.turn(1s), IsEmpty()) << "also what it was about to say";
+}
+
+struct OverModem : testing::Test {
+    std::shared_ptr<Analog> analog = std::make_shared<Analog>();
+    std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
+    std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::older);
+    std::shared_ptr<Gsm> newer = std::make_shared<Gsm>(Generation::newer);
+    LocalModem modem{{{'1', analog}, {'2', isdn}, {'3', gsm}, {'4', newer}}};
+    Host host{modem, {9600, 'n', 8, 1}};
+
+    /// Dials and enters the remote configuration of the Analog device.
+    void enter_analog() {
+        host.line("ATX3D5411", 5s);
+        host.raw("****");
+        for (const char c : std::string_view{"BRUNEX"})
+            host.raw({&c, 1}, 1100ms);
+        ASSERT_EQ(host.raw("\r"), "\r\n>");
+    }
+};
+
+TEST_F(OverModem, answers_rings_and_reports_the_end_of_a_call) {
+    EXPECT_EQ(host.line("AT"), "\r\nOK\r\n");
+    EXPECT_EQ(host.line("ATNONSENSE"), "\r\nERROR\r\n");
+    EXPECT_EQ(host.line("ATX3D"), "\r\nERROR\r\n");
+    EXPECT_THAT(host.line("ATX3D0541-121", 2900ms), IsEmpty());
+    EXPECT_FALSE(host.carrier());
+    EXPECT_EQ(host.turn(1s), "\r\nCONNECT 2400\r\n");
+    EXPECT_TRUE(host.carrier());
+    modem.drop_carrier(host.now);
+    EXPECT_FALSE(host.carrier());
+    EXPECT_EQ(host.turn(1s), "\r\nNO CARRIER\r\n");
+
+    EXPECT_THAT(host.line("ATX3D5419", 40s), IsEmpty());
+    EXPECT_EQ(host.turn(10s), "\r\nNO CARRIER\r\n");
+    modem.busy = true;
+    EXPECT_EQ(host.line("ATX3D5411", 5s), "\r\nBUSY\r\n");
+    EXPECT_FALSE(host.carrier());
+}
+
+TEST_F(OverModem, a_character_breaks_off_the_dialling_and_begins_the_next_command) {
+    host.line("ATX3D5411", 1s);
+    EXPECT_EQ(host.line("ATD5412e", 1400ms), "\r\nNO CARRIER\r\n");
+    EXPECT_THAT(host.turn(1s), HasSubstr("CONNECT"));
+    EXPECT_TRUE(host.carrier());
+}
+
+TEST_F(OverModem, escape_counts_only_with_silence_before_and_behind_it) {
+    struct Case {
+        const char *name;
+        Time before;
+        std::vector<std::pair<const char *, Time>> writes;
+        bool escapes;
+    };
+    const Case cases[] = {
+        {"whole", 1100ms, {{"+++", 1100ms}}, true},
+        {"typed", 1100ms, {{"+", 400ms}, {"+", 400ms}, {"+", 1100ms}}, true},
+        {"too early", 900ms, {{"+++", 1100ms}}, false},
+        {"too soon behind", 1100ms, {{"+++", 900ms}, {"ATH\r", 1100ms}}, false},
+        {"pause within", 1100ms, {{"++", 1100ms}, {"+", 1100ms}}, false},
+        {"four", 1100ms, {{"++++", 1100ms}}, false},
+        {"in one write", 1100ms, {{"+++ATH\r", 1100ms}}, false},
+        {"two", 1100ms, {{"++", 1100ms}}, false},
+    };
+    host.line("ATX3D5411", 5s);
+    for (const auto &[name, before, writes, escapes] : cases) {
+        SCOPED_TRACE(name);
+        host.raw("x", before);
+        std::string answer;
+        for (const auto &[bytes, span] : writes)
+            answer += host.raw(bytes, span);
+        EXPECT_EQ(answer, escapes ? "\r\nOK\r\n" : "");
+        ASSERT_TRUE(host.carrier()) << "the call goes on behind an escape";
+        if (escapes) {
+            EXPECT_EQ(host.line("ATO"), "\r\nOK\r\n");
+        }
+    }
+    host.turn(1s);
+    host.raw("+++", 1100ms);
+    EXPECT_EQ(host.line("ATH"), "\r\nOK\r\n");
+    EXPECT_FALSE(host.carrier());
+}
+
+TEST_F(OverModem, dtr_off_and_closing_hang_up_at_once) {
+    enter_analog();
+    modem.dtr(false, host.now);
+    EXPECT_FALSE(host.carrier());
+    modem.dtr(true, host.now);
+    host.line("ATX3D5411", 5s);
+    EXPECT_TRUE(host.carrier());
+    EXPECT_THAT(host.line("ATI0"), IsEmpty()) << "a new call begins without the old one's rights";
+    modem.open(false, host.now);
+    EXPECT_FALSE(host.carrier());
+    modem.open(true, host.now);
+    host.line("ATX3D5411", 1s);
+    modem.dtr(false, host.now);
+    host.turn(5s);
+    EXPECT_FALSE(host.carrier()) << "the ringing has ended too";
+}
+
+TEST_F(OverModem, echo_returns_command_lines_but_not_what_goes_to_the_device) {
+    modem.echo = true;
+    EXPECT_EQ(host.line("AT"), "AT\r\r\nOK\r\n");
+    host.line("ATX3D5411", 5s);
+    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n");
+}
+
+TEST_F(OverModem, analog_asks_for_stars_and_password) {
+    host.line("ATX3D5411", 5s);
+    EXPECT_THAT(host.line("***ATI0"), IsEmpty());
+    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n");
+    EXPECT_THAT(host.line("WRONG"), Not(HasSubstr(">")));
+    EXPECT_THAT(host.line("BRUNEX"), IsEmpty()) << "a wrong password closes the entry";
+    host.raw("+++", 1s);
+    modem.drop_carrier(host.now);
+    enter_analog();
+    EXPECT_EQ(host.line("AT*V"), "\r\nNEW ALARM TEXT: ");
+    EXPECT_EQ(host.line("Pumpe"), "\r\nOK\r\n>");
+    EXPECT_EQ(analog->memory.text, "Pumpe");
+    EXPECT_EQ(host.line("ATZ"), "\r\nOK\r\n");
+    EXPECT_TRUE(host.carrier()) << "the caller hangs up";
+    EXPECT_THAT(host.line("ATI0"), IsEmpty());
+
+    modem.drop_carrier(host.now);
+    analog->password = "";
+    host.line("ATX3D5411", 5s);
+    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n>");
+    EXPECT_THAT(host.raw("****AT&Z0=0800\r"), HasSubstr("OK")) << "knocked again without waiting";
+    EXPECT_EQ(analog->memory.service_number, "0800");
+}
+
+TEST_F(OverModem, only_the_older_gsm_device_enters_remote_configuration) {
+    host.line("ATX3D5413", 5s);
+    EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
+    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
+    EXPECT_THAT(host.line("ATI"), Not(HasSubstr("KWT Telvox-A")));
+    host.line("AT**DST2=0171");
+    EXPECT_EQ(gsm->memory.recipient, "0171");
+    host.line("AT**EXIT");
+    EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
+    modem.drop_carrier(host.now);
+    host.line("ATX3D5414", 5s);
+    EXPECT_TRUE(host.carrier());
+    EXPECT_THAT(host.raw("***"), IsEmpty());
+}
+
+TEST_F(OverModem, isdn_text_interface_answers_with_its_prompt_and_drops_the_line) {
+    isdn->password = "GEHEIM";
+    EXPECT_THAT(host.line("ATD5412e", 4s), HasSubstr("password:"));
+    EXPECT_THAT(host.line("falsch"), Not(HasSubstr("#")));
+    EXPECT_EQ(host.line("GEHEIM"), "\r\nOK\r\n#");
+    for (const char *line : {"altxt=Pumpe", "aldest=3", "catab1=0171", "catab3=0172", "save"})
+        EXPECT_EQ(host.line(line), "\r\nOK\r\n#") << line;
+    EXPECT_TRUE(isdn->memory.saved);
+    EXPECT_EQ(host.line("aldest=4"), "\r\nERROR\r\n#");
+    EXPECT_EQ(host.line("AT*V"), "\r\nERROR\r\n#") << "the cable's commands do not exist here";
+    EXPECT_THAT(host.line("Alarm"), testing::AllOf(HasSubstr("alarm"), HasSubstr("#")));
+    EXPECT_EQ(isdn->memory.alarms, 1);
+    host.line("catab1=-");
+    EXPECT_THAT(isdn->memory.service_number, IsEmpty());
+    EXPECT_EQ(isdn->memory.protocol + isdn->memory.text + isdn->memory.recipient, "3Pumpe0172");
+    EXPECT_EQ(host.line("quit"), "\r\nNO CARRIER\r\n");
+    EXPECT_FALSE(host.carrier());
+
+    isdn->password = "";
+    host.line("ATD5412e", 4s);
+    EXPECT_EQ(host.line(""), "\r\nOK\r\n#") << "without a password everyone is let in";
+    EXPECT_EQ(host.line("reset"), "\r\nNO CARRIER\r\n");
+}
+
+TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
+    const std::pair<int, std::pair<const char *, const char *>> ports[] = {
+        {1, {"ATI0", "Telvox-A"}}, {2, {"ATI1", "64"}}, {3, {"AT**TIME?", "TIME:"}}, {6, {"AT", "OK"}}};
+    for (const auto &[number, dialogue] : ports) {
+        auto device = device_on_port(number);
+        ASSERT_TRUE(device) << number;
+        Host host{*device};
+        EXPECT_THAT(host.line(dialogue.first), HasSubstr(dialogue.second));
+        EXPECT_THAT(description_of_port(number), testing::StartsWith("Simuliertes "));
+    }
+    EXPECT_FALSE(device_on_port(7));
+    EXPECT_THAT(description_of_port(7), IsEmpty());
+}
+
+} // namespace
+} // namespace telvox::simulator
