@@ -30,7 +30,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
 template <class Handler> void Telvox::event(Handler &&handler) {
     handler();
     if (ports_.comSeriell.PortOpen())
-        ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler);
+        ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
     desk.frmModem.compute();
     redraw();
     for (const Message &message : desk.outbox.take())

@@ -78,6 +78,9 @@ struct JobState {
     bool boolIMEI_lesen = false;
     bool boolUART_umstellen = false;
 
+    bool carrier_up = false;   ///< the dialled call stands, as far as the carrier line shows calls at all
+    bool line_dropped = false; ///< it fell in mid-job: what answers now is the local modem itself
+
     /// The job exists only over the device's own cable, so it counts as direct whatever the connection way.
     bool cable_only = false;
 

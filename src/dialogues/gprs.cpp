@@ -18,6 +18,7 @@ constexpr Move start_gprs_jobs[] = {
 constexpr Job jobs[] = {{&JobState::byteAnwahl_Counter, mobile_dial}};
 
 constexpr Reply replies[] = {
+    carrier_down, // stands first: one change is either of the two
     carrier_up,
     {.contains = "REMOTE CONFIGURATION MODE",
      .awaited = &JobState::boolAntwort_Fehler,

@@ -49,7 +49,7 @@ constexpr Step configure[] = {
      .send = "AT**TIME?",
      .wait = 4s,
      .awaits = &JobState::boolKommunikations_Fehler32},
-    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 9},
+    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 9},
     {.number = 8, .end = End::drop, .message = configured_mobile},
     {.number = 9, .end = End::hang_up, .message = configured_mobile},
 };
@@ -58,7 +58,7 @@ constexpr Step alarm_test[] = {
     {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
     {.number = 2, .status = sending_test, .send = "AT**SMS=1", .next = 3},
     {.number = 3, .send = "AT**SMS=2", .next = 4},
-    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 5},
+    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 5},
     {.number = 4, .end = End::drop, .message = test_sent},
     {.number = 5, .end = End::hang_up, .message = test_sent},
 };
@@ -67,7 +67,7 @@ constexpr Step alarm_test[] = {
 constexpr Step alarm_off[] = {
     {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
     {.number = 2, .status = sending_alarm_off, .send = "AT**SCN=", .next = 3},
-    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 4},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 4},
     {.number = 3, .end = End::drop, .message = alarm_is_off},
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };
@@ -239,6 +239,7 @@ constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, std::string_view
 }
 
 constexpr Reply replies[] = {
+    carrier_down, // stands first: one change is either of the two
     carrier_up,
     time_reply(&JobState::boolKommunikations_Fehler41, &JobState::bytePin_Counter, 2, 100ms),
     time_reply(&JobState::boolKommunikations_Fehler43, &JobState::byteGSM_Reg_Counter, 2, 100ms),

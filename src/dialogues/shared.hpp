@@ -52,9 +52,15 @@ inline constexpr const char *test_sent_sms_or_fax =
 /// The carrier of the dialled call came up.
 inline constexpr Reply carrier_up = {.event = CommEvent::carrier,
                                      .awaited = &JobState::boolAnwahl_Fehler,
+                                     .sets = &JobState::carrier_up,
                                      .counter = &JobState::byteAnwahl_Counter,
                                      .becomes = 2,
                                      .restart = 1000ms};
+
+/// It fell in mid-job. From then on the local modem would take the device's commands for its own and answer
+/// them, so nothing more is sent or believed.
+inline constexpr Reply carrier_down = {
+    .event = CommEvent::carrier, .awaited = &JobState::carrier_up, .sets = &JobState::line_dropped};
 
 /// Once the device is in its configuration mode: the counter of each set job flag.
 inline constexpr Move start_jobs[] = {

@@ -10,7 +10,7 @@ void Receiver::clear() {
 void Receiver::handle(CommEvent event, std::span<const Reply> rows) {
     if (event == CommEvent::data)
         link_.strCOM_Eingang.append(link_.comSeriell.Input());
-    if (jobs_ == JobState{} || jobs_.byteAuflege_Counter != 0)
+    if (jobs_ == JobState{} || jobs_.byteAuflege_Counter != 0 || jobs_.line_dropped)
         return;
     std::uint64_t bit = 1;
     for (const Reply &row : rows) {
@@ -39,6 +39,8 @@ void Receiver::apply(const Reply &row) {
         jobs_.*row.awaited = false;
     if (row.clears)
         jobs_.*row.clears = false;
+    if (row.sets)
+        jobs_.*row.sets = true;
     if (row.counter)
         jobs_.*row.counter = row.becomes;
     for (const Move &move : row.moves)

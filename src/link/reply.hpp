@@ -39,6 +39,7 @@ struct Reply {
     /// not complete: then the row does not hold yet.
     bool (*take)(Desk &, std::string_view) = nullptr;
     FlagOf clears = nullptr;          ///< flag cleared without having been a condition
+    FlagOf sets = nullptr;            ///< flag set
     CounterOf counter = nullptr;      ///< counter that moves
     Counter becomes = 0;              ///< to this step
     std::span<const Move> moves = {}; ///< further moves

@@ -38,8 +38,9 @@ class SerialPort {
     virtual std::string Input() = 0;
     /// Waits until all output has left, at most this long.
     virtual void drain(milliseconds limit) = 0;
-    /// Reports changes of the carrier-detect line from now on, or no longer. The line has no event of its
-    /// own, so it is polled only while a dialling step awaits it.
+    /// Reports changes of the carrier-detect line from now on, or no longer; on while it is on
+    /// changes nothing. The line has no event of its own, so it is polled only while a call is awaited or
+    /// stands.
     virtual void watch_carrier(bool on) = 0;
 };
 

@@ -84,11 +84,15 @@ void Sequencer::run_jobs() {
 }
 
 void Sequencer::run(const Step &step, CounterOf counter) {
+    // On a line that has dropped the local modem would take a command for its own.
+    const bool dropped = step.send.given() && c_.jobs.line_dropped;
+    if (dropped && !step.leaves)
+        return fail(LineEnd::hang_up, "Die Verbindung zum Telvox-A wurde unterbrochen.");
     if (step.status)
         c_.panel.status(step.status);
     if (step.act)
         step.act(c_.desk);
-    if (step.send.given()) {
+    if (step.send.given() && !dropped) {
         const std::string text = step.send(c_.desk);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
     }

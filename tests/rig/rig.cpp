@@ -100,6 +100,7 @@ void Rig::choose_modem_port(int number) {
 void Rig::FakePort::Settings(const SerialFormat &value) {
     format = value;
     rig.note("format " + format_text(format));
+    rig.on_format(format);
 }
 
 std::string Rig::FakePort::PortOpen(bool open) {
@@ -109,10 +110,14 @@ std::string Rig::FakePort::PortOpen(bool open) {
     watches = false;
     pending.clear();
     rig.note(open ? "open " + port_entry(number) : "close");
+    rig.on_open(open);
     return {};
 }
 
-void Rig::FakePort::DTREnable(bool on) { rig.note(on ? "DTR on" : "DTR off"); }
+void Rig::FakePort::DTREnable(bool on) {
+    rig.note(on ? "DTR on" : "DTR off");
+    rig.on_dtr(on);
+}
 
 void Rig::FakePort::Output(std::string_view bytes) {
     rig.note("-> " + visible(bytes));

@@ -40,7 +40,11 @@ class Rig {
     std::vector<Message> boxes;
     std::vector<int> free_ports{3};
     std::string open_failure; ///< why the port cannot be opened, empty: it can
-    std::function<void(std::string_view)> on_output = [](std::string_view) {}; ///< the far end
+    // The far end of the line, where a test has one.
+    std::function<void(std::string_view)> on_output = [](std::string_view) {};
+    std::function<void(const SerialFormat &)> on_format = [](const SerialFormat &) {};
+    std::function<void(bool)> on_open = [](bool) {};
+    std::function<void(bool)> on_dtr = [](bool) {};
 
   private:
     struct FakePort final : SerialPort {
