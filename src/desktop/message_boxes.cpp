@@ -1,0 +1,34 @@
+#include "desktop/message_boxes.hpp"
+
+#include <QPushButton>
+
+namespace telvox::desktop {
+
+QtMessageBoxes::~QtMessageBoxes() { delete box_; }
+
+void QtMessageBoxes::show(const Message &message) {
+    waiting_.push_back(message);
+    QMetaObject::invokeMethod(
+        this, [this] { open_next(); }, Qt::QueuedConnection);
+}
+
+void QtMessageBoxes::open_next() {
+    if (box_ || waiting_.empty())
+        return;
+    const Message message = waiting_.front();
+    waiting_.pop_front();
+    box_ = new QMessageBox(owner());
+    box_->setAttribute(Qt::WA_DeleteOnClose);
+    box_->setWindowTitle(QString::fromStdString(message.title));
+    box_->setIcon(message.icon == Icon::exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
+    box_->setTextFormat(Qt::PlainText);
+    box_->setText(QString::fromStdString(message.text).replace('\r', '\n'));
+    box_->setDefaultButton(box_->addButton("OK", QMessageBox::AcceptRole));
+    box_->setEscapeButton(box_->defaultButton());
+    // However it goes, also with the window that it belongs to: the next one is due.
+    connect(
+        box_, &QObject::destroyed, this, [this] { open_next(); }, Qt::QueuedConnection);
+    box_->open();
+}
+
+} // namespace telvox::desktop

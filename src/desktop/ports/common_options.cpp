@@ -1,0 +1,123 @@
+#include "desktop/ports/common_options.hpp"
+
+#include "core/port_choice.hpp"
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
+namespace telvox {
+
+namespace {
+
+/// What a user typed can hold anything; on the terminal it stays one harmless line.
+std::string one_line(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
+        '?');
+    return line;
+}
+
+std::filesystem::path path_of(const std::string &utf8) {
+    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+void take_port(const std::string &value, CommonOptions &options) {
+    const auto equals = value.find('=');
+    const auto number = parse_port_number(std::string_view(value).substr(0, equals));
+    if (equals == std::string::npos || !number || equals + 1 == value.size())
+        throw UsageError("--port erwartet N=GERÄT mit N von 1 bis 15, nicht \"" + value + "\"");
+    const std::string device = value.substr(equals + 1);
+    for (const auto &[taken, other] : options.ports)
+        if (taken == *number || other == device)
+            throw UsageError("--port " + value + ": Nummer oder Gerät ist schon vergeben");
+    options.ports[*number] = device;
+}
+
+} // namespace
+
+UsageError::UsageError(std::string_view why) : std::runtime_error(one_line(why)) {}
+
+bool Arguments::next() {
+    if (at_ == all_.size())
+        return false;
+    name_ = all_[at_++];
+    attached_.reset();
+    const auto equals = name_.find('=');
+    if (name_.starts_with("--") && equals != std::string::npos) {
+        attached_ = name_.substr(equals + 1);
+        name_.resize(equals);
+    }
+    return true;
+}
+
+std::string Arguments::value() {
+    if (attached_)
+        return *attached_;
+    if (at_ == all_.size() || all_[at_].starts_with("--"))
+        throw UsageError(name_ + ": Wert fehlt");
+    return all_[at_++];
+}
+
+void Arguments::no_value() const {
+    if (attached_)
+        throw UsageError(name_ + " nimmt keinen Wert");
+}
+
+void Arguments::once() {
+    if (!seen_.insert(name_).second)
+        throw UsageError(name_ + " ist doppelt angegeben");
+}
+
+void Arguments::refuse() const { throw UsageError("Unbekannte Angabe \"" + name_ + "\""); }
+
+bool take_common_option(Arguments &arguments, CommonOptions &options) {
+    const std::string &name = arguments.name();
+    if (name == "--port") {
+        take_port(arguments.value(), options);
+    } else if (name == "--datenordner") {
+        arguments.once();
+        options.data_folder = arguments.value();
+        std::error_code error;
+        if (!std::filesystem::is_directory(path_of(options.data_folder), error))
+            throw UsageError("--datenordner: \"" + options.data_folder + "\" ist kein Ordner");
+    } else if (name == "--simulator") {
+        arguments.once();
+        arguments.no_value();
+        options.simulator = true;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+std::optional<int> parse_port_number(std::string_view text) {
+    if (text.starts_with("COM "))
+        text.remove_prefix(4);
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size() || number < 1 || number > last_port)
+        return std::nullopt;
+    return number;
+}
+
+DataFolders data_folders(const CommonOptions &options) {
+    if (!options.data_folder.empty())
+        return {.settings = path_of(options.data_folder), .lists = path_of(options.data_folder)};
+    const QString user = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return choose_data_folders(path_of(QCoreApplication::applicationDirPath().toStdString()),
+                               path_of(user.toStdString()) / "telvox");
+}
+
+const char *const common_options_help =
+    "  --port N=GERÄT         nennt ein Gerät \"COM N\" (N von 1 bis 15), z. B.\n"
+    "                         --port 3=/dev/serial/by-id/...; mehrfach möglich. Ohne diese\n"
+    "                         Angabe vergibt das System die Nummern.\n"
+    "  --datenordner ORDNER   Ordner von Com.ini und der Listendateien\n"
+    "  --simulator            simulierte Geräte: COM 1 Analog, COM 2 ISDN, COM 3 GSM,\n"
+    "                         COM 6 lokales Modem. Ein mit --port genanntes Gerät geht vor.\n";
+
+} // namespace telvox

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "core/settings_file.hpp"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace telvox {
+
+/// A call that the program does not understand; `what()` is one line (German) that says why.
+struct UsageError : std::runtime_error {
+    explicit UsageError(std::string_view why);
+};
+
+/// What every program's call may say.
+struct CommonOptions {
+    std::map<int, std::string> ports; ///< devices named by "--port", by COM number
+    std::string data_folder;          ///< "--datenordner"; empty: the usual folders
+    bool simulator = false;
+};
+
+/// Reads a call's arguments one after the other. An option's value is the next argument, or stands behind
+/// "=" in the same one; a value that begins with "--" has to, so a forgotten value is noticed.
+class Arguments {
+  public:
+    explicit Arguments(std::vector<std::string> all) : all_(std::move(all)) {}
+
+    /// Goes to the next argument; false at the end.
+    bool next();
+    [[nodiscard]] const std::string &name() const { return name_; }
+    /// The option's value.
+    std::string value();
+    /// Refuses a value given to an option that takes none.
+    void no_value() const;
+    /// Refuses the option's second appearance.
+    void once();
+    [[noreturn]] void refuse() const; ///< nobody knows this argument
+
+  private:
+    std::vector<std::string> all_;
+    std::size_t at_ = 0;
+    std::string name_;
+    std::optional<std::string> attached_;
+    std::set<std::string> seen_;
+};
+
+/// Takes the current argument if it is one of the common options. Returns whether it was.
+bool take_common_option(Arguments &arguments, CommonOptions &options);
+
+/// A COM number written as "3" or "COM 3"; nothing for other texts and other numbers.
+[[nodiscard]] std::optional<int> parse_port_number(std::string_view text);
+
+/// The folders that a call asks for: its data folder for everything, or else the usual ones.
+[[nodiscard]] DataFolders data_folders(const CommonOptions &options);
+
+/// Lines of a help text about the common options.
+extern const char *const common_options_help;
+
+} // namespace telvox

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/serial_format.hpp"
+#include "core/timer.hpp"
+#include "desktop/ports/port_map.hpp"
+#include "link/serial_port.hpp"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace telvox {
+
+/// An open serial line, DTR on. Destroying it closes it, without waiting and without what was not drained.
+class Line {
+  public:
+    virtual ~Line() = default;
+    virtual void format(const SerialFormat &format) = 0;
+    virtual void dtr(bool on) = 0;
+    virtual void write(std::string_view bytes) = 0;
+    virtual std::string read() = 0;
+    virtual void drain(milliseconds limit) = 0;
+    virtual void watch_carrier(bool on) = 0;
+};
+
+/// How a line tells what happened on it, at any time, also from inside a call, and more than once.
+using Report = std::function<void(CommEvent)>;
+
+/// The open line, or why it could not be opened (German).
+struct Opened {
+    std::unique_ptr<Line> line;
+    std::string cause;
+};
+
+[[nodiscard]] Opened open_system_line(const std::string &device, const SerialFormat &format, Report report);
+[[nodiscard]] Opened open_simulated_line(SimulatedPort &port, const SerialFormat &format, Report report);
+
+inline constexpr const char *port_busy = "Die Schnittstelle wird von einem anderen Programm benutzt.";
+inline constexpr const char *port_absent = "Die Schnittstelle ist nicht vorhanden.";
+
+} // namespace telvox

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QSerialPort>
+#include <string>
+#include <vector>
+
+/// What the operating systems do differently about serial devices and calls.
+namespace telvox::os {
+
+/// The call's arguments behind the program's name, UTF-8.
+[[nodiscard]] std::vector<std::string> arguments(int argc, char **argv);
+
+/// Whether a device is there.
+[[nodiscard]] bool exists(const std::string &device);
+
+/// Whether the system itself numbers its ports ("COM7"), and the number of such a name; 0 for other names.
+extern const bool ports_have_numbers;
+[[nodiscard]] int port_number(const std::string &device);
+
+/// Why a device cannot be opened as a serial port by this user (German); empty if nothing speaks against it.
+[[nodiscard]] std::string refusal(const std::string &device);
+
+/// Keeps every other program off the open port, also one with all rights. False if another one has it.
+[[nodiscard]] bool claim(const QSerialPort &port);
+
+/// Whether the far end of an open port is gone. Reading does not tell it for every kind of port.
+[[nodiscard]] bool hung_up(const QSerialPort &port);
+
+/// Whether bytes that were handed to the system are still waiting to leave the open port.
+[[nodiscard]] bool output_pending(const QSerialPort &port);
+
+} // namespace telvox::os

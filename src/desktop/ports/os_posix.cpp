@@ -1,0 +1,74 @@
+#include "desktop/ports/os.hpp"
+
+#include "desktop/ports/line.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+#if __has_include(<linux/serial.h>)
+#include <linux/serial.h>
+#endif
+
+namespace telvox::os {
+
+namespace {
+
+std::string no_permission(const struct stat &status) {
+    const group *owner = ::getgrgid(status.st_gid);
+    const bool group_may = (status.st_mode & (S_IRGRP | S_IWGRP)) == (S_IRGRP | S_IWGRP);
+    if (!owner || !group_may)
+        return "Keine Berechtigung für die Schnittstelle.";
+    return std::string("Keine Berechtigung: Die Schnittstelle gehört der Gruppe \"") + owner->gr_name +
+           "\". Nehmen Sie den Benutzer in diese Gruppe auf und melden Sie sich neu an.";
+}
+
+} // namespace
+
+std::vector<std::string> arguments(int argc, char **argv) { return {argv + 1, argv + argc}; }
+
+bool exists(const std::string &device) { return ::access(device.c_str(), F_OK) == 0; }
+
+const bool ports_have_numbers = false;
+int port_number(const std::string &) { return 0; }
+
+std::string refusal(const std::string &device) {
+    struct stat status {};
+    if (::stat(device.c_str(), &status) != 0)
+        return errno == EACCES ? "Keine Berechtigung für die Schnittstelle." : port_absent;
+    if (!S_ISCHR(status.st_mode))
+        return "Das Gerät ist keine serielle Schnittstelle.";
+    if (::faccessat(AT_FDCWD, device.c_str(), R_OK | W_OK, AT_EACCESS) != 0)
+        return no_permission(status);
+    return {};
+}
+
+bool claim(const QSerialPort &port) {
+    // The exclusive mode that the port sets itself does not hold against the superuser, this lock does.
+    return ::flock(port.handle(), LOCK_EX | LOCK_NB) == 0;
+}
+
+bool hung_up(const QSerialPort &port) {
+    pollfd state{.fd = port.handle(), .events = 0, .revents = 0};
+    return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+}
+
+bool output_pending(const QSerialPort &port) {
+    int waiting = 0;
+    if (::ioctl(port.handle(), TIOCOUTQ, &waiting) == 0 && waiting > 0)
+        return true;
+#ifdef TIOCSERGETLSR
+    // An empty queue leaves up to a FIFO of bytes on their way where the hardware has one.
+    int transmitter = 0;
+    if (::ioctl(port.handle(), TIOCSERGETLSR, &transmitter) == 0)
+        return (transmitter & TIOCSER_TEMT) == 0;
+#endif
+    return false;
+}
+
+} // namespace telvox::os

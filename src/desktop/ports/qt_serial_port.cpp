@@ -1,0 +1,77 @@
+#include "desktop/ports/qt_serial_port.hpp"
+
+#include <utility>
+
+namespace telvox {
+
+void QtSerialPort::Settings(const SerialFormat &format) {
+    format_ = format;
+    if (line_)
+        line_->format(format);
+}
+
+std::string QtSerialPort::PortOpen(bool open) {
+    if (!open || line_) {
+        if (!open)
+            close();
+        return {};
+    }
+    Port *port = ports_.find(number_);
+    if (!port)
+        return port_absent;
+    const auto reporter = [this](CommEvent event) { report(event); };
+    auto [line, cause] = port->simulated ? open_simulated_line(*port->simulated, format_, reporter)
+                                         : open_system_line(port->device, format_, reporter);
+    line_ = std::move(line);
+    return cause;
+}
+
+void QtSerialPort::DTREnable(bool on) {
+    if (line_)
+        line_->dtr(on);
+}
+
+void QtSerialPort::Output(std::string_view bytes) {
+    if (line_)
+        line_->write(bytes);
+}
+
+std::string QtSerialPort::Input() { return line_ ? line_->read() : std::string(); }
+
+void QtSerialPort::drain(milliseconds limit) {
+    if (line_)
+        line_->drain(limit);
+}
+
+void QtSerialPort::watch_carrier(bool on) {
+    if (line_)
+        line_->watch_carrier(on);
+}
+
+void QtSerialPort::report(CommEvent event) {
+    if (!waiting_.any())
+        QMetaObject::invokeMethod(
+            this, [this] { deliver(); }, Qt::QueuedConnection);
+    (event == CommEvent::data      ? waiting_.data
+     : event == CommEvent::carrier ? waiting_.carrier
+                                   : waiting_.lost) = true;
+}
+
+void QtSerialPort::deliver() {
+    // A handler may close the port, and then the rest is about a line that is gone.
+    if (std::exchange(waiting_.data, false))
+        comm_event(CommEvent::data);
+    if (std::exchange(waiting_.carrier, false))
+        comm_event(CommEvent::carrier);
+    if (waiting_.lost) {
+        close();
+        comm_event(CommEvent::lost);
+    }
+}
+
+void QtSerialPort::close() {
+    line_.reset();
+    waiting_ = {};
+}
+
+} // namespace telvox

@@ -1,0 +1,140 @@
+#include "desktop/ports/line.hpp"
+#include "desktop/ports/os.hpp"
+
+#include <QDeadlineTimer>
+#include <QFileInfo>
+#include <QSerialPort>
+#include <QThread>
+#include <QTimer>
+
+namespace telvox {
+
+namespace {
+
+constexpr std::chrono::milliseconds carrier_poll{200};
+constexpr std::chrono::milliseconds hang_up_poll{500};
+constexpr unsigned long drain_poll_ms = 2;
+
+QSerialPort::Parity parity_of(char letter) {
+    return letter == 'e'   ? QSerialPort::EvenParity
+           : letter == 'o' ? QSerialPort::OddParity
+                           : QSerialPort::NoParity;
+}
+
+void apply(QSerialPort &port, const SerialFormat &format) {
+    port.setBaudRate(format.baud);
+    port.setParity(parity_of(format.parity));
+    port.setDataBits(static_cast<QSerialPort::DataBits>(format.data_bits));
+    port.setStopBits(static_cast<QSerialPort::StopBits>(format.stop_bits));
+}
+
+/// A line over a port of the system.
+class SystemLine final : public QObject, public Line {
+  public:
+    explicit SystemLine(Report report) : report_(std::move(report)) {}
+
+    ~SystemLine() override {
+        port_.disconnect(this);
+        if (!port_.isOpen())
+            return;
+        // What is still waiting would hold the closing up for as long as the system thinks fit.
+        port_.clear();
+        port_.close();
+    }
+
+    /// Returns why it could not be opened, empty when it was.
+    std::string open(const std::string &device, const SerialFormat &format) {
+        if (const std::string refusal = os::refusal(device); !refusal.empty())
+            return refusal;
+        // One device, one lock: behind all links, as other programs that lock ports see it.
+        const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
+        port_.setPortName(real.isEmpty() ? QString::fromStdString(device) : real);
+        apply(port_, format); // before opening, or the first bytes run in another format
+        if (!port_.open(QIODevice::ReadWrite))
+            return cause_of_failure();
+        if (!os::claim(port_))
+            return port_busy;
+        port_.setDataTerminalReady(true);
+        port_.setRequestToSend(true);
+        port_.clearError(); // a port without these pins is one all the same
+        watch();
+        return {};
+    }
+
+    void format(const SerialFormat &format) override { apply(port_, format); }
+    void dtr(bool on) override { port_.setDataTerminalReady(on); }
+    void write(std::string_view bytes) override {
+        port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    }
+    std::string read() override { return port_.readAll().toStdString(); }
+
+    void drain(milliseconds limit) override {
+        const QDeadlineTimer deadline(limit);
+        const auto left = [&] { return static_cast<int>(deadline.remainingTime()); };
+        while (port_.bytesToWrite() > 0 && left() > 0)
+            if (!port_.waitForBytesWritten(left()))
+                return;
+        while (left() > 0 && os::output_pending(port_))
+            QThread::msleep(drain_poll_ms);
+    }
+
+    void watch_carrier(bool on) override {
+        if (on == carrier_watch_.isActive())
+            return;
+        carrier_ = carrier();
+        on ? carrier_watch_.start(carrier_poll) : carrier_watch_.stop();
+    }
+
+  private:
+    void watch() {
+        connect(&port_, &QSerialPort::readyRead, this, [this] { report_(CommEvent::data); });
+        connect(&port_, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
+            if (error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
+                error == QSerialPort::WriteError || error == QSerialPort::DeviceNotFoundError)
+                report_(CommEvent::lost);
+        });
+        connect(&carrier_watch_, &QTimer::timeout, this, [this] {
+            if (const bool now = carrier(); now != carrier_) {
+                carrier_ = now;
+                report_(CommEvent::carrier);
+            }
+        });
+        connect(&hang_up_watch_, &QTimer::timeout, this, [this] {
+            if (os::hung_up(port_))
+                report_(CommEvent::lost);
+        });
+        hang_up_watch_.setTimerType(Qt::CoarseTimer);
+        hang_up_watch_.start(hang_up_poll);
+    }
+
+    [[nodiscard]] bool carrier() { return port_.pinoutSignals() & QSerialPort::DataCarrierDetectSignal; }
+
+    [[nodiscard]] std::string cause_of_failure() const {
+        switch (port_.error()) {
+        case QSerialPort::DeviceNotFoundError:
+            return port_absent;
+        case QSerialPort::PermissionError: // the user's rights are checked before, so it is a lock
+        case QSerialPort::OpenError:
+            return port_busy;
+        default:
+            return "Das Gerät lässt sich nicht als serielle Schnittstelle einrichten.";
+        }
+    }
+
+    Report report_;
+    QSerialPort port_;
+    QTimer carrier_watch_;
+    QTimer hang_up_watch_;
+    bool carrier_ = false;
+};
+
+} // namespace
+
+Opened open_system_line(const std::string &device, const SerialFormat &format, Report report) {
+    auto line = std::make_unique<SystemLine>(std::move(report));
+    if (const std::string cause = line->open(device, format); !cause.empty())
+        return {nullptr, cause};
+    return {std::move(line), {}};
+}
+
+} // namespace telvox

@@ -1,0 +1,102 @@
+#include "desktop/window_set.hpp"
+
+#include "ui_frm_anschlussart.h"
+#include "ui_frm_gsm_status.h"
+#include "ui_frm_modem.h"
+#include "ui_frm_msn.h"
+#include "ui_frm_pin.h"
+
+#include <QDialog>
+#include <QMainWindow>
+#include <string_view>
+
+namespace telvox::desktop {
+
+namespace {
+
+/// Makes a window as its design says.
+template <class Design, class Window> QWidget *make(QWidget *parent) {
+    auto *window = new Window(parent);
+    Design().setupUi(window);
+    return window;
+}
+
+struct Maker {
+    std::string_view form;
+    QWidget *(*make)(QWidget *parent);
+};
+constexpr Maker makers[] = {
+    {"frmModem", make<Ui::frmModem, QMainWindow>},
+    {"frmPin", make<Ui::frmPin, QDialog>},
+    {"frmMSN", make<Ui::frmMSN, QDialog>},
+    {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
+    {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
+};
+
+} // namespace
+
+WindowSet::WindowSet(Telvox &program, EntryToolTip entry_tool_tip)
+    : program_(program), entry_tool_tip_(std::move(entry_tool_tip)) {
+    program_.redraw = [this] { draw(); };
+}
+
+WindowSet::~WindowSet() {
+    program_.redraw = [] {};
+    const auto main = made_.find(&program_.desk.frmModem);
+    QWidget *window = main == made_.end() ? nullptr : main->second.window;
+    made_.clear();
+    delete window;
+}
+
+void WindowSet::draw() {
+    for (Form *form : program_.desk.forms)
+        show_or_hide(*form);
+}
+
+QWidget *WindowSet::front() const {
+    QWidget *front = nullptr;
+    for (Form *form : program_.desk.forms)
+        if (const auto found = made_.find(form); found != made_.end() && found->second.window->isVisible())
+            front = found->second.window;
+    return front;
+}
+
+WindowSet::Made &WindowSet::made(Form &form) {
+    if (const auto found = made_.find(&form); found != made_.end())
+        return found->second;
+    Form &main = program_.desk.frmModem;
+    QWidget *parent = &form == &main ? nullptr : made(main).window;
+    Made made;
+    for (const Maker &maker : makers)
+        if (maker.form == form.name)
+            made.window = maker.make(parent);
+    made.binder = new Binder(form, *made.window, program_, entry_tool_tip_);
+    made.binder->setParent(made.window);
+    made.binder->draw();
+    return made_[&form] = made;
+}
+
+void WindowSet::show_or_hide(Form &form) {
+    const auto found = made_.find(&form);
+    const bool visible = found != made_.end() && found->second.window->isVisible();
+    if (!form.open) {
+        if (!visible)
+            return;
+        found->second.window->hide();
+        if (&form == &program_.desk.frmModem)
+            ended();
+        return;
+    }
+    QWidget &window = this->window(form);
+    binder(form).draw();
+    if (visible)
+        return;
+    auto *dialog = qobject_cast<QDialog *>(&window);
+    if (!dialog)
+        return window.show();
+    if (QWidget *focus = dialog->focusWidget())
+        focus->clearFocus(); // each time it opens it begins at its first field
+    dialog->open();
+}
+
+} // namespace telvox::desktop

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "desktop/binder.hpp"
+
+#include <functional>
+#include <map>
+
+namespace telvox::desktop {
+
+/// The program's windows: each is made when its form opens for the first time, shown while it is open, and
+/// drawn again after every event.
+class WindowSet final : public QObject {
+  public:
+    WindowSet(Telvox &program, EntryToolTip entry_tool_tip);
+    ~WindowSet() override;
+
+    /// Called once, when the main window's form has closed.
+    std::function<void()> ended = [] {};
+
+    void draw();
+    [[nodiscard]] QWidget &window(Form &form) { return *made(form).window; }
+    [[nodiscard]] Binder &binder(Form &form) { return *made(form).binder; }
+    /// The window that the user works in: a dialog if one is open.
+    [[nodiscard]] QWidget *front() const;
+
+  private:
+    /// Both belong to the main window.
+    struct Made {
+        QWidget *window = nullptr;
+        Binder *binder = nullptr;
+    };
+    Made &made(Form &form);
+    void show_or_hide(Form &form);
+
+    Telvox &program_;
+    EntryToolTip entry_tool_tip_;
+    std::map<Form *, Made> made_;
+};
+
+} // namespace telvox::desktop
