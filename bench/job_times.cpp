@@ -1,0 +1,224 @@
+// Time of every job on a real clock over the sum of the waits that its tables prescribe. The far end answers at
+// once, so whatever is above 1 is the program's own. The sum is the same job on a turned clock. All jobs run at
+// the same time, each with a timer of its own. Exit 1 if a ratio is above the limit.
+
+#include "rig/rig.hpp"
+
+#include "desktop/ports/qt_timer.hpp"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <cstdio>
+#include <memory>
+
+namespace telvox {
+namespace {
+
+constexpr double limit = 1.02;
+
+/// What the far end answers to bytes of the host; `carrier` if the call is taken.
+struct Answer {
+    std::string_view to;
+    std::string_view bytes;
+    bool carrier = false;
+};
+constexpr Answer answers[] = {
+    {"ATX3D", "", true},
+    {"ATD", "password:"},
+    {"****", "ONLINE"},
+    {"***", "REMOTE CONFIGURATION MODE"},
+    {"\r", "> OK #"},
+    {"AT**TIME?", "TIME: 1"},
+    {"AT**PIN?", "active"},
+    {"AT+CPIN?", "+CPIN: READY"},
+    {"AT+CREG?", "+CREG: 0,1"},
+    {"AT+CSQ", "+CSQ: 17,0"},
+    {"AT**IMEI?", "IMEI: 350123451234560"},
+    {"AT*V", "NEW ALARM TEXT: "},
+    {"ATI", "64"},
+    {"altxt=", "#"},
+    {"aldest=", "#"},
+    {"catab", "#"},
+    {"save", "#"},
+    {"Alarm", "#"},
+    {"quit", "#"},
+};
+
+const Answer *answer_to(std::string_view bytes) {
+    for (const Answer &answer : answers)
+        if (bytes.starts_with(answer.to))
+            return &answer;
+    return nullptr;
+}
+
+struct JobCase {
+    const char *name;
+    OptionButton FrmModem::*type;
+    bool remote;
+    void (*press)(Telvox &);
+};
+
+template <auto Button> void press_main(Telvox &p) { p.click(p.desk.frmModem.*Button); }
+template <auto Dialog, auto Button> void press_dialog(Telvox &p) { p.click((p.desk.*Dialog).*Button); }
+
+constexpr auto parametrieren = press_main<&FrmModem::cbuParametrieren>;
+constexpr auto test_alarm = press_main<&FrmModem::cbuTest>;
+constexpr auto alarm_off = press_main<&FrmModem::cbuAlarm_aus>;
+
+const JobCase cases[] = {
+    {"Analog, cable: configure", &FrmModem::optAnalog, false, parametrieren},
+    {"Analog, cable: test alarm", &FrmModem::optAnalog, false, test_alarm},
+    {"Analog, cable: alarm off", &FrmModem::optAnalog, false, alarm_off},
+    {"Analog, remote: configure", &FrmModem::optAnalog, true, parametrieren},
+    {"Analog, remote: test alarm", &FrmModem::optAnalog, true, test_alarm},
+    {"Analog, remote: alarm off", &FrmModem::optAnalog, true, alarm_off},
+    {"ISDN, cable: configure", &FrmModem::optISDN, false, parametrieren},
+    {"ISDN, cable: test alarm", &FrmModem::optISDN, false, test_alarm},
+    {"ISDN, cable: alarm off", &FrmModem::optISDN, false, alarm_off},
+    {"ISDN, cable: MSN", &FrmModem::optISDN, false, press_dialog<&Desk::frmMSN, &FrmMSN::cbuMSN_einstellen>},
+    {"ISDN, cable: line type", &FrmModem::optISDN, false,
+     press_dialog<&Desk::frmAnschlussart, &FrmAnschlussart::cmdAnschlussart_einstellen>},
+    {"ISDN, remote: configure", &FrmModem::optISDN, true, parametrieren},
+    {"ISDN, remote: test alarm", &FrmModem::optISDN, true, test_alarm},
+    {"ISDN, remote: alarm off", &FrmModem::optISDN, true, alarm_off},
+    {"GSM, cable: configure", &FrmModem::optGSM, false, parametrieren},
+    {"GSM, cable: test alarm", &FrmModem::optGSM, false, test_alarm},
+    {"GSM, cable: alarm off", &FrmModem::optGSM, false, alarm_off},
+    {"GSM, cable: PIN", &FrmModem::optGSM, false, press_dialog<&Desk::frmPin, &FrmPin::cbuPin_Eingabe>},
+    {"GSM, cable: PIN status", &FrmModem::optGSM, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuPIN_Status>},
+    {"GSM, cable: registration", &FrmModem::optGSM, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuReg_zustand>},
+    {"GSM, cable: signal", &FrmModem::optGSM, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuSignalstaerke>},
+    {"GSM, cable: IMEI", &FrmModem::optGSM, false, press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>},
+    {"GSM, remote: configure", &FrmModem::optGSM, true, parametrieren},
+    {"GSM, remote: test alarm", &FrmModem::optGSM, true, test_alarm},
+    {"GSM, remote: alarm off", &FrmModem::optGSM, true, alarm_off},
+};
+
+/// Chooses and fills in what a job needs, and starts it.
+void launch(Telvox &p, const JobCase &job) {
+    FrmModem &f = p.desk.frmModem;
+    if (job.remote)
+        p.choose(f.optFernverbindung);
+    p.choose(f.*job.type);
+    if (job.remote && !f.optFernverbindung.value)
+        p.choose(f.optFernverbindung);
+    p.refresh_ports();
+    p.select(f.cobSchnittstelle, "COM 3");
+    p.select(f.cobModem_Port, "COM 3");
+    p.enter(f.tboRufnummer_Modem, "1");
+    p.enter(f.tboRufnummer_Empfaenger, "1");
+    p.enter(f.tboService_Center, "1");
+    p.enter(f.tboAlarmmeldung, "x");
+    job.press(p);
+}
+
+/// The sum of the job's waits.
+milliseconds on_turned_clock(const JobCase &job) {
+    test::Rig rig;
+    const Answer *answer = nullptr;
+    rig.on_output = [&](std::string_view bytes) { answer = answer_to(bytes); };
+    launch(rig.program, job);
+    while (rig.program.busy()) {
+        rig.turn_to(rig.timer.due);
+        if (const Answer *due = std::exchange(answer, nullptr); due && rig.port.is_open) {
+            if (due->carrier)
+                rig.program.comSeriell_OnComm(CommEvent::carrier);
+            rig.arrive(due->bytes);
+        }
+    }
+    return rig.now;
+}
+
+/// A port that answers as soon as the running handler has ended.
+class AnsweringPort final : public QObject, public SerialPort {
+  public:
+    std::function<void(CommEvent)> event;
+
+    void CommPort(int value) override { number_ = value; }
+    [[nodiscard]] int CommPort() const override { return number_; }
+    void Settings(const SerialFormat &) override {}
+    std::string PortOpen(bool open) override { return open_ = open && number_ == 3, open && !open_ ? "-" : ""; }
+    [[nodiscard]] bool PortOpen() const override { return open_; }
+    void DTREnable(bool) override {}
+    void Output(std::string_view bytes) override {
+        const Answer *answer = answer_to(bytes);
+        if (!answer)
+            return;
+        QTimer::singleShot(0, this, [this, answer] {
+            if (!open_)
+                return;
+            pending_ += answer->bytes;
+            event(answer->carrier ? CommEvent::carrier : CommEvent::data);
+        });
+    }
+    std::string Input() override { return std::exchange(pending_, {}); }
+    void drain(milliseconds) override {}
+    void watch_carrier(bool) override {}
+
+  private:
+    int number_ = 0;
+    bool open_ = false;
+    std::string pending_;
+};
+
+struct RealJob final : MessageBoxes {
+    explicit RealJob(const JobCase &what) : job(what) {
+        timer.tick = [this] {
+            program.Timer1_Timer();
+            if (!program.busy() && took < 0)
+                took = clock.elapsed();
+        };
+        port.event = [this](CommEvent reason) { program.comSeriell_OnComm(reason); };
+    }
+    void show(const Message &) override {}
+    void start() {
+        clock.start();
+        launch(program, job);
+    }
+
+    const JobCase &job;
+    AnsweringPort port, scanner;
+    QtTimer timer;
+    Telvox program{{.comSeriell = port, .scanner = scanner, .Timer1 = timer, .boxes = *this},
+                   {"/nonexistent", "/nonexistent"}};
+    QElapsedTimer clock;
+    qint64 took = -1;
+};
+
+int measure(int argc, char **argv) {
+    QCoreApplication application(argc, argv);
+    std::vector<std::unique_ptr<RealJob>> running;
+    for (const JobCase &job : cases) {
+        running.push_back(std::make_unique<RealJob>(job));
+        running.back()->start();
+    }
+    const auto unfinished = [&] {
+        return std::any_of(running.begin(), running.end(), [](const auto &job) { return job->took < 0; });
+    };
+    QElapsedTimer clock;
+    clock.start();
+    while (unfinished() && clock.elapsed() < 120'000)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+
+    double worst = 0;
+    std::printf("%-30s %10s %10s %8s\n", "job", "waits ms", "took ms", "ratio");
+    for (const auto &job : running) {
+        const auto waits = static_cast<double>(on_turned_clock(job->job).count());
+        const double ratio = static_cast<double>(job->took) / waits;
+        const bool well = job->program.outcome() == Outcome::succeeded && job->took >= 0;
+        worst = std::max(worst, well ? ratio : 99);
+        std::printf("%-30s %10.0f %10lld %8.4f%s\n", job->job.name, waits, static_cast<long long>(job->took), ratio,
+                    well ? "" : "  FAILED");
+    }
+    std::printf("worst ratio %.4f, limit %.2f\n", worst, limit);
+    return worst <= limit ? 0 : 1;
+}
+
+} // namespace
+} // namespace telvox
+
+int main(int argc, char **argv) { return telvox::measure(argc, argv); }
