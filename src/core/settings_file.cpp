@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char *file_name = "Com.ini";
 /// The file has eleven short lines; whatever is longer was not written by this program.
-constexpr std::streamsize largest_file = 64 * 1024;
+constexpr std::streamsize largest_file = 65536;
 
 std::string section(const char *heading, const SerialTexts &texts) {
     return std::string(heading) + "\r\nBaudrate, " + texts.baud + "\r\nBitzahl, " + texts.bits +
