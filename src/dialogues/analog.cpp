@@ -39,12 +39,8 @@ constexpr Step dial[] = {
 };
 
 constexpr Step configure[] = {
-    {.number = 1,
-     .status = "Übertragung des Alarmtextes",
-     .send = "AT*V",
-     .wait = 11s,
-     .awaits = &JobState::boolKommunikations_Fehler31},
-    {.number = 2, .send = alarm_text, .next = 3},
+    ask_for_text_prompt(11s),
+    give_text,
     {.number = 3,
      .status = "Protokoll wird eingestellt",
      .send =
@@ -64,12 +60,8 @@ constexpr Step configure[] = {
      .status = "Rufnummer des Empfängers wird konfiguriert",
      .send = [](const Desk &d) { return "AT&Z2=" + receiver(d); },
      .next = 6},
-    {.number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7},
-    {.number = 7,
-     .status = "Verbindungsüberprüfung läuft...",
-     .send = "ATI0",
-     .wait = 4s,
-     .awaits = &JobState::boolKommunikations_Fehler32},
+    save_configuration,
+    check_configuration("ATI0"),
     {.number = 8, .when = remote, .status = leaving_remote, .send = "ATZ", .leaves = true, .next = 9},
     {.number = 8, .end = End::drop, .message = configured_try_test},
     {.number = 9, .end = End::hang_up, .message = configured_try_test},
@@ -77,7 +69,7 @@ constexpr Step configure[] = {
 
 /// The test leaves the remote configuration with "AT*E", which lets the device dial its alarm at once.
 constexpr Step alarm_test[] = {
-    {.number = 1, .send = "ATI0", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
+    device_check("ATI0", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT%A", .wait = 1s, .next = 3},
     {.number = 3, .when = remote, .status = leaving_remote, .send = "AT*E", .leaves = true, .next = 4},
     {.number = 3, .end = End::drop, .message = test_sent_sms_or_fax},
@@ -86,7 +78,7 @@ constexpr Step alarm_test[] = {
 
 /// An empty service number leaves the device nobody to call; it is not saved with "AT&W".
 constexpr Step alarm_off[] = {
-    {.number = 1, .send = "ATI0", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
+    device_check("ATI0", &JobState::boolKommunikations_Fehler33),
     {.number = 2, .status = sending_alarm_off, .send = "AT&Z0=", .wait = 1s, .next = 3},
     {.number = 3, .when = remote, .status = leaving_remote, .send = "ATZ", .leaves = true, .next = 4},
     {.number = 3, .end = End::drop, .message = alarm_is_off},

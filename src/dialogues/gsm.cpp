@@ -55,7 +55,7 @@ constexpr Step configure[] = {
 };
 
 constexpr Step alarm_test[] = {
-    {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
+    device_check("AT**TIME?", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT**SMS=1", .next = 3},
     {.number = 3, .send = "AT**SMS=2", .next = 4},
     {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 5},
@@ -65,7 +65,7 @@ constexpr Step alarm_test[] = {
 
 /// An empty service centre leaves the device nobody to send its alarm through.
 constexpr Step alarm_off[] = {
-    {.number = 1, .send = "AT**TIME?", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
+    device_check("AT**TIME?", &JobState::boolKommunikations_Fehler33),
     {.number = 2, .status = sending_alarm_off, .send = "AT**SCN=", .next = 3},
     {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 4},
     {.number = 3, .end = End::drop, .message = alarm_is_off},

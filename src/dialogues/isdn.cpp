@@ -40,12 +40,8 @@ constexpr Step dial[] = {
 };
 
 constexpr Step configure[] = {
-    {.number = 1,
-     .status = "Übertragung des Alarmtextes",
-     .send = "AT*V",
-     .wait = 15s,
-     .awaits = &JobState::boolKommunikations_Fehler31},
-    {.number = 2, .send = alarm_text, .next = 3},
+    ask_for_text_prompt(15s),
+    give_text,
     {.number = 3,
      .status = "Protokoll wird eingestellt",
      .send =
@@ -62,33 +58,29 @@ constexpr Step configure[] = {
      .status = "Rufnummer des Empfängers wird konfiguriert",
      .send = [](const Desk &d) { return "AT&Z3=" + receiver(d); },
      .next = 6},
-    {.number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7},
-    {.number = 7,
-     .status = "Verbindungsüberprüfung läuft...",
-     .send = "ATI1",
-     .wait = 4s,
-     .awaits = &JobState::boolKommunikations_Fehler32},
+    save_configuration,
+    check_configuration("ATI1"),
     {.number = 8, .end = End::drop, .message = configured_try_test},
 };
 
 constexpr Step alarm_test[] = {
-    {.number = 1, .send = "ATI1", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler34},
+    device_check("ATI1", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT*X", .wait = 1s, .next = 3},
     {.number = 3, .end = End::drop, .message = test_sent},
 };
 
 constexpr Step alarm_off[] = {
-    {.number = 1, .send = "ATI1", .wait = 4s, .awaits = &JobState::boolKommunikations_Fehler33},
+    device_check("ATI1", &JobState::boolKommunikations_Fehler33),
     {.number = 2, .status = sending_alarm_off, .send = "AT&Z1=", .wait = 1s, .next = 3},
     {.number = 3, .end = End::drop, .message = alarm_is_off},
 };
 
+constexpr Step connect(FlagOf flag) {
+    return {.number = 1, .status = "Verbindung wird hergestellt", .send = "ATI1", .wait = 4s, .awaits = flag};
+}
+
 constexpr Step set_line_type[] = {
-    {.number = 1,
-     .status = "Verbindung wird hergestellt",
-     .send = "ATI1",
-     .wait = 4s,
-     .awaits = &JobState::boolKommunikations_Fehler52},
+    connect(&JobState::boolKommunikations_Fehler52),
     {.number = 2,
      .send = [](const Desk &d) { return "AT**PTP=" + std::to_string(d.session.byteISDN_Anschlussart); },
      .end = End::drop,
@@ -96,11 +88,7 @@ constexpr Step set_line_type[] = {
 };
 
 constexpr Step set_msn[] = {
-    {.number = 1,
-     .status = "Verbindung wird hergestellt",
-     .send = "ATI1",
-     .wait = 4s,
-     .awaits = &JobState::boolKommunikations_Fehler51},
+    connect(&JobState::boolKommunikations_Fehler51),
     {.number = 2,
      .status = "MSN wird eingestellt",
      .send = [](const Desk &d) { return "AT#Z=" + d.session.strMSN; },

@@ -49,6 +49,31 @@ inline constexpr const char *test_sent_sms_or_fax =
     "Damit die Alarmmeldung übertragen werden kann, wird die Verbindung jetzt getrennt.\r"
     "Sie müssten in Kürze eine Alarmmeldung auf Ihrem Handy oder Fax emfangen.";
 
+/// First step of a job that only needs the device to be there.
+constexpr Step device_check(const char *command, FlagOf flag) {
+    return {.number = 1, .send = command, .wait = 4s, .awaits = flag};
+}
+
+/// Steps that the fixed-line variants' configuration over "AT" commands has in common: the text goes to the
+/// device's prompt, and everything is saved and checked at the end.
+constexpr Step ask_for_text_prompt(milliseconds wait) {
+    return {.number = 1,
+            .status = "Übertragung des Alarmtextes",
+            .send = "AT*V",
+            .wait = wait,
+            .awaits = &JobState::boolKommunikations_Fehler31};
+}
+inline constexpr Step give_text = {.number = 2, .send = alarm_text, .next = 3};
+inline constexpr Step save_configuration = {
+    .number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7};
+constexpr Step check_configuration(const char *command) {
+    return {.number = 7,
+            .status = "Verbindungsüberprüfung läuft...",
+            .send = command,
+            .wait = 4s,
+            .awaits = &JobState::boolKommunikations_Fehler32};
+}
+
 /// The carrier of the dialled call came up.
 inline constexpr Reply carrier_up = {.event = CommEvent::carrier,
                                      .awaited = &JobState::boolAnwahl_Fehler,
