@@ -120,6 +120,9 @@ void Binder::bind(CheckBox &control, QCheckBox &widget) {
 }
 
 void Binder::bind(TextBox &control, QLineEdit &widget) {
+    // Wide enough for an international number, or for what a device answers.
+    const int shown_characters = control.read_only ? 30 : 16;
+    widget.setMinimumWidth(shown_characters * widget.fontMetrics().horizontalAdvance('0'));
     widget.setReadOnly(control.read_only);
     if (!control.read_only)
         widget.setValidator(new FieldFilter(control, widget));

@@ -7,8 +7,10 @@
 #include "ui_frm_pin.h"
 
 #include <QDialog>
+#include <QLayout>
 #include <QMainWindow>
 #include <string_view>
+#include <utility>
 
 namespace telvox::desktop {
 
@@ -32,6 +34,16 @@ constexpr Maker makers[] = {
     {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
     {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
 };
+
+/// Height that a window's fields ask for at the moment.
+int content_height(QWidget &window) {
+    auto *content = window.findChild<QWidget *>("centralwidget");
+    if (!content)
+        return 0;
+    content->layout()->activate();
+    window.layout()->activate(); // or the window would not get below its old smallest size
+    return content->sizeHint().height();
+}
 
 } // namespace
 
@@ -90,13 +102,21 @@ void WindowSet::show_or_hide(Form &form) {
     QWidget &window = this->window(form);
     binder(form).draw();
     if (visible)
-        return;
+        return follow_content(made_[&form]);
+    made_[&form].content_height = content_height(window);
     auto *dialog = qobject_cast<QDialog *>(&window);
     if (!dialog)
         return window.show();
     if (QWidget *focus = dialog->focusWidget())
         focus->clearFocus(); // each time it opens it begins at its first field
     dialog->open();
+}
+
+void WindowSet::follow_content(Made &made) {
+    const int height = content_height(*made.window);
+    const int change = height - std::exchange(made.content_height, height);
+    if (change != 0 && !made.window->isMaximized() && !made.window->isFullScreen())
+        made.window->resize(made.window->width(), made.window->height() + change);
 }
 
 } // namespace telvox::desktop

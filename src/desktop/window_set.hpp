@@ -28,9 +28,12 @@ class WindowSet final : public QObject {
     struct Made {
         QWidget *window = nullptr;
         Binder *binder = nullptr;
+        int content_height = 0;
     };
     Made &made(Form &form);
     void show_or_hide(Form &form);
+    /// A window whose frames come and go shrinks and grows with them; what the user added stays.
+    static void follow_content(Made &made);
 
     Telvox &program_;
     EntryToolTip entry_tool_tip_;
