@@ -21,7 +21,9 @@ start() {
     begin=$(now_us)
     "$@" >/dev/null 2>&1 &
     pid=$!
-    until xdotool search --onlyvisible --name "$title" >/dev/null 2>&1; do :; done
+    until xdotool search --onlyvisible --name "$title" >/dev/null 2>&1; do
+        [ $(($(now_us) - begin)) -lt 10000000 ] || { echo "no window of $*" >&2; exit 1; }
+    done
     end=$(now_us)
     sleep 1
     echo "$((end - begin)) $(awk '/^VmRSS/ {print $2}' "/proc/$pid/status")"
