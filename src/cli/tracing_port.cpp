@@ -1,6 +1,7 @@
 #include "cli/tracing_port.hpp"
 
 #include "core/text.hpp"
+#include "ui/form.hpp"
 
 #include <cstdio>
 
@@ -50,10 +51,10 @@ std::string visible(std::string_view bytes) {
     std::string text;
     for (const char byte : bytes) {
         const auto code = static_cast<unsigned char>(byte);
-        // From 0x80 to 0x9F some bytes have no character and would reach the terminal as its own commands.
         const std::string character = from_line(std::string_view(&byte, 1));
         const char32_t point = code_point(character);
-        if (point >= 0x20 && (point < 0x7F || point >= 0xA0)) {
+        // Anything else could reach the terminal as a command to itself.
+        if (any_character(point)) {
             text += character;
             continue;
         }

@@ -100,9 +100,10 @@ void WindowSet::show_or_hide(Form &form) {
         return;
     }
     QWidget &window = this->window(form);
+    const int height = window.height();
     binder(form).draw();
     if (visible)
-        return follow_content(made_[&form]);
+        return follow_content(made_[&form], height);
     made_[&form].content_height = content_height(window);
     auto *dialog = qobject_cast<QDialog *>(&window);
     if (!dialog)
@@ -112,11 +113,11 @@ void WindowSet::show_or_hide(Form &form) {
     dialog->open();
 }
 
-void WindowSet::follow_content(Made &made) {
-    const int height = content_height(*made.window);
-    const int change = height - std::exchange(made.content_height, height);
+void WindowSet::follow_content(Made &made, int height) {
+    const int content = content_height(*made.window);
+    const int change = content - std::exchange(made.content_height, content);
     if (change != 0 && !made.window->isMaximized() && !made.window->isFullScreen())
-        made.window->resize(made.window->width(), made.window->height() + change);
+        made.window->resize(made.window->width(), height + change);
 }
 
 } // namespace telvox::desktop

@@ -32,8 +32,9 @@ class WindowSet final : public QObject {
     };
     Made &made(Form &form);
     void show_or_hide(Form &form);
-    /// A window whose frames come and go shrinks and grows with them; what the user added stays.
-    static void follow_content(Made &made);
+    /// A window whose frames come and go shrinks and grows with them, from the height that it had before;
+    /// what the user added stays.
+    static void follow_content(Made &made, int height);
 
     Telvox &program_;
     EntryToolTip entry_tool_tip_;

@@ -37,8 +37,9 @@ class SystemLine final : public QObject, public Line {
         port_.disconnect(this);
         if (!port_.isOpen())
             return;
-        // What is still waiting would hold the closing up for as long as the system thinks fit.
-        port_.clear();
+        // What still waits would hold the closing up for as long as the system thinks fit.
+        if (port_.bytesToWrite() > 0 || os::output_pending(port_))
+            port_.clear(QSerialPort::Output);
         port_.close();
     }
 

@@ -1,0 +1,352 @@
+// The windows through their real widgets, found by name as a user's script would: what is typed and clicked
+// reaches the form, what the form says is shown.
+
+#include "desktop/message_boxes.hpp"
+#include "desktop/window_set.hpp"
+#include "rig/rig.hpp"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QTest>
+#include <gmock/gmock.h>
+
+namespace telvox::test {
+namespace {
+
+using desktop::QtMessageBoxes;
+using desktop::WindowSet;
+using testing::Contains;
+using testing::EndsWith;
+
+/// The windows of a program with a turned clock.
+class WindowTest : public testing::Test {
+  protected:
+    WindowTest() {
+        windows.ended = [this] {
+            rig.program.Form_Unload();
+            ++ended;
+        };
+        windows.draw();
+        // The platform activates the window in its own time.
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&main_window()));
+    }
+
+    QWidget &main_window() { return windows.window(desk.frmModem); }
+
+    template <class Widget> Widget &find(const char *name) {
+        for (Form *form : desk.forms)
+            if (auto *widget = windows.window(*form).findChild<Widget *>(name))
+                return *widget;
+        throw std::runtime_error(std::string("no widget ") + name);
+    }
+    void click(const char *name) { find<QAbstractButton>(name).click(); }
+    void type(const char *name, const QString &keys) { QTest::keyClicks(&find<QLineEdit>(name), keys); }
+    std::string text(const char *name) { return find<QLineEdit>(name).text().toStdString(); }
+    void paste(const char *name, const QString &text, int cursor) {
+        auto &edit = find<QLineEdit>(name);
+        edit.deselect();
+        edit.setCursorPosition(cursor);
+        QGuiApplication::clipboard()->setText(text);
+        edit.paste();
+    }
+    void focus(const char *name, Qt::FocusReason reason) {
+        main_window().setFocus();
+        find<QWidget>(name).setFocus(reason);
+    }
+    void choose_port(const char *list, const char *entry) {
+        focus(list, Qt::TabFocusReason);
+        auto &combo = find<QComboBox>(list);
+        combo.setCurrentIndex(combo.findText(entry));
+        emit combo.textActivated(entry);
+    }
+    void fill_in_gsm() {
+        click("optGSM");
+        choose_port("cobSchnittstelle", "COM 3");
+        type("tboRufnummer_Empfaenger", "0171");
+        type("tboService_Center", "+491710760000");
+        type("tboAlarmmeldung", "Pumpe 7");
+    }
+    /// Plays a newer GSM device until the session is idle.
+    void answer_as_gsm_device() {
+        for (int ticks = 0; rig.program.busy() && ticks < 100; ++ticks) {
+            rig.turn_to(rig.timer.due);
+            const std::string &last = rig.journal.back();
+            if (last.ends_with("AT**TIME?\\r"))
+                rig.arrive("TIME: 2000/01/01,00:00:00\r\n");
+            if (last.ends_with("ATI\\r"))
+                rig.arrive("KWT Telvox-A GSM\r\n");
+        }
+    }
+
+    Rig rig;
+    Desk &desk = rig.program.desk;
+    WindowSet windows{rig.program, [](const QString &entry) { return "Gerät an " + entry; }};
+    int ended = 0;
+};
+
+TEST_F(WindowTest, EveryControlHasAWidgetAndEveryWidgetAControl) {
+    for (Form *form : desk.forms) {
+        const QStringList mismatches = windows.binder(*form).mismatches();
+        EXPECT_TRUE(mismatches.isEmpty()) << form->name << ": " << mismatches.join(", ").toStdString();
+    }
+    // The check itself notices a name that differs.
+    QWidget &window = windows.window(desk.frmPin);
+    window.findChild<QLineEdit *>("tboPin")->setObjectName("tboPIN");
+    desktop::Binder other(desk.frmPin, window, rig.program, {});
+    EXPECT_EQ(other.mismatches(), QStringList({"tboPin", "tboPIN"}));
+}
+
+TEST_F(WindowTest, TypingKeepsWhatTheFieldTakes) {
+    type("tboRufnummer_Empfaenger", "0a1+7 1");
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "0171");
+    EXPECT_EQ(desk.frmModem.tboRufnummer_Empfaenger.text, "0171");
+
+    auto &edit = find<QLineEdit>("tboRufnummer_Empfaenger");
+    edit.selectAll();
+    type("tboRufnummer_Empfaenger", "x");
+    EXPECT_EQ(edit.selectedText(), "0171") << "a refused key does nothing, not even to a selection";
+    edit.undo();
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "") << "and what was typed before can be undone";
+    EXPECT_EQ(desk.frmModem.tboRufnummer_Empfaenger.text, "");
+}
+
+TEST_F(WindowTest, PastingIsFilteredAndNeverCutsTheOldText) {
+    paste("tboService_Center", "", 0);
+    find<QLineEdit>("tboService_Center").clear();
+    click("optGSM");
+    paste("tboService_Center", "+49 (171) 076\n0000", 0);
+    EXPECT_EQ(text("tboService_Center"), "+491710760000");
+
+    type("tboAlarmmeldung", QString(68, 'a') + "z");
+    paste("tboAlarmmeldung", "1\n2\t3", 1);
+    auto &edit = find<QLineEdit>("tboAlarmmeldung");
+    EXPECT_EQ(edit.text(), "a1" + QString(67, 'a') + "z") << "one character was left, behind it nothing goes";
+    EXPECT_EQ(edit.cursorPosition(), 2);
+    EXPECT_EQ(find<QLabel>("lblZeichen_frei").text(), "noch 0");
+    type("tboAlarmmeldung", "b");
+    EXPECT_EQ(edit.text(), "a1" + QString(67, 'a') + "z");
+    EXPECT_EQ(desk.frmModem.tboAlarmmeldung.text, edit.text().toStdString());
+}
+
+TEST_F(WindowTest, ACharacterOutsideTheBasicPlaneCountsAsOne) {
+    click("optGSM");
+    const QString bell = QString::fromUcs4(U"\U0001F514", 1);
+    paste("tboAlarmmeldung", bell.repeated(80), 0);
+    EXPECT_EQ(find<QLineEdit>("tboAlarmmeldung").text(), bell.repeated(70));
+    windows.draw();
+    EXPECT_EQ(find<QLineEdit>("tboAlarmmeldung").text(), bell.repeated(70));
+}
+
+TEST_F(WindowTest, VariantsShowAndHideWhatTheyUse) {
+    const int tall = main_window().height();
+    EXPECT_TRUE(find<QWidget>("fraPasswort").isVisible());
+    EXPECT_EQ(text("tboPasswort"), "BRUNEX");
+    click("optFernverbindung");
+    click("optGSM");
+    EXPECT_FALSE(find<QWidget>("fraPasswort").isVisible());
+    EXPECT_FALSE(find<QWidget>("fraAlarm_Ziel").isVisible());
+    EXPECT_TRUE(find<QRadioButton>("optDirektverbindung").isChecked()) << "the form set it";
+    EXPECT_FALSE(find<QRadioButton>("optFernverbindung").isChecked());
+    EXPECT_FALSE(find<QRadioButton>("optAnalog").isChecked());
+    EXPECT_LT(main_window().height(), tall) << "the window closes the gap";
+    EXPECT_TRUE(find<QMenu>("mnuGSM").menuAction()->isEnabled());
+    EXPECT_FALSE(find<QAction>("mnuGPRS_konfig").isVisible());
+    click("optAnalog");
+    EXPECT_EQ(main_window().height(), tall);
+    click("optEthernet");
+    EXPECT_FALSE(find<QPushButton>("cbuParametrieren").isEnabled());
+    EXPECT_EQ(find<QRadioButton>("optFernverbindung").text(), "&Verbindung über das Netzwerk");
+}
+
+TEST_F(WindowTest, PortListsAreScannedWhenTheUserComesToThem) {
+    auto &list = find<QComboBox>("cobSchnittstelle");
+    EXPECT_EQ(list.count(), 0) << "not by itself at the start";
+    rig.free_ports = {1, 3};
+    for (const auto reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason, Qt::MenuBarFocusReason}) {
+        focus("cobSchnittstelle", reason);
+        EXPECT_EQ(list.count(), 0) << "focus that only comes back";
+    }
+    choose_port("cobSchnittstelle", "COM 3");
+    EXPECT_EQ(list.count(), 2);
+    EXPECT_EQ(list.itemText(1), "COM 3");
+    EXPECT_EQ(list.itemData(1, Qt::ToolTipRole), "Gerät an COM 3");
+    EXPECT_FALSE(list.isEditable());
+
+    rig.free_ports = {2, 3};
+    focus("cobSchnittstelle", Qt::MouseFocusReason);
+    EXPECT_EQ(list.currentText(), "COM 3") << "the choice is still there";
+    rig.free_ports = {2};
+    focus("cobSchnittstelle", Qt::ShortcutFocusReason);
+    EXPECT_EQ(list.currentIndex(), -1);
+    EXPECT_EQ(desk.frmModem.cobSchnittstelle.text, "");
+}
+
+TEST_F(WindowTest, AGsmDeviceIsConfiguredFromTheWindow) {
+    fill_in_gsm();
+    auto &start = find<QPushButton>("cbuParametrieren");
+    start.setFocus();
+    start.click();
+    EXPECT_FALSE(find<QWidget>("fraModemart").isEnabled());
+    EXPECT_FALSE(start.isEnabled());
+    EXPECT_FALSE(find<QPushButton>("cbuBeenden").hasFocus()) << "a second press must not end the program";
+    rig.turn_by(milliseconds(100));
+    auto *panel = find<QStatusBar>("StatusBar").findChild<QLabel *>();
+    EXPECT_EQ(panel->text(), "Verbindungsprüfung");
+    rig.arrive("TIME: 2000/01/01,00:00:00\r\n");
+    answer_as_gsm_device();
+
+    EXPECT_THAT(rig.journal, Contains(EndsWith("-> AT**DST1=0171\\r")));
+    EXPECT_THAT(rig.journal, Contains(EndsWith("-> AT**MSG1=\"Pumpe 7\"\\r")));
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(rig.boxes[0].text, "Das Telvox-A wurde erfolgreich parametriert.");
+    EXPECT_TRUE(start.isEnabled());
+    EXPECT_TRUE(start.hasFocus()) << "back where the user left it";
+    EXPECT_EQ(panel->text(), "Bereit");
+}
+
+TEST_F(WindowTest, ClosingInMidJobClosesThePortAndEndsOnce) {
+    fill_in_gsm();
+    click("cbuParametrieren");
+    rig.turn_by(milliseconds(100));
+    EXPECT_TRUE(main_window().close());
+    EXPECT_FALSE(rig.port.PortOpen());
+    EXPECT_FALSE(rig.timer.on);
+    EXPECT_EQ(ended, 1);
+    windows.draw();
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(WindowTest, TheEndButtonEnds) {
+    click("cbuBeenden");
+    EXPECT_FALSE(main_window().isVisible());
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(WindowTest, DialogsCloseByTheirCancelButtonTheTitleBarAndEscape) {
+    click("optISDN");
+    auto &dialog = windows.window(desk.frmMSN);
+    const auto open = [&] { find<QAction>("mnuMSN_festlegen").trigger(); };
+    const std::function<void()> ways[] = {
+        [&] { click("cbuMSN_Abbruch"); }, [&] { dialog.close(); },
+        [&] { QTest::keyClick(&find<QLineEdit>("tboMSN"), Qt::Key_Escape); }};
+    for (const auto &close : ways) {
+        open();
+        ASSERT_TRUE(dialog.isVisible());
+        EXPECT_TRUE(dialog.isModal());
+        EXPECT_EQ(text("tboMSN"), "");
+        type("tboMSN", "12a*");
+        EXPECT_EQ(text("tboMSN"), "12*");
+        close();
+        EXPECT_FALSE(dialog.isVisible());
+        EXPECT_FALSE(desk.frmMSN.open);
+    }
+}
+
+TEST_F(WindowTest, EnterInADialogPressesItsButton) {
+    click("optISDN");
+    choose_port("cobSchnittstelle", "COM 3");
+    find<QAction>("mnuMSN_festlegen").trigger();
+    type("tboMSN", "4711");
+    QTest::keyClick(&find<QLineEdit>("tboMSN"), Qt::Key_Return);
+    EXPECT_TRUE(rig.program.busy());
+    EXPECT_EQ(desk.session.strMSN, "4711");
+    EXPECT_FALSE(windows.window(desk.frmMSN).isVisible());
+}
+
+TEST_F(WindowTest, AQueryKeepsItsDialogOpen) {
+    click("optGSM");
+    choose_port("cobSchnittstelle", "COM 3");
+    find<QAction>("mnuStatus_abfragen").trigger();
+    auto &dialog = windows.window(desk.frmGSM_Status);
+    click("cbuSignalstaerke");
+    ASSERT_TRUE(rig.program.busy());
+    EXPECT_FALSE(find<QPushButton>("cbuSchließen").isEnabled());
+    EXPECT_FALSE(dialog.close());
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(windows.front(), &dialog) << "boxes stand before it";
+    rig.run_until_idle(milliseconds(30000)); // a mute device
+    EXPECT_TRUE(dialog.close());
+    EXPECT_EQ(windows.front(), &main_window());
+}
+
+TEST_F(WindowTest, F1DoesWhatTheHelpEntryDoes) {
+    find<QAction>("mnuHilfe").trigger();
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    QTest::keyClick(&main_window(), Qt::Key_F1);
+    ASSERT_EQ(rig.boxes.size(), 2u);
+    EXPECT_EQ(rig.boxes[0], rig.boxes[1]);
+}
+
+TEST_F(WindowTest, TheUserBeginsAtTheVariant) {
+    EXPECT_TRUE(find<QRadioButton>("optAnalog").hasFocus());
+    EXPECT_EQ(find<QLabel>("lblAlarmmeldung").buddy(), &find<QLineEdit>("tboAlarmmeldung"));
+    EXPECT_EQ(find<QLabel>("lblAlarmmeldung").text(), "Alarm&meldung (max. 160 Zeichen):");
+}
+
+/// The box on the screen, once it is there.
+QMessageBox *shown(const QtMessageBoxes &boxes) {
+    return QTest::qWaitFor([&] { return boxes.current() && boxes.current()->isVisible(); }, 2000)
+               ? boxes.current()
+               : nullptr;
+}
+
+TEST(Boxes, OpenOneAfterTheOtherAndHoldNothingUp) {
+    QtMessageBoxes boxes;
+    boxes.show({.text = "Erste Zeile\rzweite <b>Zeile</b>"});
+    boxes.show({.text = "Zweite Box", .title = port_error_title, .icon = Icon::exclamation});
+    EXPECT_EQ(boxes.current(), nullptr) << "nothing opens inside the handler";
+
+    QMessageBox *first = shown(boxes);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->text(), "Erste Zeile\nzweite <b>Zeile</b>");
+    EXPECT_EQ(first->textFormat(), Qt::PlainText);
+    EXPECT_EQ(first->windowTitle(), "Telvox-A Konfiguration");
+    EXPECT_EQ(first->icon(), QMessageBox::NoIcon);
+    ASSERT_EQ(first->buttons().size(), 1);
+    EXPECT_EQ(first->buttons()[0]->text(), "OK");
+    QTest::keyClick(first, Qt::Key_Escape);
+
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return boxes.current() && boxes.current()->text() == "Zweite Box"; }, 2000));
+    EXPECT_EQ(boxes.current()->windowTitle(), "Laufzeitfehler Schnittstelle");
+    EXPECT_EQ(boxes.current()->icon(), QMessageBox::Warning);
+    boxes.current()->buttons()[0]->click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
+}
+
+TEST(Boxes, ABoxThatGoesWithItsWindowLetsTheNextOneOpen) {
+    QtMessageBoxes boxes;
+    auto owner = std::make_unique<QWidget>();
+    owner->show();
+    boxes.owner = [&] { return owner.get(); };
+    boxes.show({.text = "eins"});
+    boxes.show({.text = "zwei"});
+    ASSERT_NE(shown(boxes), nullptr);
+    owner.reset();
+    QMessageBox *second = shown(boxes);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->text(), "zwei");
+}
+
+} // namespace
+} // namespace telvox::test
+
+int main(int argc, char **argv) {
+    testing::InitGoogleMock(&argc, argv);
+    // Activation and focus need a platform that decides alone, without a window manager.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
