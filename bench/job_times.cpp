@@ -1,6 +1,6 @@
-// Time of every job on a real clock over the sum of the waits that its tables prescribe. The far end answers at
-// once, so whatever is above 1 is the program's own. The sum is the same job on a turned clock. All jobs run at
-// the same time, each with a timer of its own. Exit 1 if a ratio is above the limit.
+// Time of every job on a real clock over the sum of the waits that its tables prescribe. The far end answers
+// at once, so whatever is above 1 is the program's own. The sum is the same job on a turned clock. All jobs
+// run at the same time, each with a timer of its own. Exit 1 if a ratio is above the limit.
 
 #include "rig/rig.hpp"
 
@@ -92,7 +92,8 @@ const JobCase cases[] = {
      press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuReg_zustand>},
     {"GSM, cable: signal", &FrmModem::optGSM, false,
      press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuSignalstaerke>},
-    {"GSM, cable: IMEI", &FrmModem::optGSM, false, press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>},
+    {"GSM, cable: IMEI", &FrmModem::optGSM, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>},
     {"GSM, remote: configure", &FrmModem::optGSM, true, parametrieren},
     {"GSM, remote: test alarm", &FrmModem::optGSM, true, test_alarm},
     {"GSM, remote: alarm off", &FrmModem::optGSM, true, alarm_off},
@@ -141,7 +142,10 @@ class AnsweringPort final : public QObject, public SerialPort {
     void CommPort(int value) override { number_ = value; }
     [[nodiscard]] int CommPort() const override { return number_; }
     void Settings(const SerialFormat &) override {}
-    std::string PortOpen(bool open) override { return open_ = open && number_ == 3, open && !open_ ? "-" : ""; }
+    std::string PortOpen(bool open) override {
+        open_ = open && number_ == 3;
+        return open && !open_ ? "not there" : "";
+    }
     [[nodiscard]] bool PortOpen() const override { return open_; }
     void DTREnable(bool) override {}
     void Output(std::string_view bytes) override {
@@ -211,8 +215,8 @@ int measure(int argc, char **argv) {
         const double ratio = static_cast<double>(job->took) / waits;
         const bool well = job->program.outcome() == Outcome::succeeded && job->took >= 0;
         worst = std::max(worst, well ? ratio : 99);
-        std::printf("%-30s %10.0f %10lld %8.4f%s\n", job->job.name, waits, static_cast<long long>(job->took), ratio,
-                    well ? "" : "  FAILED");
+        std::printf("%-30s %10.0f %10lld %8.4f%s\n", job->job.name, waits, static_cast<long long>(job->took),
+                    ratio, well ? "" : "  FAILED");
     }
     std::printf("worst ratio %.4f, limit %.2f\n", worst, limit);
     return worst <= limit ? 0 : 1;
