@@ -5,9 +5,16 @@
 #include "cli/tracing_port.hpp"
 #include "rig/rig.hpp"
 
+#include <QCoreApplication>
+#include <QProcess>
 #include <gmock/gmock.h>
 
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace telvox::test {
 namespace {
@@ -200,5 +207,81 @@ TEST(CliTrace, ShowsTheDialogueLineByLineAndPassesItOn) {
                                             "<- " + std::string(200, 'n'), "<- " + std::string(50, 'n')));
 }
 
+/// The built program itself.
+class CliProgram : public testing::Test {
+  protected:
+    void start(const std::string &call) {
+        QStringList arguments;
+        for (const std::string &word : words(call))
+            arguments << QString::fromStdString(word);
+        process.start(TELVOX_CLI, arguments);
+        ASSERT_TRUE(process.waitForStarted());
+    }
+    int result() {
+        EXPECT_TRUE(process.waitForFinished(20000));
+        out = process.readAllStandardOutput().toStdString();
+        err = process.readAllStandardError().toStdString();
+        return process.exitCode();
+    }
+    /// A device that never says anything.
+    std::string mute_device() {
+        master = ::posix_openpt(O_RDWR | O_NOCTTY);
+        ::grantpt(master);
+        ::unlockpt(master);
+        slave =
+            ::open(::ptsname(master), O_RDWR | O_NOCTTY); // the line stands also while nobody has opened it
+        return ::ptsname(master);
+    }
+    ~CliProgram() override {
+        ::close(slave);
+        ::close(master);
+    }
+
+    QProcess process;
+    std::string out, err;
+    int master = -1;
+    int slave = -1;
+};
+
+TEST_F(CliProgram, PrintsWhatAQueryFoundOut) {
+    start("imei --simulator --typ gsm --schnittstelle 3");
+    EXPECT_EQ(result(), 0);
+    EXPECT_THAT(out, testing::MatchesRegex("[0-9]{15}\n"));
+    EXPECT_EQ(err, "Frage IMEI ab\nBereit\n");
+}
+
+TEST_F(CliProgram, TellsAFailureFromARefusal) {
+    start("alarm-aus --typ gsm --schnittstelle " + mute_device());
+    EXPECT_EQ(result(), 1);
+    EXPECT_THAT(out, HasSubstr("Kommunikationsfehler: 33."));
+    EXPECT_THAT(out, Not(HasSubstr("\r")));
+    start("parametrieren --simulator --schnittstelle 1");
+    EXPECT_EQ(result(), 2);
+    EXPECT_THAT(out, HasSubstr("Rufnummer des Empfängers"));
+    start("parametrieren --empfaenger x");
+    EXPECT_EQ(result(), 2);
+    EXPECT_EQ(out, "");
+    EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1);
+    start("alarm-aus --schnittstelle /dev/no-such-device");
+    EXPECT_EQ(result(), 1);
+    EXPECT_THAT(out, HasSubstr("konnte nicht geöffnet werden.\nDie Schnittstelle ist nicht vorhanden.\n"));
+}
+
+TEST_F(CliProgram, AnInterruptEndsInOrder) {
+    start("parametrieren --typ gsm --empfaenger 1 --service-center 1 --alarmtext x --schnittstelle " +
+          mute_device());
+    pollfd line{.fd = master, .events = POLLIN, .revents = 0};
+    ASSERT_EQ(::poll(&line, 1, 10000), 1) << "the job has sent something";
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_EQ(result(), 130);
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+}
+
 } // namespace
 } // namespace telvox::test
+
+int main(int argc, char **argv) {
+    testing::InitGoogleMock(&argc, argv);
+    QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -7,28 +7,29 @@ namespace telvox::cli {
 
 namespace {
 
-/// Options with a value that a job may need, in the order of the help text.
+/// An option with a value that a job may need, in the order of the help text.
 struct ValueOption {
     const char *name;
+    const char *value;
     const char *help;
 };
 constexpr auto value_options = std::to_array<ValueOption>({
-    {"--typ", "analog|isdn|gsm|gprs|ethernet   Telvox-A Typ (sonst analog)"},
-    {"--verbindung", "direkt|fern   Kabel oder lokales Modem (sonst direkt)"},
-    {"--schnittstelle", "3|GERÄT   Schnittstelle des Telvox-A, COM-Nummer oder Gerätepfad"},
-    {"--modemanschluss", "6|GERÄT   Schnittstelle des lokalen Modems"},
-    {"--rufnummer-modem", "NUMMER   Rufnummer des Telvox-A"},
-    {"--empfaenger", "NUMMER   Nummer des Empfängers"},
-    {"--amt", "ZEICHEN   Zeichen zur Amtsholung"},
-    {"--service-center", "NUMMER   Service-Center Nummer"},
-    {"--nachricht", "sms|fax   Nachrichten Typ"},
-    {"--passwort", "TEXT   Passwort, wenn nicht das Standard Passwort gilt"},
-    {"--alarmtext", "TEXT   Alarmmeldung"},
-    {"--com-direkt", "2400,e,8,1   Schnittstellenparameter für das Kabel"},
-    {"--com-fern", "9600,n,8,1   Schnittstellenparameter für das lokale Modem"},
-    {"--pin", "PIN   für pin"},
-    {"--msn", "MSN   für msn"},
-    {"--anschlussart", "punkt-zu-punkt|mehrgeraete   für anschlussart"},
+    {"--typ", "TYP", "analog, isdn, gsm, gprs oder ethernet (sonst analog)"},
+    {"--verbindung", "WEG", "direkt (Kabel) oder fern (lokales Modem); sonst direkt"},
+    {"--schnittstelle", "3|GERÄT", "Schnittstelle des Telvox-A: COM-Nummer oder Gerätepfad"},
+    {"--modemanschluss", "6|GERÄT", "Schnittstelle des lokalen Modems"},
+    {"--rufnummer-modem", "NUMMER", "Rufnummer des Telvox-A"},
+    {"--empfaenger", "NUMMER", "Nummer des Empfängers"},
+    {"--amt", "ZEICHEN", "Zeichen zur Amtsholung"},
+    {"--service-center", "NUMMER", "Service-Center Nummer"},
+    {"--nachricht", "TYP", "sms oder fax"},
+    {"--passwort", "TEXT", "Passwort, wenn nicht das Standard Passwort gilt"},
+    {"--alarmtext", "TEXT", "Alarmmeldung"},
+    {"--com-direkt", "2400,e,8,1", "Schnittstellenparameter für das Kabel"},
+    {"--com-fern", "9600,n,8,1", "Schnittstellenparameter für das lokale Modem"},
+    {"--pin", "PIN", "nur für pin"},
+    {"--msn", "MSN", "nur für msn"},
+    {"--anschlussart", "ART", "nur für anschlussart: punkt-zu-punkt oder mehrgeraete"},
 });
 
 bool takes_value(const std::string &name) {
@@ -87,18 +88,17 @@ std::string help_text() {
     std::string text = "Aufruf: telvox-cli AUFTRAG [Optionen]\n\n"
                        "Füllt das Formular von telvox aus und drückt dieselbe Taste.\n\nAufträge:\n";
     for (const JobCommand &job : job_commands())
-        text += "  " + std::string(job.name) + std::string(15 - std::string(job.name).size(), ' ') +
-                job.help + "\n";
+        text += help_line(job.name, job.help);
     text += "\nOptionen:\n";
     for (const ValueOption &option : value_options)
-        text += "  " + std::string(option.name) + " " + option.help + "\n";
-    text += "  --mitschnitt           zeigt den Dialog mit dem Gerät Zeile für Zeile (Standardfehler)\n";
-    text += common_options_help;
-    text += "\nStatustexte gehen auf den Standardfehler, Meldungen und Werte auf die Standardausgabe.\n"
-            "Ergebnis: 0 Auftrag gelungen, 1 Auftrag meldet einen Fehler, 2 Aufruf oder Prüfung\n"
-            "abgelehnt, 130 oder 143 abgebrochen (Strg-C, SIGTERM; die Schnittstelle wird geschlossen).\n"
-            "Ein Wert, der mit \"--\" beginnt, wird mit \"=\" angehängt: --alarmtext=--Text\n";
-    return text;
+        text += help_line(std::string(option.name) + " " + option.value, option.help);
+    text += help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät (Standardfehler)");
+    text += common_options_help();
+    return text + "\nStatustexte gehen auf den Standardfehler, Meldungen und Werte auf die Standardausgabe.\n"
+                  "Ein Wert, der mit \"--\" beginnt, wird mit \"=\" angehängt: --alarmtext=--Text\n"
+                  "\nErgebnis: 0 Auftrag gelungen, 1 Auftrag meldet einen Fehler, 2 Aufruf oder Prüfung\n"
+                  "abgelehnt; 130 oder 143 abgebrochen mit Strg-C oder SIGTERM (die Schnittstelle wird\n"
+                  "dabei geschlossen).\n";
 }
 
 } // namespace telvox::cli

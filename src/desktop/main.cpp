@@ -16,12 +16,20 @@ namespace {
 
 using namespace telvox;
 
-CommonOptions parse(Arguments arguments) {
+struct Call {
     CommonOptions options;
-    while (arguments.next())
-        if (!take_common_option(arguments, options))
+    bool help = false;
+};
+
+Call parse(Arguments arguments) {
+    Call call;
+    while (arguments.next()) {
+        if (arguments.name() == "--help")
+            call.help = true;
+        else if (!take_common_option(arguments, call.options))
             arguments.refuse();
-    return options;
+    }
+    return call;
 }
 
 int run(QApplication &application, const CommonOptions &options) {
@@ -51,12 +59,21 @@ int run(QApplication &application, const CommonOptions &options) {
 } // namespace
 
 int main(int argc, char **argv) {
-    CommonOptions options;
+    Call call;
     try {
-        options = parse(Arguments(os::arguments(argc, argv)));
+        call = parse(Arguments(os::arguments(argc, argv)));
     } catch (const UsageError &error) {
         std::fprintf(stderr, "telvox: %s\n", error.what());
         return 2;
+    }
+    if (call.help) {
+        std::printf("Aufruf: telvox [Optionen]\n\n%s", common_options_help().c_str());
+        return 0;
+    }
+    if (!os::has_display()) {
+        std::fputs("telvox: Es gibt hier keine grafische Oberfläche; ohne sie arbeitet telvox-cli.\n",
+                   stderr);
+        return 1;
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName("telvox");
@@ -66,5 +83,5 @@ int main(int argc, char **argv) {
     QTranslator german;
     if (german.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&german);
-    return run(application, options);
+    return run(application, call.options);
 }

@@ -1,6 +1,8 @@
 #include "desktop/ports/common_options.hpp"
 
 #include "core/port_choice.hpp"
+#include "core/text.hpp"
+#include "simulator/device.hpp"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -112,12 +114,21 @@ DataFolders data_folders(const CommonOptions &options) {
                                path_of(user.toStdString()) / "telvox");
 }
 
-const char *const common_options_help =
-    "  --port N=GERÄT         nennt ein Gerät \"COM N\" (N von 1 bis 15), z. B.\n"
-    "                         --port 3=/dev/serial/by-id/...; mehrfach möglich. Ohne diese\n"
-    "                         Angabe vergibt das System die Nummern.\n"
-    "  --datenordner ORDNER   Ordner von Com.ini und der Listendateien\n"
-    "  --simulator            simulierte Geräte: COM 1 Analog, COM 2 ISDN, COM 3 GSM,\n"
-    "                         COM 6 lokales Modem. Ein mit --port genanntes Gerät geht vor.\n";
+std::string common_options_help() {
+    std::string devices;
+    for (int number = 1; number <= last_port; ++number)
+        if (const std::string device = simulator::description_of_port(number); !device.empty())
+            devices += help_line("", port_entry(number) + ": " + device);
+    return help_line("--port N=GERÄT", "nennt ein Gerät \"COM N\" (N von 1 bis 15); mehrfach möglich.") +
+           help_line("", "Sonst vergibt das System die Nummern.") +
+           help_line("--datenordner ORDNER", "Ordner von Com.ini und der Listendateien") +
+           help_line("--simulator", "simulierte Geräte (ein mit --port genanntes geht vor):") + devices;
+}
+
+std::string help_line(const std::string &option, const std::string &purpose) {
+    constexpr std::size_t column = 30;
+    const std::size_t used = length(option);
+    return "  " + option + std::string(used < column ? column - used : 1, ' ') + purpose + "\n";
+}
 
 } // namespace telvox

@@ -59,6 +59,9 @@ bool take_common_option(Arguments &arguments, CommonOptions &options);
 [[nodiscard]] DataFolders data_folders(const CommonOptions &options);
 
 /// Lines of a help text about the common options.
-extern const char *const common_options_help;
+[[nodiscard]] std::string common_options_help();
+
+/// One line of a help text: an option and, in the second column, what it is for.
+[[nodiscard]] std::string help_line(const std::string &option, const std::string &purpose);
 
 } // namespace telvox

@@ -10,6 +10,9 @@ namespace telvox::os {
 /// The call's arguments behind the program's name, UTF-8.
 [[nodiscard]] std::vector<std::string> arguments(int argc, char **argv);
 
+/// Whether there is something to draw windows on.
+[[nodiscard]] bool has_display();
+
 /// Whether a device is there.
 [[nodiscard]] bool exists(const std::string &device);
 

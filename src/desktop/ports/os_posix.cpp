@@ -3,6 +3,7 @@
 #include "desktop/ports/line.hpp"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
@@ -31,6 +32,15 @@ std::string no_permission(const struct stat &status) {
 } // namespace
 
 std::vector<std::string> arguments(int argc, char **argv) { return {argv + 1, argv + argc}; }
+
+bool has_display() {
+#ifdef __APPLE__
+    return true;
+#else
+    const auto set = [](const char *name) { return std::getenv(name) && *std::getenv(name); };
+    return set("DISPLAY") || set("WAYLAND_DISPLAY") || set("QT_QPA_PLATFORM");
+#endif
+}
 
 bool exists(const std::string &device) { return ::access(device.c_str(), F_OK) == 0; }
 

@@ -19,6 +19,8 @@ std::vector<std::string> arguments(int, char **) {
     return all;
 }
 
+bool has_display() { return true; }
+
 bool exists(const std::string &) { return true; }
 
 const bool ports_have_numbers = true;
