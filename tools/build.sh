@@ -47,5 +47,5 @@ build() {
         return
     fi
     say "building ($preset)"
-    ninja -C "build/$preset" | grep --line-buffered -vE '^\[[0-9]+/[0-9]+\]|^ninja: Entering' || [ "${PIPESTATUS[0]}" -eq 0 ]
+    ninja -C "build/$preset" | grep --line-buffered -vE '^\[[0-9]+/[0-9]+\]|^-- |^ninja: Entering' || [ "${PIPESTATUS[0]}" -eq 0 ]
 }
