@@ -35,7 +35,7 @@ std::vector<std::string> words(const std::string &call) {
 }
 
 /// The program with free ports 3 and 6, worked by calls.
-struct Desk_ {
+struct FilledDesk {
     std::string refusal(const std::string &call) {
         try {
             Operator(rig.program, ports, rig.scanner).work(parse_call(words(call)));
@@ -129,7 +129,7 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"alarmtest --schnittstelle COM.0", "--schnittstelle: \"COM 0\""},
     };
     for (const auto &[call, because] : cases) {
-        Desk_ desk;
+        FilledDesk desk;
         desk.rig.free_ports = {3, 6};
         EXPECT_THAT(desk.refusal(call), HasSubstr(because)) << call;
         EXPECT_FALSE(desk.rig.program.busy()) << call;
@@ -138,7 +138,7 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
 }
 
 TEST(CliCall, FillsTheFormAndPressesTheButton) {
-    Desk_ desk;
+    FilledDesk desk;
     desk.rig.free_ports = {3, 6};
     EXPECT_EQ(desk.refusal("parametrieren --typ analog --verbindung fern --modemanschluss COM.6 --amt 0 "
                            "--rufnummer-modem 0541 --empfaenger 0171 --passwort geheim --alarmtext Öl.läuft "
@@ -153,27 +153,27 @@ TEST(CliCall, FillsTheFormAndPressesTheButton) {
 }
 
 TEST(CliCall, KeepsTheWayThatTheVariantWouldReset) {
-    Desk_ mobile;
+    FilledDesk mobile;
     EXPECT_EQ(mobile.refusal("alarm-aus --typ gsm --verbindung fern --rufnummer-modem 1 --modemanschluss 3"),
               "");
     EXPECT_TRUE(mobile.form.optFernverbindung.value);
     EXPECT_TRUE(mobile.rig.program.busy());
 
-    Desk_ isdn; // over the modem its button is usable only if the way was chosen before the variant
+    FilledDesk isdn; // over the modem its button is usable only if the way was chosen before the variant
     EXPECT_EQ(isdn.refusal("alarmtest --typ isdn --verbindung fern --rufnummer-modem 1 --modemanschluss 3"),
               "");
     EXPECT_TRUE(isdn.rig.program.busy());
 }
 
 TEST(CliCall, GoesThroughTheMenuToADialogsButton) {
-    Desk_ desk;
+    FilledDesk desk;
     EXPECT_EQ(desk.refusal("anschlussart --typ isdn --anschlussart punkt-zu-punkt --schnittstelle 3"), "");
     EXPECT_TRUE(desk.rig.program.busy());
     EXPECT_EQ(desk.rig.program.desk.session.byteISDN_Anschlussart, 1);
 }
 
 TEST(CliCall, ReportsAPortThatCannotBeOpenedAsTheWindowWould) {
-    Desk_ desk;
+    FilledDesk desk;
     EXPECT_EQ(desk.refusal("alarmtest --schnittstelle 5"),
               "unusable COM 5 konnte nicht geöffnet werden.\rnot there");
     // A path without a number gets the lowest free one.
@@ -183,7 +183,7 @@ TEST(CliCall, ReportsAPortThatCannotBeOpenedAsTheWindowWould) {
 }
 
 TEST(CliCall, LeavesTheChecksToTheForm) {
-    Desk_ desk;
+    FilledDesk desk;
     EXPECT_EQ(desk.refusal("parametrieren --typ gsm --schnittstelle 3"), "");
     EXPECT_EQ(desk.rig.program.outcome(), Outcome::refused);
     ASSERT_EQ(desk.rig.boxes.size(), 1u);

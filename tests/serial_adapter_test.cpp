@@ -1,6 +1,7 @@
 // The serial port on Qt against the system's real terminal driver: a pseudo-terminal whose master is the far
 // end. Real time, so every wait is polled with a limit.
 
+#include "desktop/ports/os.hpp"
 #include "desktop/ports/qt_serial_port.hpp"
 
 #include <QCoreApplication>
@@ -194,6 +195,14 @@ TEST_F(SerialAdapter, ReportsALostPeerOnceAndRests) {
     port.Output("AT\r");
     EXPECT_EQ(port.Input(), "");
     EXPECT_EQ(port.PortOpen(true), absent);
+}
+
+TEST_F(SerialAdapter, AHangUpIsSeenWithoutReading) {
+    QSerialPort raw(QString::fromStdString(master.device()));
+    ASSERT_TRUE(raw.open(QIODevice::ReadWrite));
+    EXPECT_FALSE(os::hung_up(raw));
+    master.hang_up();
+    EXPECT_TRUE(os::hung_up(raw));
 }
 
 TEST_F(SerialAdapter, APortWithoutPinsIsNoLostPort) {

@@ -115,6 +115,8 @@ TEST_F(WindowTest, TypingKeepsWhatTheFieldTakes) {
     edit.selectAll();
     type("tboRufnummer_Empfaenger", "x");
     EXPECT_EQ(edit.selectedText(), "0171") << "a refused key does nothing, not even to a selection";
+    paste("tboRufnummer_Empfaenger", "abc", 2);
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "0171");
     edit.undo();
     EXPECT_EQ(text("tboRufnummer_Empfaenger"), "") << "and what was typed before can be undone";
     EXPECT_EQ(desk.frmModem.tboRufnummer_Empfaenger.text, "");
@@ -158,6 +160,10 @@ TEST_F(WindowTest, VariantsShowAndHideWhatTheyUse) {
     EXPECT_TRUE(find<QRadioButton>("optDirektverbindung").isChecked()) << "the form set it";
     EXPECT_FALSE(find<QRadioButton>("optFernverbindung").isChecked());
     EXPECT_FALSE(find<QRadioButton>("optAnalog").isChecked());
+    desk.frmModem.optSMS.value = false;
+    windows.draw();
+    EXPECT_FALSE(find<QRadioButton>("optSMS").isChecked()) << "also none, if the form says so";
+    desk.frmModem.optSMS.value = true;
     EXPECT_LT(main_window().height(), tall) << "the window closes the gap";
     EXPECT_TRUE(find<QMenu>("mnuGSM").menuAction()->isEnabled());
     EXPECT_FALSE(find<QAction>("mnuGPRS_konfig").isVisible());
