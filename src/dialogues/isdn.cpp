@@ -184,9 +184,15 @@ constexpr Reply prompt_configure(const char *command, Counter becomes) {
     return prompt(&JobState::boolParametrieren, &JobState::byteISDN_Fern_Para_Counter, command, becomes);
 }
 
-/// "64" is part of the answer to "ATI1".
+/// "64" is part of the answer to "ATI1", which is asked over the cable only; in a call it may be part of
+/// anything.
 constexpr Reply identified(FlagOf awaited, CounterOf counter, Counter becomes, milliseconds restart) {
-    return {.contains = "64", .awaited = awaited, .counter = counter, .becomes = becomes, .restart = restart};
+    return {.contains = "64",
+            .awaited = awaited,
+            .when = direct,
+            .counter = counter,
+            .becomes = becomes,
+            .restart = restart};
 }
 
 constexpr Reply replies[] = {
