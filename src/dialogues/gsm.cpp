@@ -49,7 +49,7 @@ constexpr Step configure[] = {
      .send = "AT**TIME?",
      .wait = 4s,
      .awaits = &JobState::boolKommunikations_Fehler32},
-    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 9},
+    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 9},
     {.number = 8, .end = End::drop, .message = configured_mobile},
     {.number = 9, .end = End::hang_up, .message = configured_mobile},
 };
@@ -58,7 +58,7 @@ constexpr Step alarm_test[] = {
     device_check("AT**TIME?", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT**SMS=1", .next = 3},
     {.number = 3, .send = "AT**SMS=2", .next = 4},
-    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 5},
+    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 5},
     {.number = 4, .end = End::drop, .message = test_sent},
     {.number = 5, .end = End::hang_up, .message = test_sent},
 };
@@ -67,7 +67,7 @@ constexpr Step alarm_test[] = {
 constexpr Step alarm_off[] = {
     device_check("AT**TIME?", &JobState::boolKommunikations_Fehler33),
     {.number = 2, .status = sending_alarm_off, .send = "AT**SCN=", .next = 3},
-    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .leaves = true, .next = 4},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 4},
     {.number = 3, .end = End::drop, .message = alarm_is_off},
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };
@@ -113,6 +113,13 @@ constexpr Step registration[] = {
      .awaits = &JobState::boolKommunikations_Fehler43},
     {.number = 2, .status = results_on, .send = "ATQ0", .wait = 1500ms, .next = 3},
     {.number = 3, .status = "Frage Registrierungszustand ab", .send = "AT+CREG?", .next = 4},
+    // Without an answer it is put in order all the same, and then reported.
+    {.number = 4,
+     .when = [](const Desk &d) { return d.frmGSM_Status.tboReg_zustand.text == unknown; },
+     .status = results_off,
+     .send = "ATQ1",
+     .wait = 800ms,
+     .awaits = &JobState::boolKommunikations_Fehler43},
     {.number = 4, .status = results_off, .send = "ATQ1", .wait = 800ms, .next = 5},
     {.number = 5, .end = End::drop},
 };

@@ -65,6 +65,9 @@ class FrmAnschlussart : public Form {
     void reset() override { optMehrgeraeteanschluss.choose(); }
 };
 
+/// Shown in a field of the status dialog while its value is not known.
+inline constexpr const char *unknown = "-";
+
 /// Queries a GSM device: PIN and SIM state, registration, field strength, IMEI.
 class FrmGSM_Status : public Form {
   public:
@@ -101,7 +104,7 @@ class FrmGSM_Status : public Form {
 
   protected:
     void reset() override {
-        tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = "-";
+        tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = unknown;
         pzbSignalstaerke.value = 0;
     }
 };
