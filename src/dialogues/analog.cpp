@@ -62,7 +62,7 @@ constexpr Step configure[] = {
      .next = 6},
     save_configuration,
     check_configuration("ATI0"),
-    {.number = 8, .when = remote, .status = leaving_remote, .send = "ATZ", .leaves = true, .next = 9},
+    {.number = 8, .when = remote, .status = leaving_remote, .send = "ATZ", .next = 9},
     {.number = 8, .end = End::drop, .message = configured_try_test},
     {.number = 9, .end = End::hang_up, .message = configured_try_test},
 };
@@ -71,7 +71,7 @@ constexpr Step configure[] = {
 constexpr Step alarm_test[] = {
     device_check("ATI0", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT%A", .wait = 1s, .next = 3},
-    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT*E", .leaves = true, .next = 4},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT*E", .next = 4},
     {.number = 3, .end = End::drop, .message = test_sent_sms_or_fax},
     {.number = 4, .end = End::hang_up, .message = test_sent_sms_or_fax},
 };
@@ -80,7 +80,7 @@ constexpr Step alarm_test[] = {
 constexpr Step alarm_off[] = {
     device_check("ATI0", &JobState::boolKommunikations_Fehler33),
     {.number = 2, .status = sending_alarm_off, .send = "AT&Z0=", .wait = 1s, .next = 3},
-    {.number = 3, .when = remote, .status = leaving_remote, .send = "ATZ", .leaves = true, .next = 4},
+    {.number = 3, .when = remote, .status = leaving_remote, .send = "ATZ", .next = 4},
     {.number = 3, .end = End::drop, .message = alarm_is_off},
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };

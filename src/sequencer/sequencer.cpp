@@ -59,7 +59,7 @@ bool Sequencer::start(const Launch &launch) {
 void Sequencer::Timer1_Timer() {
     receiver_.clear();
     if (const auto report = due_report(c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
-        fail(report->line, report->text);
+        fail(report->line, {.text = report->text});
     run_jobs();
     hang_up_step();
 }
@@ -78,21 +78,20 @@ void Sequencer::run_jobs() {
         });
         if (step == steps.end())
             return fail(LineEnd::by_mode,
-                        "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
+                        {.text = "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung."});
         run(*step, counter);
     }
 }
 
 void Sequencer::run(const Step &step, CounterOf counter) {
     // On a line that has dropped the local modem would take a command for its own.
-    const bool dropped = step.send.given() && c_.jobs.line_dropped;
-    if (dropped && !step.leaves)
-        return fail(LineEnd::hang_up, "Die Verbindung zum Telvox-A wurde unterbrochen.");
+    if (step.send.given() && c_.jobs.line_dropped)
+        return fail(LineEnd::hang_up, {.text = "Die Verbindung zum Telvox-A wurde unterbrochen."});
     if (step.status)
         c_.panel.status(step.status);
     if (step.act)
         step.act(c_.desk);
-    if (step.send.given() && !dropped) {
+    if (step.send.given()) {
         const std::string text = step.send(c_.desk);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
     }
@@ -102,16 +101,13 @@ void Sequencer::run(const Step &step, CounterOf counter) {
     if (step.wait.count() > 0)
         c_.timer.restart(step.wait);
 
-    const auto message = step.message ? std::optional<std::string>(step.message) : std::nullopt;
-    if (step.end != End::no)
-        outcome_ = Outcome::succeeded;
-    if (step.end == End::drop)
-        finish(LineEnd::drop, message);
-    if (step.end == End::hang_up) {
-        start_hang_up();
-        if (message)
-            c_.outbox.show(*message);
-    }
+    if (step.end == End::no)
+        return;
+    outcome_ = Outcome::succeeded;
+    // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
+    step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
+    if (step.message)
+        c_.outbox.show(step.message);
 }
 
 void Sequencer::start_hang_up() {
@@ -132,19 +128,20 @@ void Sequencer::hang_up_step() {
     case 3:
         c_.panel.status("auflegen");
         c_.link.prz_Daten_senden("ATH");
-        finish(LineEnd::drop, std::nullopt);
+        finish(LineEnd::drop);
         break;
     default:
         break;
     }
 }
 
-void Sequencer::fail(LineEnd line, std::string message) {
+void Sequencer::fail(LineEnd line, Message message) {
     outcome_ = Outcome::failed;
-    finish(line, std::move(message));
+    finish(line);
+    c_.outbox.show(std::move(message));
 }
 
-void Sequencer::finish(LineEnd line, std::optional<std::string> message) {
+void Sequencer::finish(LineEnd line) {
     const bool hang_up = line == LineEnd::hang_up || (line == LineEnd::by_mode && c_.panel.remote());
     if (!hang_up)
         close_port();
@@ -152,8 +149,6 @@ void Sequencer::finish(LineEnd line, std::optional<std::string> message) {
     prz_Initialisieren();
     if (hang_up)
         start_hang_up();
-    if (message)
-        c_.outbox.show(std::move(*message));
 }
 
 void Sequencer::close_port() {
@@ -169,16 +164,12 @@ void Sequencer::comSeriell_OnComm(CommEvent event) {
     if (event != CommEvent::lost)
         return receiver_.handle(event, c_.families(c_.panel.modem_type()).replies);
     // Once a hang-up runs the job's end has been reported, and a line without its port is down anyway.
-    const bool reported = !busy() || c_.jobs.byteAuflege_Counter != 0;
-    c_.timer.Enabled(false);
-    prz_Initialisieren();
-    if (reported)
-        return;
-    outcome_ = Outcome::failed;
-    c_.outbox.show({.text = "Die Verbindung zur Schnittstelle " + port_entry(c_.link.comSeriell.CommPort()) +
-                            " ging verloren.",
-                    .title = port_error_title,
-                    .icon = Icon::exclamation});
+    if (!busy() || c_.jobs.byteAuflege_Counter != 0)
+        return finish(LineEnd::drop);
+    fail(LineEnd::drop, {.text = "Die Verbindung zur Schnittstelle " +
+                                 port_entry(c_.link.comSeriell.CommPort()) + " ging verloren.",
+                         .title = port_error_title,
+                         .icon = Icon::exclamation});
 }
 
 void Sequencer::prz_Initialisieren() {

@@ -10,7 +10,6 @@
 #include "sequencer/panel.hpp"
 #include "sequencer/step.hpp"
 
-#include <optional>
 #include <string_view>
 
 namespace telvox {
@@ -74,8 +73,8 @@ class Sequencer {
     void run(const Step &step, CounterOf counter);
     void hang_up_step();
     void start_hang_up();
-    void fail(LineEnd line, std::string message);
-    void finish(LineEnd line, std::optional<std::string> message);
+    void fail(LineEnd line, Message message);
+    void finish(LineEnd line);
 
     Context c_;
     Receiver receiver_;

@@ -51,7 +51,6 @@ struct Step {
     void (*act)(Desk &) = nullptr;        ///< done before sending
     RowText send = {};
     Write as = Write::line;
-    bool leaves = false;     ///< takes leave of a device that has confirmed all; it may have gone already
     milliseconds wait{0};    ///< time until the next tick, and so the time allowed for the reply; 0 keeps it
     FlagOf awaits = nullptr; ///< armed; still set at the next tick, it is reported as an error
     Counter next = 0;        ///< the counter afterwards; 0 waits for a reply row to move it

@@ -59,10 +59,12 @@ void QtSerialPort::report(CommEvent event) {
 
 void QtSerialPort::deliver() {
     // A handler may close the port, and then the rest is about a line that is gone.
-    if (std::exchange(waiting_.data, false))
-        comm_event(CommEvent::data);
+    // Data that came with a change of the carrier came from the other side of it: a modem that has lost its
+    // call speaks for itself.
     if (std::exchange(waiting_.carrier, false))
         comm_event(CommEvent::carrier);
+    if (std::exchange(waiting_.data, false))
+        comm_event(CommEvent::data);
     if (waiting_.lost) {
         close();
         comm_event(CommEvent::lost);

@@ -88,24 +88,30 @@ class SystemLine final : public QObject, public Line {
 
   private:
     void watch() {
-        connect(&port_, &QSerialPort::readyRead, this, [this] { report_(CommEvent::data); });
+        connect(&port_, &QSerialPort::readyRead, this, [this] {
+            if (carrier_watch_.isActive())
+                look_at_carrier(); // not later than the words that a modem has for it
+            report_(CommEvent::data);
+        });
         connect(&port_, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
             if (error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
                 error == QSerialPort::WriteError || error == QSerialPort::DeviceNotFoundError)
                 report_(CommEvent::lost);
         });
-        connect(&carrier_watch_, &QTimer::timeout, this, [this] {
-            if (const bool now = carrier(); now != carrier_) {
-                carrier_ = now;
-                report_(CommEvent::carrier);
-            }
-        });
+        connect(&carrier_watch_, &QTimer::timeout, this, [this] { look_at_carrier(); });
         connect(&hang_up_watch_, &QTimer::timeout, this, [this] {
             if (os::hung_up(port_))
                 report_(CommEvent::lost);
         });
         hang_up_watch_.setTimerType(Qt::CoarseTimer);
         hang_up_watch_.start(hang_up_poll);
+    }
+
+    void look_at_carrier() {
+        if (const bool now = carrier(); now != carrier_) {
+            carrier_ = now;
+            report_(CommEvent::carrier);
+        }
     }
 
     [[nodiscard]] bool carrier() { return port_.pinoutSignals() & QSerialPort::DataCarrierDetectSignal; }
