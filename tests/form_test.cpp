@@ -197,6 +197,21 @@ TEST_F(MainWindow, PortListsShowTheFreePortsAndKeepTheChoice) {
     EXPECT_EQ(f.cobSchnittstelle.text, "");
 }
 
+TEST_F(MainWindow, PortListsStayAsTheyAreDuringAHangUp) {
+    rig.program.choose(f.optFernverbindung);
+    rig.free_ports = {6};
+    rig.choose_modem_port(6);
+    rig.program.enter(f.tboRufnummer_Modem, "1");
+    rig.program.click(f.cbuTest);
+    rig.turn_by(milliseconds{60500});
+    ASSERT_TRUE(rig.port.is_open && f.cobModem_Port.usable()); // reported, and the modem is being hung up
+    rig.boxes.clear();
+    rig.free_ports = {}; // its port is taken, by the session itself
+    rig.program.focus(f.cobModem_Port);
+    EXPECT_EQ(f.cobModem_Port.text, "COM 6");
+    EXPECT_THAT(rig.boxes, IsEmpty());
+}
+
 TEST_F(MainWindow, ClosingInTheMiddleOfACallDropsIt) {
     rig.program.choose(f.optFernverbindung);
     rig.free_ports = {6};

@@ -105,7 +105,7 @@ constexpr Launch query_registration = {.checks = cable_checks,
                                        .counter = &JobState::byteGSM_Reg_Counter,
                                        .cable_only = true,
                                        .prepare = [](Desk &d) {
-                                           d.frmGSM_Status.tboReg_zustand.text = "-";
+                                           d.frmGSM_Status.tboReg_zustand.text = unknown;
                                            d.frmGSM_Status.enable_buttons(false);
                                        }};
 constexpr Launch query_signal = {.checks = cable_checks,
@@ -121,7 +121,7 @@ constexpr Launch query_imei = {.checks = cable_checks,
                                .counter = &JobState::byteIMEI_Counter,
                                .cable_only = true,
                                .prepare = [](Desk &d) {
-                                   d.frmGSM_Status.tboIMEI.text = "-";
+                                   d.frmGSM_Status.tboIMEI.text = unknown;
                                    d.frmGSM_Status.enable_buttons(false);
                                }};
 
@@ -174,12 +174,12 @@ void connect_handlers(Desk &desk, Sequencer &sequencer, const Link &link, Serial
 }
 
 void prz_freie_Schnittstellen(Desk &desk, const Link &link, SerialPort &scanner) {
+    if (link.comSeriell.PortOpen())
+        return; // a hang-up still runs: its port is taken, but it is there
     std::vector<std::string> entries;
     for (desk.session.bytePortzaehler = 1; desk.session.bytePortzaehler <= last_port;
          ++desk.session.bytePortzaehler) {
         const int number = desk.session.bytePortzaehler;
-        if (link.comSeriell.PortOpen() && link.comSeriell.CommPort() == number)
-            continue;
         scanner.CommPort(number);
         if (scanner.PortOpen(true).empty())
             entries.push_back(port_entry(number));
