@@ -107,7 +107,7 @@ void launch(Telvox &p, const JobCase &job) {
     p.choose(f.*job.type);
     if (job.remote && !f.optFernverbindung.value)
         p.choose(f.optFernverbindung);
-    p.refresh_ports();
+    p.offer_port(3);
     p.select(f.cobSchnittstelle, "COM 3");
     p.select(f.cobModem_Port, "COM 3");
     p.enter(f.tboRufnummer_Modem, "1");

@@ -1,5 +1,6 @@
 #include "telvox.hpp"
 
+#include "core/port_choice.hpp"
 #include "dialogues/families.hpp"
 #include "ui/launches.hpp"
 
@@ -79,8 +80,6 @@ void Telvox::close(Form &form) {
         event([&] { form.unload(); });
 }
 
-void Telvox::key_F1() { click(desk.frmModem.mnuHilfe); }
-
 void Telvox::Timer1_Timer() {
     event([&] { sequencer_.Timer1_Timer(); });
 }
@@ -89,10 +88,10 @@ void Telvox::comSeriell_OnComm(CommEvent reason) {
     event([&] { sequencer_.comSeriell_OnComm(reason); });
 }
 
-void Telvox::refresh_ports() {
+void Telvox::offer_port(int number) {
     event([&] {
-        prz_freie_Schnittstellen(desk, link_, ports_.scanner);
-        static_cast<void>(desk.outbox.take());
+        for (ComboBox *list : {&desk.frmModem.cobModem_Port, &desk.frmModem.cobSchnittstelle})
+            list->items.push_back(port_entry(number));
     });
 }
 

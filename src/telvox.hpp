@@ -45,11 +45,10 @@ class Telvox {
     void focus(ComboBox &list);
     /// The title bar's close button: what the window's cancel button does, or for the main window the end.
     void close(Form &form);
-    void key_F1();
     void Timer1_Timer();
     void comSeriell_OnComm(CommEvent event);
-    /// Fills the port lists as a focus does, without a box when there is no port.
-    void refresh_ports();
+    /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
+    void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR.
     void Form_Unload();
 

@@ -38,12 +38,10 @@ std::vector<std::string> words(const std::string &call) {
 struct FilledDesk {
     std::string refusal(const std::string &call) {
         try {
-            Operator(rig.program, ports, rig.scanner).work(parse_call(words(call)));
+            Operator(rig.program, ports).work(parse_call(words(call)));
             return {};
         } catch (const UsageError &error) {
             return error.what();
-        } catch (const cli::PortUnusable &error) {
-            return std::string("unusable ") + error.what();
         }
     }
 
@@ -174,12 +172,18 @@ TEST(CliCall, GoesThroughTheMenuToADialogsButton) {
 
 TEST(CliCall, ReportsAPortThatCannotBeOpenedAsTheWindowWould) {
     FilledDesk desk;
-    EXPECT_EQ(desk.refusal("alarmtest --schnittstelle 5"),
-              "unusable COM 5 konnte nicht geöffnet werden.\rnot there");
-    // A path without a number gets the lowest free one.
-    EXPECT_EQ(desk.refusal("alarmtest --schnittstelle /dev/c"),
-              "unusable COM 1 konnte nicht geöffnet werden.\rnot there");
-    EXPECT_EQ(desk.refusal("alarmtest --schnittstelle /dev/a"), "") << "this one is COM 3";
+    desk.rig.open_failure = "not there";
+    EXPECT_EQ(desk.refusal("alarmtest --schnittstelle COM5"), "");
+    EXPECT_EQ(desk.rig.program.outcome(), Outcome::failed);
+    ASSERT_EQ(desk.rig.boxes.size(), 1u);
+    EXPECT_EQ(desk.rig.boxes[0].text, "COM 5 konnte nicht geöffnet werden.\rnot there");
+}
+
+TEST(CliCall, NamesADeviceByItsPath) {
+    FilledDesk desk;
+    EXPECT_THAT(desk.refusal("alarmtest --schnittstelle /dev/not-there"), HasSubstr("vorhandenes Gerät"));
+    EXPECT_EQ(desk.refusal("alarmtest --schnittstelle /dev/null"), "");
+    EXPECT_EQ(desk.rig.port.number, 1) << "the lowest that is free";
 }
 
 TEST(CliCall, LeavesTheChecksToTheForm) {
@@ -263,6 +267,8 @@ TEST_F(CliProgram, TellsAFailureFromARefusal) {
     EXPECT_EQ(out, "");
     EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1);
     start("alarm-aus --schnittstelle /dev/no-such-device");
+    EXPECT_EQ(result(), 2);
+    start("alarm-aus --port 4=/dev/no-such-device --schnittstelle 4");
     EXPECT_EQ(result(), 1);
     EXPECT_THAT(out, HasSubstr("konnte nicht geöffnet werden.\nDie Schnittstelle ist nicht vorhanden.\n"));
 }

@@ -65,7 +65,7 @@ int run(QCoreApplication &application, const cli::Call &call) {
         QCoreApplication::quit();
     });
 
-    cli::Operator(program, ports, scanner).work(call);
+    cli::Operator(program, ports).work(call);
     if (program.busy())
         application.exec();
     program.Form_Unload();
@@ -91,8 +91,5 @@ int main(int argc, char **argv) {
     } catch (const UsageError &error) {
         print(stderr, std::string("telvox-cli: ") + error.what());
         return call_refused;
-    } catch (const cli::PortUnusable &error) {
-        print(stdout, error.what());
-        return job_failed;
     }
 }

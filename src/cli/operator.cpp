@@ -2,6 +2,7 @@
 
 #include "core/port_choice.hpp"
 #include "core/serial_format.hpp"
+#include "desktop/ports/os.hpp"
 
 #include <algorithm>
 
@@ -144,24 +145,21 @@ void Operator::enter(const char *option, TextBox &box, const std::string &value)
 void Operator::choose_port(const char *option, ComboBox &list, const std::string &value) {
     require_usable(option, list);
     const int number = port_number(option, value);
-    scanner_.CommPort(number);
-    const std::string cause = scanner_.PortOpen(true);
-    scanner_.PortOpen(false);
-    if (!cause.empty())
-        throw PortUnusable(port_entry(number) + " konnte nicht geöffnet werden.\r" + cause);
-    program_.refresh_ports();
+    program_.offer_port(number);
     program_.select(list, port_entry(number));
 }
 
 int Operator::port_number(const char *option, const std::string &value) {
     if (const auto number = parse_port_number(value))
         return *number;
+    // Anything else is a device; one that is not there would get a number that says nothing to anybody.
     const bool numeric = value.find_first_not_of("0123456789") == std::string::npos;
-    const int number = numeric || value.starts_with("COM ") ? 0 : ports_.number_of(value);
+    const bool device = !numeric && !value.starts_with("COM") && os::exists(value);
+    const int number = device ? ports_.number_of(value) : 0;
     if (number == 0)
         throw UsageError(
             std::string(option) + ": \"" + value +
-            "\" ist weder eine COM-Nummer von 1 bis 15 noch ein Gerätepfad, für den eine frei ist");
+            "\" ist weder eine COM-Nummer von 1 bis 15 noch ein vorhandenes Gerät, für das eine frei ist");
     return number;
 }
 

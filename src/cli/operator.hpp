@@ -6,20 +6,13 @@
 
 namespace telvox::cli {
 
-/// A port that the call names cannot be opened; `what()` is the window's message for it.
-struct PortUnusable : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 /// Works the program's form like a person at the window: fills it in and presses the job's button. What the
 /// form would not take is refused by name.
 class Operator {
   public:
-    Operator(Telvox &program, PortMap &ports, SerialPort &scanner)
-        : program_(program), ports_(ports), scanner_(scanner) {}
+    Operator(Telvox &program, PortMap &ports) : program_(program), ports_(ports) {}
 
-    /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses,
-    /// PortUnusable for a port that cannot be opened.
+    /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     void work(const Call &call);
 
   private:
@@ -34,7 +27,6 @@ class Operator {
 
     Telvox &program_;
     PortMap &ports_;
-    SerialPort &scanner_;
 };
 
 } // namespace telvox::cli

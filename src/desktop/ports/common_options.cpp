@@ -97,8 +97,9 @@ bool take_common_option(Arguments &arguments, CommonOptions &options) {
 }
 
 std::optional<int> parse_port_number(std::string_view text) {
-    if (text.starts_with("COM "))
-        text.remove_prefix(4);
+    for (const std::string_view prefix : {"COM", " "})
+        if (text.starts_with(prefix))
+            text.remove_prefix(prefix.size());
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc{} || end != text.data() + text.size() || number < 1 || number > last_port)
