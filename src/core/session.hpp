@@ -78,6 +78,8 @@ struct JobState {
     bool boolIMEI_lesen = false;
     bool boolUART_umstellen = false;
 
+    /// Generation that a configuration began with, so that it does not change in the middle of one.
+    bool newer_generation = false;
     bool carrier_up = false;   ///< the dialled call stands, as far as the carrier line shows calls at all
     bool line_dropped = false; ///< it fell in mid-job: what answers now is the local modem itself
 

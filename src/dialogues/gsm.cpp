@@ -12,7 +12,7 @@ namespace {
 /// Commands exist in two generations: "AT**MSG1=" on devices that identify as "KWT Telvox-A", "AT**MSG2=" on
 /// older ones.
 std::string by_generation(const Desk &desk, const char *command, const std::string &rest) {
-    return command + std::string(desk.session.boolWavecom_Modem ? "1=" : "2=") + rest;
+    return command + std::string(desk.jobs.newer_generation ? "1=" : "2=") + rest;
 }
 
 /// The alarm text stands in double quotes on the line, so it cannot hold one.
@@ -30,6 +30,7 @@ constexpr Step configure[] = {
     {.number = 2, .act = [](Desk &d) { d.session.boolWavecom_Modem = false; }, .send = "ATI", .next = 3},
     {.number = 3,
      .status = "Rufnummer des Empfängers wird konfiguriert",
+     .act = [](Desk &d) { d.jobs.newer_generation = d.session.boolWavecom_Modem; },
      .send = [](const Desk &d) { return by_generation(d, "AT**DST", receiver(d)); },
      .next = 4},
     {.number = 4,
@@ -284,6 +285,14 @@ constexpr Reply replies[] = {
     time_reply(&JobState::boolKommunikations_Fehler33, &JobState::byteAlarm_aus_Counter, 2, 100ms),
     time_reply(&JobState::boolKommunikations_Fehler34, &JobState::byteAlarmtest_Counter, 2, 100ms),
     {.contains = "KWT Telvox-A", .take = note_newer_device},
+    // A slow device identifies only after the first command of the wrong generation: the commands begin
+    // again. Later the text may be the echo of an alarm text that names the device.
+    {.contains = "KWT Telvox-A",
+     .at = {&JobState::byteParametrier_Counter, 4},
+     .when = [](const Desk &d) { return !d.jobs.newer_generation; },
+     .counter = &JobState::byteParametrier_Counter,
+     .becomes = 3,
+     .restart = 1100ms},
 };
 
 } // namespace
