@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Time from start to the first mapped window and resident memory of the program over those of an empty main
 # window, alternating in one run under Xvfb; then what the idle program does in ten seconds.
-# Needs xvfb and xdotool. Exit 1 if a ratio is above the limit or the idle program is not idle.
+# Needs xvfb and x11-utils. Exit 1 if a ratio is above the limit or the idle program is not idle.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=build/bench/bin
@@ -9,24 +9,25 @@ rounds=${1:-11}
 export LC_ALL=C
 
 if [ -z "${UNDER_XVFB:-}" ]; then
-    UNDER_XVFB=1 exec xvfb-run -a -s "-screen 0 1280x1024x24" "$0" "$@"
+    UNDER_XVFB=1 exec xvfb-run -a -s "-screen 0 1280x1024x24 -noreset" "$0" "$@"
 fi
 
 now_us() { local t=${EPOCHREALTIME/./}; echo "$t"; }
 
-# start TITLE PROGRAM [OPTION...]: prints "microseconds resident-kB"
+# Hears every window that is mapped, as it happens.
+coproc maps { exec xev -root -event substructure 2>/dev/null; }
+
+# start PROGRAM [OPTION...]: prints "microseconds resident-kB"
 start() {
-    local title=$1 pid begin end
-    shift
+    local pid begin line
+    while read -r -t 0.2 -u "${maps[0]}" line; do :; done
     begin=$(now_us)
     "$@" >/dev/null 2>&1 &
     pid=$!
-    until xdotool search --onlyvisible --name "$title" >/dev/null 2>&1; do
-        [ $(($(now_us) - begin)) -lt 10000000 ] || { echo "no window of $*" >&2; exit 1; }
+    until [[ ${line:-} == MapNotify* ]]; do
+        read -r -t 10 -u "${maps[0]}" line || { echo "no window of $*" >&2; exit 1; }
     done
-    end=$(now_us)
-    sleep 1
-    echo "$((end - begin)) $(awk '/^VmRSS/ {print $2}' "/proc/$pid/status")"
+    echo "$(($(now_us) - begin)) $(sleep 1; awk '/^VmRSS/ {print $2}' "/proc/$pid/status")"
     kill "$pid"
     wait "$pid" 2>/dev/null || true
 }
@@ -35,8 +36,8 @@ median() { sort -n | awk '{v[NR] = $1} END {print v[int((NR + 1) / 2)]}'; }
 
 folder=$(mktemp -d)
 for ((i = 0; i < rounds; ++i)); do
-    start "Leeres Fenster" $bin/bench_empty_window >>"$folder/empty"
-    start "Telvox-A Konfiguration" $bin/telvox --simulator >>"$folder/telvox"
+    start $bin/bench_empty_window >>"$folder/empty"
+    start $bin/telvox --simulator >>"$folder/telvox"
 done
 for what in empty telvox; do
     cut -d' ' -f1 "$folder/$what" | median >"$folder/$what.us"

@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QTimer>
 #include <QTranslator>
 #include <cstdio>
 
@@ -79,9 +80,11 @@ int main(int argc, char **argv) {
     QApplication::setApplicationName("telvox");
     QApplication::setApplicationDisplayName(program_title);
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    // Qt's own texts, such as the menus of text boxes.
+    // Qt's own texts, such as the menus of text boxes; nobody sees one before the window.
     QTranslator german;
-    if (german.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(&german);
+    QTimer::singleShot(0, &german, [&german] {
+        if (german.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+            QApplication::installTranslator(&german);
+    });
     return run(application, call.options);
 }

@@ -104,13 +104,14 @@ void WindowSet::show_or_hide(Form &form) {
     binder(form).draw();
     if (visible)
         return follow_content(made_[&form], height);
+    if (auto *dialog = qobject_cast<QDialog *>(&window)) {
+        if (QWidget *focus = dialog->focusWidget())
+            focus->clearFocus(); // each time it opens it begins at its first field
+        dialog->open();
+    } else {
+        window.show();
+    }
     made_[&form].content_height = content_height(window);
-    auto *dialog = qobject_cast<QDialog *>(&window);
-    if (!dialog)
-        return window.show();
-    if (QWidget *focus = dialog->focusWidget())
-        focus->clearFocus(); // each time it opens it begins at its first field
-    dialog->open();
 }
 
 void WindowSet::follow_content(Made &made, int height) {
