@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=build/bench/bin
-rounds=${1:-11}
+rounds=${1:-15}
 export LC_ALL=C
 
 if [ -z "${UNDER_XVFB:-}" ]; then
