@@ -27,7 +27,8 @@ std::string visible(std::string_view bytes) {
     return text;
 }
 
-std::string bytes_of(std::string_view visible) {
+std::string bytes_of(std::string_view text) {
+    const std::string visible = to_line(text);
     std::string bytes;
     for (std::size_t i = 0; i < visible.size(); ++i) {
         if (visible[i] != '\\' || i + 1 == visible.size()) {
@@ -42,7 +43,7 @@ std::string bytes_of(std::string_view visible) {
             bytes += '\n';
             break;
         case 'x':
-            bytes += static_cast<char>(std::stoi(std::string(visible.substr(i + 1, 2)), nullptr, 16));
+            bytes += static_cast<char>(std::stoi(visible.substr(i + 1, 2), nullptr, 16));
             i += 2;
             break;
         default:

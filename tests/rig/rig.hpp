@@ -15,7 +15,7 @@ using Journal = std::vector<std::string>;
 /// Bytes of the line as readable text: control characters as escapes, the rest as UTF-8.
 std::string visible(std::string_view bytes);
 /// The reverse: "\r", "\n", "\t", "\\" and "\xNN" become bytes, other text Windows-1252.
-std::string bytes_of(std::string_view visible);
+std::string bytes_of(std::string_view text);
 
 /// Simulated outside: a port, a timer and boxes that write a journal, and a clock that the test turns.
 class Rig {

@@ -1,0 +1,420 @@
+#include "rig/player.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+
+namespace telvox::test {
+
+namespace {
+
+constexpr const char *bytes_in = "<-", *bytes_before_tick = "<<-", *done = "|", *silent = "silent";
+constexpr milliseconds long_enough{180'000}; ///< for every job to end by itself
+
+bool is_reply(const Line &line) { return line.verb == bytes_in || line.verb == bytes_before_tick; }
+bool is_fed(const Line &line) { return line.verb != done && line.verb != silent; }
+/// The command of this line opens the port: here a job begins.
+bool is_start(const Line &line) { return line.verb == done && line.rest.starts_with("open "); }
+
+std::string entry(milliseconds at, const std::string &event) {
+    return std::to_string(at.count()) + " | " + event;
+}
+std::string_view event_of(const std::string &entry) {
+    return std::string_view(entry).substr(entry.find('|') + 2);
+}
+
+Line parse(const std::string &text) {
+    std::istringstream words(text);
+    long long at = -1;
+    Line line;
+    if (!(words >> at >> line.verb) || at < 0)
+        throw std::runtime_error("line without time or verb: " + text);
+    words.get();
+    std::getline(words, line.rest);
+    line.at = milliseconds{at};
+    return line;
+}
+
+/// The program in the rig, fed line by line.
+class Player {
+  public:
+    /// Turns the clock to this line's time, tick by tick, and feeds it.
+    void feed(const Line &line, std::size_t piece = 0) {
+        // Bytes of the same instant come before the tick, all else after it.
+        turn_to(line.verb == bytes_before_tick ? line.at - milliseconds{1} : line.at);
+        if (stopped())
+            return;
+        rig.now = line.at;
+        if (is_reply(line))
+            return rig.arrive(bytes_of(line.rest), piece);
+        std::istringstream words(line.rest);
+        std::string name, argument;
+        words >> name >> std::ws;
+        std::getline(words, argument);
+        if (!act(line.verb, name, argument))
+            complain("not understood: " + line.verb + " " + line.rest);
+    }
+
+    /// Turns the clock until `outputs` is reached, at most to this time.
+    void turn_to(milliseconds time) {
+        while (!stopped() && rig.timer.on && rig.timer.due <= time)
+            rig.turn_to(rig.timer.due);
+        if (!stopped())
+            rig.turn_to(time);
+    }
+
+    void lose_port() {
+        rig.port.is_open = false;
+        rig.program.comSeriell_OnComm(CommEvent::lost);
+    }
+
+    /// The session is as before a job.
+    void check_idle() {
+        if (rig.program.busy())
+            complain("the session is not idle");
+        if (rig.timer.on)
+            complain("the timer still runs");
+        if (rig.port.is_open)
+            complain("the port was left open");
+        const Desk &d = rig.program.desk;
+        if (!d.frmModem.fraModemart.usable() || !d.frmModem.fraVerbindungsart.usable() ||
+            !d.frmGSM_Status.cbuSchließen.enabled)
+            complain("the inputs are still locked");
+    }
+
+    void complain(const std::string &what) { faults += std::to_string(rig.now.count()) + ": " + what + "\n"; }
+
+    /// The boxes since the last job was started, those apart that only refuse another start.
+    std::vector<std::string> boxes_of_job() {
+        std::vector<std::string> boxes;
+        for (const std::string &entry : rig.journal) {
+            const std::string_view event = event_of(entry);
+            if (event.starts_with("open "))
+                boxes.clear();
+            else if (event.starts_with("box ") && event != "box Es läuft bereits ein Vorgang.")
+                boxes.emplace_back(event.substr(4));
+        }
+        return boxes;
+    }
+
+    Rig rig;
+    std::string faults;
+    std::optional<int> outputs; ///< the clock stands still after this many outputs
+
+    [[nodiscard]] int outputs_done() const {
+        return static_cast<int>(std::count_if(rig.journal.begin(), rig.journal.end(), [](const auto &entry) {
+            return event_of(entry).starts_with("->");
+        }));
+    }
+    [[nodiscard]] bool stopped() const { return outputs && outputs_done() >= *outputs; }
+
+  private:
+    /// The control of this kind with this name; none if there is none, or more than one.
+    template <class Kind> Kind *control(const std::string &name) {
+        const auto dot = name.find('.');
+        Kind *only = nullptr;
+        for (Form *form : rig.program.desk.forms) {
+            if (dot != std::string::npos && name.substr(0, dot) != form->name)
+                continue;
+            Kind *found = form->find<Kind>(dot == std::string::npos ? name : name.substr(dot + 1));
+            if (found && only)
+                return complain("several windows have " + name), nullptr;
+            only = found ? found : only;
+        }
+        return only;
+    }
+
+    template <class Kind, class Action> bool with(const std::string &name, Action action) {
+        Kind *found = control<Kind>(name);
+        if (found)
+            action(*found);
+        return found != nullptr;
+    }
+
+    template <class Value> void expect(const std::string &name, const Value &shown, const Value &expected) {
+        std::ostringstream words;
+        words << name << " shows " << shown << ", not " << expected;
+        if (shown != expected)
+            complain(words.str());
+    }
+
+    bool act(const std::string &verb, const std::string &name, const std::string &argument) {
+        Telvox &p = rig.program;
+        if (verb == "choose")
+            return with<OptionButton>(name, [&](auto &c) { p.choose(c); });
+        if (verb == "enter")
+            return with<TextBox>(name, [&](auto &c) { p.enter(c, argument); });
+        if (verb == "tick" || verb == "untick")
+            return with<CheckBox>(name, [&](auto &c) { p.set(c, verb == "tick"); });
+        if (verb == "click")
+            return with<Button>(name, [&](auto &c) { p.click(c); }) ||
+                   with<MenuEntry>(name, [&](auto &c) { p.click(c); });
+        if (verb == "shows")
+            return with<TextBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
+                   with<ProgressBar>(name, [&](auto &c) { expect(name, c.value, std::stoi(argument)); });
+        if (verb == "close") {
+            for (Form *form : p.desk.forms)
+                if (name == form->name)
+                    return p.close(*form), true;
+            return false;
+        }
+        if (verb == "set")
+            return set_session(name, argument);
+        if (verb == "cable" || verb == "modem") {
+            rig.free_ports = {std::stoi(name)};
+            verb == "cable" ? rig.choose_cable_port(std::stoi(name)) : rig.choose_modem_port(std::stoi(name));
+            return true;
+        }
+        if (verb == "cannot-open")
+            return rig.open_failure = name + " " + argument, true;
+        if (verb == "can-open")
+            return rig.open_failure.clear(), true;
+        if (verb == "carrier") {
+            if (!rig.port.watches)
+                complain("nobody watches the carrier");
+            return p.comSeriell_OnComm(CommEvent::carrier), true;
+        }
+        if (verb == "lost")
+            return lose_port(), true;
+        if (verb == "end")
+            return check_idle(), true;
+        return false;
+    }
+
+    bool set_session(const std::string &name, const std::string &value) {
+        Session &s = rig.program.desk.session;
+        const std::map<std::string, std::string *> strings = {
+            {"strSMS_Protokoll", &s.strSMS_Protokoll},
+            {"strSMS_Protokoll_ISDN", &s.strSMS_Protokoll_ISDN},
+            {"strSMS_Protokoll_ISDN_fern", &s.strSMS_Protokoll_ISDN_fern},
+            {"strCOMparameter_direkt", &s.strCOMparameter_direkt},
+            {"strCOMparameter_fern", &s.strCOMparameter_fern}};
+        const auto found = strings.find(name);
+        if (found != strings.end())
+            *found->second = value;
+        return found != strings.end();
+    }
+};
+
+/// Feeds all lines of a transcript before this one.
+void feed_until(Player &player, const Transcript &transcript, std::size_t end, std::size_t piece = 0) {
+    for (std::size_t i = 0; i < end; ++i)
+        if (is_fed(transcript[i]))
+            player.feed(transcript[i], piece);
+}
+
+/// What differs between two journals, with all of what was done; empty: nothing.
+std::string difference(const Journal &expected, const Journal &actual) {
+    const auto [e, a] = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
+    if (e == expected.end() && a == actual.end())
+        return {};
+    std::string text = "expected: " + (e == expected.end() ? "(nothing more)" : *e) +
+                       "\ndone:     " + (a == actual.end() ? "(nothing more)" : *a) +
+                       "\nall that was done:\n";
+    for (const std::string &entry : actual)
+        text += entry + "\n";
+    return text;
+}
+
+std::string play_written(const Transcript &transcript, std::size_t piece) {
+    Player player;
+    feed_until(player, transcript, transcript.size(), piece);
+    Journal expected;
+    for (const Line &line : transcript)
+        if (line.verb == done)
+            expected.push_back(entry(line.at, line.rest));
+    return player.faults + difference(expected, player.rig.journal);
+}
+
+/// The device says nothing from line `reply` on: what the program does until it has reported that.
+std::string play_silent(const Transcript &transcript, std::size_t reply, const Line &report) {
+    Player player;
+    feed_until(player, transcript, reply);
+    player.turn_to(transcript[reply].verb == bytes_before_tick ? transcript[reply].at - milliseconds{1}
+                                                               : transcript[reply].at);
+    const std::size_t before = player.rig.journal.size();
+    std::string status = "status Bereit", command;
+    bool dialled = false;
+    for (const std::string &entry : player.rig.journal) {
+        const std::string event(event_of(entry));
+        dialled = (dialled && !event.starts_with("open ")) || event.starts_with("-> ATX3D") ||
+                  event.starts_with("-> ATD");
+        if (event.starts_with("status "))
+            status = event;
+        if (event.starts_with("->"))
+            command = event;
+    }
+    player.turn_to(report.at + long_enough);
+    player.check_idle();
+
+    Journal actual(player.rig.journal.begin() + static_cast<std::ptrdiff_t>(before),
+                   player.rig.journal.end());
+    // Dialling again is all that may happen until then.
+    std::erase_if(actual, [&](const std::string &entry) { return event_of(entry) == command && dialled; });
+    std::vector<std::pair<milliseconds, std::string>> tail;
+    const std::vector<std::string> closes = {"drain", "DTR off", "close"};
+    const auto at = [&](milliseconds time, const std::vector<std::string> &events) {
+        for (const std::string &event : events)
+            tail.emplace_back(time, event);
+    };
+    if (!dialled)
+        at(report.at, closes);
+    if (status != "status Bereit")
+        at(report.at, {"status Bereit"});
+    at(report.at, {"box " + report.rest});
+    if (dialled) {
+        constexpr milliseconds guard{1100};
+        at(report.at + guard, {"status Lokales Modem in den Befehlsmodus schalten", "-> +++"});
+        at(report.at + 2 * guard, {"status auflegen", "-> ATH\\r"});
+        at(report.at + 2 * guard, closes);
+        at(report.at + 2 * guard, {"status Bereit"});
+    }
+    Journal expected;
+    for (const auto &[time, event] : tail)
+        expected.push_back(entry(time, event));
+    std::string wrong = player.faults + difference(expected, actual);
+    return wrong.empty() ? wrong : "silent instead of \"" + transcript[reply].rest + "\":\n" + wrong;
+}
+
+std::string play_lost(const Transcript &transcript) {
+    for (int output = 1;; ++output) {
+        Player player;
+        player.outputs = output;
+        feed_until(player, transcript, transcript.size());
+        if (!player.stopped())
+            return {};
+        player.outputs.reset();
+        if (!player.rig.port.is_open)
+            continue; // it was the job's last output
+        player.lose_port();
+        player.turn_to(player.rig.now + long_enough);
+        player.check_idle();
+        if (const auto boxes = player.boxes_of_job(); boxes.size() != 1)
+            player.complain(std::to_string(boxes.size()) + " boxes instead of one");
+        if (!player.faults.empty())
+            return "port lost after output " + std::to_string(output) + ":\n" + player.faults;
+    }
+}
+
+/// Only half of line `reply` comes. Either that is too little, and it is reported as silence, or it was
+/// enough, and the next reply is missed: a success only where none is missed.
+std::string play_halved(const Transcript &transcript, std::size_t reply) {
+    Line half = transcript[reply];
+    const std::string bytes = bytes_of(half.rest);
+    if (bytes.size() < 2)
+        return {};
+    half.rest = visible(bytes.substr(0, bytes.size() / 2));
+    Player player;
+    feed_until(player, transcript, reply);
+    const auto boxes_before = player.boxes_of_job();
+    player.feed(half);
+    player.turn_to(half.at + long_enough);
+    player.check_idle();
+
+    std::set<std::string> reports, ends(boxes_before.begin(), boxes_before.end());
+    for (std::size_t i = reply + 1; boxes_before.empty() && i < transcript.size() && !is_start(transcript[i]);
+         ++i) {
+        const Line &line = transcript[i];
+        if (line.verb == silent)
+            reports.insert(line.rest);
+        if (line.verb == done && line.rest.starts_with("box "))
+            ends.insert(line.rest.substr(4));
+    }
+    const auto boxes = player.boxes_of_job();
+    const auto &allowed = reports.empty() ? ends : reports;
+    if (boxes.size() > 1 || (!boxes.empty() && !allowed.contains(boxes[0])) ||
+        (boxes.empty() && !reports.empty()))
+        player.complain(boxes.empty() ? "no box"
+                                      : std::to_string(boxes.size()) + " boxes, first: " + boxes[0]);
+    return player.faults.empty() ? "" : "half of \"" + transcript[reply].rest + "\":\n" + player.faults;
+}
+
+} // namespace
+
+Presets::Presets(std::istream &file) {
+    Transcript *section = nullptr;
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#')
+            continue;
+        if (line.starts_with("let ")) {
+            const auto name_end = line.find(' ', 4);
+            texts_.push_back({line.substr(4, name_end - 4), expanded(line.substr(name_end + 1))});
+        } else if (line[0] == '[') {
+            section = &sections_[line.substr(1, line.find(']') - 1)];
+        } else if (!section) {
+            throw std::runtime_error("preset without name: " + line);
+        } else {
+            read_line(line, {}, *section);
+        }
+    }
+}
+
+std::string Presets::expanded(std::string line) const {
+    for (const auto &[name, text] : texts_)
+        for (std::size_t at = 0; (at = line.find(name, at)) != std::string::npos; at += text.size())
+            line.replace(at, name.size(), text);
+    return line;
+}
+
+void Presets::read_line(const std::string &text, milliseconds since, Transcript &into) const {
+    Line line = parse(expanded(text));
+    line.at += since;
+    if (line.verb == "use") {
+        const auto preset = sections_.find(line.rest);
+        if (preset == sections_.end())
+            throw std::runtime_error("no such preset: " + line.rest);
+        for (Line copy : preset->second) {
+            copy.at += line.at;
+            into.push_back(copy);
+        }
+    } else if (line.verb == done) {
+        for (std::string rest = line.rest; !rest.empty();) {
+            const auto bar = rest.find(" | ");
+            into.push_back({line.at, done, rest.substr(0, bar)});
+            rest = bar == std::string::npos ? "" : rest.substr(bar + 3);
+        }
+    } else {
+        if (line.verb == silent &&
+            (into.empty() || !(is_reply(into.back()) || into.back().verb == "carrier")))
+            throw std::runtime_error("nothing that could stay out before: " + text);
+        into.push_back(line);
+    }
+}
+
+Transcript Presets::read(std::istream &file) const {
+    Transcript transcript;
+    for (std::string line; std::getline(file, line);)
+        if (!line.empty() && line[0] != '#')
+            read_line(line, {}, transcript);
+    milliseconds now{0};
+    for (const Line &line : transcript) {
+        if (line.verb == silent)
+            continue;
+        if (line.at < now)
+            throw std::runtime_error("the clock runs backwards: " +
+                                     entry(line.at, line.verb + " " + line.rest));
+        now = line.at;
+    }
+    if (transcript.empty() || transcript.back().verb != "end")
+        throw std::runtime_error("the transcript has no end");
+    return transcript;
+}
+
+std::string play(const Transcript &transcript, Playing how) {
+    if (how == Playing::whole || how == Playing::bytewise)
+        return play_written(transcript, how == Playing::whole ? 0 : 1);
+    if (how == Playing::lost)
+        return play_lost(transcript);
+    std::string wrong;
+    for (std::size_t i = 0; i < transcript.size(); ++i) {
+        if (how == Playing::silent && transcript[i].verb == silent)
+            wrong += play_silent(transcript, i - 1, transcript[i]);
+        if (how == Playing::halved && is_reply(transcript[i]))
+            wrong += play_halved(transcript, i);
+    }
+    return wrong;
+}
+
+} // namespace telvox::test
