@@ -67,7 +67,8 @@ enum class Playing {
     bytewise, ///< replies byte by byte, with the same result
     silent,   ///< once for each "silent": the device says nothing from the line before it on
     lost,     ///< once for each output: the adapter is unplugged after it; one box, everything in order
-    halved    ///< once for each reply: only its first half comes; at most one box, no success too many
+    halved    ///< once for each reply: only its first half comes, and does all that the whole one does, or
+              ///< nothing
 };
 
 /// Plays a transcript. Returns what did not hold, in words; empty: all of it held.
