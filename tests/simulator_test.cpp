@@ -1,5 +1,6 @@
 #include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
+#include "simulator/gprs.hpp"
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
@@ -211,12 +212,129 @@ TEST_F(OnCable, last_command_before_closing_arrives_and_a_silent_device_says_not
     EXPECT_THAT(host.turn(1s), IsEmpty()) << "also what it was about to say";
 }
 
+/// What a host writes, and what it gets back within a second.
+using Dialogue = std::vector<std::pair<std::string, std::string>>;
+
+void talk(Host &host, const Dialogue &dialogue) {
+    for (const auto &[line, answer] : dialogue)
+        EXPECT_EQ(host.line(line, 3s), answer) << line;
+}
+
+struct OnGprsCable : testing::Test {
+    std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>();
+    Cable cable{gprs};
+    Host host{cable};
+};
+
+TEST_F(OnGprsCable, settings_are_answered_with_their_labels_and_lost_by_a_restart_unless_saved) {
+    const std::string long_name(63, 'a');
+    const Dialogue writes = {{"AT**GPRSAPN=internet.OK", ""},
+                             {"AT**PPPUSER=" + long_name, ""},
+                             {"AT**PPPPW=", ""},
+                             {"AT**PPPAUTH=1", ""},
+                             {"AT**AUTOIP=10.0.0.1", ""},
+                             {"AT**AUTOPORTIP=65535", ""},
+                             {"AT**AUTOURL=a=b?.de", ""},
+                             {"AT**AUTOPORTURL=", ""},
+                             {"AT**CLIP=1", ""},
+                             {"AT**CLIP1=+491", ""},
+                             {"AT**CLIP2=", ""},
+                             {"AT**Callback=0,3,3", ""},
+                             {"AT**LL=2", ""},
+                             {"AT**KEEP=255", ""},
+                             {"AT**IPTUSER=u", ""},
+                             {"AT**IPTPW=p w", ""},
+                             {"AT**IPTCONREQ=1", ""},
+                             {"AT**IPTWATCHDOG=0", ""},
+                             {"AT**IPT=3", ""},
+                             {"AT**IPTKEYF=1", ""},
+                             {"AT**IPTKEYC=" + long_name + "2", ""}};
+    const Dialogue reads = {{"AT**GPRSAPN?", "\r\nGPRSAPN: internet.OK\r\n"},
+                            {"AT**PPPUSER?", "\r\nPPPUSER: " + long_name + "\r\n"},
+                            {"AT**PPPPW?", "\r\nPPPPW: \r\n"},
+                            {"AT**PPPAUTH?", "\r\nPPPAUTH: PAP=1\r\n"},
+                            {"AT**AUTOIP?", "\r\nAUTOIP1: 10.0.0.1\r\n"},
+                            {"AT**AUTOPORTIP?", "\r\nAUTOPORTIP1: 65535\r\n"},
+                            {"AT**AUTOURL?", "\r\nAUTOURL1: a=b?.de\r\n"},
+                            {"AT**AUTOPORTURL?", "\r\nAUTOPORTURL1: \r\n"},
+                            {"AT**CLIP?", "\r\nCLIP 1: +491\r\nCLIP 2: \r\nCLIP 3: \r\n"},
+                            {"AT**Callback?", "\r\nCALLBACK: 0,3,3\r\n"},
+                            {"AT**LL?", "\r\nLL1: 2\r\n"},
+                            {"AT**KEEP?", "\r\nKEEP: 255\r\n"},
+                            {"AT**IPT?", "\r\nIPT: 3\r\nIPTUSER: u\r\nIPTPW: p w\r\nIPTKEYF: 1\r\nIPTKEYC: " +
+                                             long_name + "2\r\n"},
+                            {"AT**IMEI?", "\r\nIMEI: 001010000000017\r\n"}};
+    const auto factory = gprs->memory.settings;
+    for (const bool saves : {false, true}) {
+        talk(host, writes);
+        talk(host, reads);
+        const auto written = gprs->memory.settings;
+        host.line("ATQ0");
+        talk(host, {{"AT**LL=9", "\r\nERROR\r\n"},
+                    {"AT**Callback=0,3", "\r\nERROR\r\n"},
+                    {"AT**KEEP=256", "\r\nERROR\r\n"},
+                    {"AT**AUTOPORTIP=65536", "\r\nERROR\r\n"},
+                    {"AT**IPTUSER?", "\r\nERROR\r\n"},
+                    {"AT**?", "\r\nERROR\r\n"},
+                    {"AT**LL?", "\r\nLL1: 2\r\n\r\nOK\r\n"},
+                    {saves ? "AT**SAVE" : "AT", "\r\nOK\r\n"},
+                    {"AT**RESET", ""},
+                    {"AT**IMEI?", ""}}); // deaf
+        host.turn(Unit::start_time);
+        EXPECT_EQ(host.line("AT**IMEI?"), "\r\nIMEI: 001010000000017\r\n") << "result codes are off again";
+        EXPECT_EQ(gprs->memory.settings, saves ? written : factory);
+    }
+}
+
+TEST_F(OnGprsCable, alarm_message_is_stored_in_the_emptied_slot_as_text_up_to_its_end) {
+    host.line("ATQ0");
+    talk(host, {{"AT+CMGW=0171", "\r\nERROR\r\n"}, // not in text mode
+                {"AT+CMGF=1", "\r\nOK\r\n"},
+                {"AT+CMGD=1", "\r\nOK\r\n"},
+                {"AT+CSCA=+49172", "\r\nOK\r\n"},
+                {"AT**INPUT=1", "\r\nOK\r\n"},
+                {"AT+CMGW=0171", "\r\n> "},
+                {"Pumpe *1\x1a", "\r\n+CMGW: 1\r\n\r\nOK\r\n"},
+                {"AT+CMGW=0172", "\r\n> "},
+                {"not in the first slot\x1a", "\r\n+CMGW: 2\r\n\r\nOK\r\n"},
+                {"AT+CMGW=0172", "\r\n> "},
+                {std::string(161, 'x') + "\x1a", "\r\nERROR\r\n"},
+                {"AT+CMGW=0172", "\r\n> "},
+                {"AT**SAVE", ""}, // is text
+                {"\x1b"
+                 "AT**RESET",
+                 ""}});
+    host.turn(Unit::start_time);
+    EXPECT_EQ(gprs->memory.recipient + gprs->memory.text, "0171Pumpe *1");
+    EXPECT_EQ(gprs->memory.service_number, "");
+    EXPECT_FALSE(gprs->memory.input_armed) << "was not saved";
+}
+
+TEST_F(OnGprsCable, data_connection_hears_only_the_escape) {
+    for (const bool deaf : {false, true}) {
+        gprs->go_online();
+        gprs->keeps_online = deaf;
+        host.turn(1s);
+        talk(host, {{"AT**IMEI?", ""}, {"+++ATH", ""}, {"AT**LL=3", ""}});
+        EXPECT_EQ(host.raw("+++", 3s), "");
+        EXPECT_EQ(gprs->online, deaf);
+        EXPECT_TRUE(gprs->connected());
+        EXPECT_EQ(host.line("AT**LL?"), deaf ? "" : "\r\nLL1: 0\r\n") << "in online command mode";
+        host.line("ATH");
+        EXPECT_EQ(gprs->connected(), deaf);
+        gprs->restart(host.now);
+        host.turn(Unit::start_time);
+        EXPECT_FALSE(gprs->connected() || gprs->online);
+    }
+}
+
 struct OverModem : testing::Test {
     std::shared_ptr<Analog> analog = std::make_shared<Analog>();
     std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
     std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::older);
     std::shared_ptr<Gsm> newer = std::make_shared<Gsm>(Generation::newer);
-    LocalModem modem{{{'1', analog}, {'2', isdn}, {'3', gsm}, {'4', newer}}};
+    std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>();
+    LocalModem modem{{{'1', analog}, {'2', isdn}, {'3', gsm}, {'4', gprs}, {'5', newer}}};
     Host host{modem, {9600, 'n', 8, 1}};
 
     /// Dials and enters the remote configuration of the Analog device.
@@ -350,9 +468,25 @@ TEST_F(OverModem, only_the_older_gsm_device_enters_remote_configuration) {
     host.line("AT**EXIT");
     EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
     modem.drop_carrier(host.now);
-    host.line("ATX3D5414", 5s);
+    host.line("ATX3D5415", 5s);
     EXPECT_TRUE(host.carrier());
     EXPECT_THAT(host.raw("***"), IsEmpty());
+}
+
+TEST_F(OverModem, gprs_restarts_when_the_call_in_which_it_was_told_to_is_over) {
+    host.line("ATX3D5414", 5s);
+    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
+    talk(host, {{"AT**LL=2", ""},
+                {"AT**RESET", ""},
+                {"AT**IMEI?", "\r\nIMEI: 001010000000017\r\n"},
+                {"AT**EXIT", ""},
+                {"AT**IMEI?", ""}});
+    modem.drop_carrier(host.now);
+    EXPECT_EQ(gprs->memory.settings.at("LL"), "0");
+    host.line("ATX3D5414", 5s);
+    EXPECT_THAT(host.raw("***"), IsEmpty());
+    host.turn(Unit::start_time);
+    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
 }
 
 TEST_F(OverModem, isdn_text_interface_answers_with_its_prompt_and_drops_the_line) {
@@ -380,8 +514,11 @@ TEST_F(OverModem, isdn_text_interface_answers_with_its_prompt_and_drops_the_line
 }
 
 TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
-    const std::pair<int, std::pair<const char *, const char *>> ports[] = {
-        {1, {"ATI0", "Telvox-A"}}, {2, {"ATI1", "64"}}, {3, {"AT**TIME?", "TIME:"}}, {6, {"AT", "OK"}}};
+    const std::pair<int, std::pair<const char *, const char *>> ports[] = {{1, {"ATI0", "Telvox-A"}},
+                                                                           {2, {"ATI1", "64"}},
+                                                                           {3, {"AT**TIME?", "TIME:"}},
+                                                                           {4, {"AT**IMEI?", "IMEI: "}},
+                                                                           {6, {"AT", "OK"}}};
     for (const auto &[number, dialogue] : ports) {
         auto device = device_on_port(number);
         ASSERT_TRUE(device) << number;

@@ -2,6 +2,7 @@
 
 #include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
+#include "simulator/gprs.hpp"
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
@@ -25,13 +26,15 @@ constexpr Socket sockets[] = {
      []() -> std::unique_ptr<Device> {
          return std::make_unique<Cable>(std::make_shared<Gsm>(Generation::newer));
      }},
+    {4, "Simuliertes Telvox-A GPRS",
+     []() -> std::unique_ptr<Device> { return std::make_unique<Cable>(std::make_shared<Gprs>()); }},
     {6, "Simuliertes lokales Modem",
      []() -> std::unique_ptr<Device> {
          return std::make_unique<LocalModem>(Subscribers{
              {'1', std::make_shared<Analog>()},
              {'2', std::make_shared<Isdn>()},
              {'3', std::make_shared<Gsm>(Generation::older)},
-             {'4', std::make_shared<Gsm>(Generation::older)},
+             {'4', std::make_shared<Gprs>()},
          });
      }},
 };

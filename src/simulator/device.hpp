@@ -2,6 +2,7 @@
 
 #include "core/serial_format.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <optional>
@@ -34,8 +35,14 @@ class Device {
     [[nodiscard]] virtual std::optional<Time> next() const = 0;
 };
 
-/// What the simulator puts on a port: COM 1 an Analog device, COM 2 ISDN, COM 3 GSM, COM 6 a local modem that
-/// dials one of each. Null for a port without a device.
+/// The earlier of two times, of which each may be missing.
+[[nodiscard]] inline std::optional<Time> earlier(std::optional<Time> one, std::optional<Time> other) {
+    return one && other ? std::min(*one, *other) : one ? one : other;
+}
+
+/// What the simulator puts on a port: COM 1 an Analog device, COM 2 ISDN, COM 3 GSM, COM 4 GPRS, COM 6 a
+/// local modem that dials an Analog, ISDN, GSM or GPRS device by the last digit of the number, 1 to 4. Null
+/// for a port without a device.
 [[nodiscard]] std::unique_ptr<Device> device_on_port(int number);
 
 /// What to call the device of a port in the port list; empty for a port without one.

@@ -19,7 +19,7 @@ const Command<FixedLine> FixedLine::shared_commands[] = {
      }},
     {"AT&W", Form::plain,
      [](FixedLine &unit, std::string_view) {
-         unit.memory.saved = true;
+         unit.save();
          return Reply{};
      }},
 };

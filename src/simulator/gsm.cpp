@@ -1,6 +1,7 @@
 #include "simulator/gsm.hpp"
 
-#include <algorithm>
+#include "simulator/values.hpp"
+
 #include <cstdio>
 
 namespace telvox::simulator {
@@ -10,106 +11,49 @@ namespace {
 constexpr Nature newer_nature{.remote = false};
 constexpr Nature older_nature{.stars = 3, .greeting = "\r\nREMOTE CONFIGURATION MODE\r\n"};
 
-/// Keeps a value for good at once; a mobile device has no command that it would wait for.
-Reply keep(Gsm &unit, std::string Memory::*field, std::string_view value, std::size_t limit) {
-    const Reply reply = store(unit.memory, field, value, limit);
-    unit.memory.saved = true;
-    return reply;
-}
-
-Reply keep_recipient(Gsm &unit, std::string_view value) {
-    return keep(unit, &Memory::recipient, value, number_limit);
-}
-
-Reply keep_pin(Gsm &unit, std::string_view value) {
-    const bool digits = std::all_of(value.begin(), value.end(), [](char c) { return c >= '0' && c <= '9'; });
-    if (!digits || (!value.empty() && value.size() < 4))
-        return refused;
-    return keep(unit, &Memory::pin, value, 8);
-}
-
-Reply arm_input(Gsm &unit, std::string_view value) {
-    if (value != "0" && value != "1")
-        return refused;
-    unit.memory.input_armed = value == "1";
-    return {};
-}
-
-/// A text stands between double quotes and holds none itself.
-Reply keep_text(Gsm &unit, std::string_view value) {
-    if (value.size() < 2 || value.front() != '"' || value.find('"', 1) != value.size() - 1)
-        return refused;
-    return keep(unit, &Memory::text, value.substr(1, value.size() - 2), text_limit);
-}
-
 } // namespace
 
 const Command<Gsm> Gsm::commands[] = {
-    {"AT", Form::plain, [](Gsm &, std::string_view) { return Reply{}; }},
     {"AT**TIME?", Form::plain, [](Gsm &unit, std::string_view) { return unit.clock(); }},
     {"AT**SCN=", Form::value,
      [](Gsm &unit, std::string_view value) {
-         return keep(unit, &Memory::service_number, value, number_limit);
-     }},
-    {"AT**PIN=", Form::value, keep_pin},
-    {"AT**PIN?", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         return Reply{.text = unit.memory.pin.empty() ? "PIN: inactive" : "PIN: active"};
-     }},
-    {"AT**IMEI?", Form::plain,
-     [](Gsm &unit, std::string_view) { return Reply{.text = "IMEI: " + unit.imei}; }},
-    {"AT+CPIN?", Form::plain, [](Gsm &unit, std::string_view) { return unit.sim_state(); }},
-    {"AT+CREG?", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         return Reply{.text = "+CREG: 0," + std::to_string(unit.registration)};
-     }},
-    {"AT+CSQ", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         return Reply{.text = "+CSQ: " + std::to_string(unit.signal) + ",0"};
-     }},
-    {"ATQ0", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         unit.result_codes_ = true;
-         return Reply{};
-     }},
-    {"ATQ1", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         unit.result_codes_ = false;
-         return Reply{};
-     }},
-    {"AT&W", Form::plain, [](Gsm &, std::string_view) { return Reply{}; }},
-    {"AT**EXIT", Form::plain,
-     [](Gsm &unit, std::string_view) {
-         unit.leave_remote();
-         return Reply{};
+         return unit.keep_value(&Memory::service_number, value, number_limit);
      }},
 };
 
 const Command<Gsm> Gsm::newer_commands[] = {
     {"ATI", Form::plain, [](Gsm &, std::string_view) { return Reply{.text = "KWT Telvox-A GSM V3.2"}; }},
-    {"AT**DST1=", Form::value, keep_recipient},
-    {"AT**MSG1=", Form::value, keep_text},
-    {"AT**INPUT1=", Form::value, arm_input},
+    {"AT**DST1=", Form::value,
+     [](Gsm &unit, std::string_view value) {
+         return unit.keep_value(&Memory::recipient, value, number_limit);
+     }},
+    {"AT**MSG1=", Form::value, [](Gsm &unit, std::string_view value) { return unit.keep_text(value); }},
+    {"AT**INPUT1=", Form::value, [](Gsm &unit, std::string_view value) { return unit.arm_input(value); }},
     {"AT**SMS=1", Form::plain, [](Gsm &unit, std::string_view) { return send_alarm(unit.memory); }},
 };
 
 const Command<Gsm> Gsm::older_commands[] = {
     {"ATI", Form::plain, [](Gsm &, std::string_view) { return Reply{.text = "Telvox-A GSM V1.4"}; }},
-    {"AT**DST2=", Form::value, keep_recipient},
-    {"AT**MSG2=", Form::value, keep_text},
-    {"AT**INPUT2=", Form::value, arm_input},
+    {"AT**DST2=", Form::value,
+     [](Gsm &unit, std::string_view value) {
+         return unit.keep_value(&Memory::recipient, value, number_limit);
+     }},
+    {"AT**MSG2=", Form::value, [](Gsm &unit, std::string_view value) { return unit.keep_text(value); }},
+    {"AT**INPUT2=", Form::value, [](Gsm &unit, std::string_view value) { return unit.arm_input(value); }},
     {"AT**SMS=2", Form::plain, [](Gsm &unit, std::string_view) { return send_alarm(unit.memory); }},
 };
 
 Gsm::Gsm(Generation generation)
-    : Unit(generation == Generation::newer ? newer_nature : older_nature), generation_(generation) {}
+    : Mobile(generation == Generation::newer ? newer_nature : older_nature), generation_(generation) {}
 
 Reply Gsm::command(std::string_view line) {
-    if (auto reply = run_command<Gsm>(commands, *this, line))
-        return *reply;
     const auto own = generation_ == Generation::newer ? std::span<const Command<Gsm>>{newer_commands}
                                                       : std::span<const Command<Gsm>>{older_commands};
-    return run_command<Gsm>(own, *this, line).value_or(refused);
+    if (auto reply = run_command<Gsm>(own, *this, line))
+        return *reply;
+    if (auto reply = run_command<Gsm>(commands, *this, line))
+        return *reply;
+    return shared_command(line);
 }
 
 /// The clock has no battery: it starts anew with the power.
@@ -128,10 +72,25 @@ Reply Gsm::clock() const {
     return {.text = text};
 }
 
-Reply Gsm::sim_state() const {
-    if (!sim_present)
+Reply Gsm::keep_value(std::string Memory::*field, std::string_view value, std::size_t limit) {
+    if (value.size() > limit)
         return refused;
-    return {.text = sim_pin.empty() || memory.pin == sim_pin ? "+CPIN: READY" : "+CPIN: SIM PIN"};
+    keep(field, std::string{value});
+    return {};
+}
+
+/// A text stands between double quotes and holds none itself.
+Reply Gsm::keep_text(std::string_view value) {
+    if (value.size() < 2 || value.front() != '"' || value.find('"', 1) != value.size() - 1)
+        return refused;
+    return keep_value(&Memory::text, value.substr(1, value.size() - 2), text_limit);
+}
+
+Reply Gsm::arm_input(std::string_view value) {
+    if (!one_of(value, "01"))
+        return refused;
+    keep(&Memory::input_armed, value == "1");
+    return {};
 }
 
 } // namespace telvox::simulator

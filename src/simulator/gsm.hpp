@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/unit.hpp"
+#include "simulator/mobile.hpp"
 
 namespace telvox::simulator {
 
@@ -8,29 +8,22 @@ namespace telvox::simulator {
 /// older one, which numbers them with 2, can be configured in a call.
 enum class Generation { newer, older };
 
-/// Device in the mobile network. What it is told it keeps at once; it gives no result codes until they are
-/// switched on.
-class Gsm final : public Unit {
+/// Device in the mobile network. What it is told it keeps at once, but for its serial format.
+class Gsm final : public Mobile {
   public:
     explicit Gsm(Generation generation);
 
-    int signal = 17;      ///< 0 to 31, 99: not known
-    int registration = 1; ///< 0 off, 1 home network, 2 searching, 3 refused, 5 roaming
-    std::string imei = "001010000000017";
-    std::string sim_pin;     ///< PIN that the SIM card asks for; empty: none
-    bool sim_present = true; ///< without a card the PIN query gets no answer
-
   private:
     Reply command(std::string_view line) override;
-    [[nodiscard]] bool result_codes() const override { return result_codes_; }
     Reply clock() const;
-    Reply sim_state() const;
+    Reply keep_value(std::string Memory::*field, std::string_view value, std::size_t limit);
+    Reply keep_text(std::string_view value);
+    Reply arm_input(std::string_view value);
     static const Command<Gsm> commands[];
     static const Command<Gsm> newer_commands[];
     static const Command<Gsm> older_commands[];
 
     Generation generation_;
-    bool result_codes_ = false;
 };
 
 } // namespace telvox::simulator

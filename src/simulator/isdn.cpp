@@ -63,7 +63,7 @@ const Command<Isdn> Isdn::remote_commands[] = {
      }},
     {"save", Form::plain,
      [](Isdn &unit, std::string_view) {
-         unit.memory.saved = true;
+         unit.save();
          return Reply{};
      }},
     {"Alarm", Form::plain,

@@ -117,13 +117,13 @@ void LocalModem::run(Time now) {
 }
 
 void LocalModem::hear(char byte, Time at) {
+    escape_.hear(byte, at);
     if (state_ == State::online) {
-        watch_escape(byte);
-        last_byte_ = at;
+        timer_ = escape_.due();
         called_->hear(byte, at);
         return;
     }
-    last_byte_ = at;
+    escape_.clear();
     if (echo)
         to_host_.send({&byte, 1}, at);
     // Any character breaks off the dialling, and begins the next command.
@@ -147,28 +147,15 @@ void LocalModem::run_line(std::string_view line) {
         say("ERROR");
 }
 
-void LocalModem::watch_escape(char byte) {
-    timer_.reset();
-    const bool silence = !last_byte_ || now_ - *last_byte_ >= guard_time;
-    if (byte != '+')
-        pluses_ = 0;
-    else if (silence)
-        pluses_ = 1;
-    else
-        pluses_ = pluses_ > 0 && pluses_ < 3 ? pluses_ + 1 : 0;
-    if (pluses_ == 3)
-        timer_ = now_ + guard_time;
-}
-
 void LocalModem::timer_ran_out() {
     timer_.reset();
     if (state_ == State::online) {
         state_ = State::escaped;
+        escape_.clear();
         line_.clear();
         say("OK");
     } else if (called_ && !busy) {
         state_ = State::online;
-        pluses_ = 0;
         say(called_->nature().connect);
         called_->call(now_);
     } else {
@@ -194,7 +181,6 @@ Reply LocalModem::go_online() {
     if (state_ != State::escaped)
         return refused;
     state_ = State::online;
-    pluses_ = 0;
     return {};
 }
 
@@ -203,6 +189,7 @@ void LocalModem::hang_up() {
         called_->release();
     called_.reset();
     timer_.reset();
+    escape_.clear();
     line_.clear();
     state_ = State::command;
 }

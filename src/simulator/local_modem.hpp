@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/escape_watch.hpp"
 #include "simulator/unit.hpp"
 #include "simulator/wire.hpp"
 
@@ -15,8 +16,6 @@ using Subscribers = std::map<char, std::shared_ptr<Unit>>;
 /// to the device that answers. The carrier line is on as long as the call lasts.
 class LocalModem final : public Device {
   public:
-    /// The escape "+++" counts only with at least this much silence before and behind it.
-    static constexpr Time guard_time{1000};
     /// A call that nobody takes is given up after this time.
     static constexpr Time ring_limit{45'000};
 
@@ -45,7 +44,6 @@ class LocalModem final : public Device {
     void run(Time now);
     void hear(char byte, Time at);
     void run_line(std::string_view line);
-    void watch_escape(char byte);
     void timer_ran_out();
     void say(std::string_view text);
     Reply dial(std::string_view number);
@@ -58,8 +56,7 @@ class LocalModem final : public Device {
     State state_ = State::command;
     Time now_{0};
     std::optional<Time> timer_; ///< end of the ringing, or of the silence behind an escape
-    std::optional<Time> last_byte_;
-    int pluses_ = 0;
+    EscapeWatch escape_;
     LineCollector line_;
     Wire from_host_;
     Wire to_host_;

@@ -20,14 +20,38 @@ void Unit::release() {
     forget();
 }
 
+void Unit::restart(Time now) {
+    release();
+    now_ = now;
+    awake_at_ = now + start_time;
+    const int alarms = memory.alarms;
+    memory = stored_;
+    memory.alarms = alarms;
+    online = false;
+    escape_.clear();
+    started();
+}
+
+void Unit::save() {
+    memory.saved = true;
+    stored_ = memory;
+}
+
 void Unit::hear(char byte, Time now) {
-    if (silent)
+    if (silent || now < awake_at_)
         return;
     now_ = now;
+    if (online) {
+        if (!keeps_online)
+            escape_.hear(byte, now);
+        return;
+    }
     if (access_ == Access::locked) {
         knock(byte);
         return;
     }
+    if (takes(byte))
+        return;
     // A caller without a password does not wait for the greeting and knocks again between its commands.
     if (in_remote() && password.empty() && nature_->stars > 0 && line_.empty() && byte == '*')
         return;
@@ -91,10 +115,19 @@ void Unit::say(std::string bytes, bool drops_line) {
 }
 
 std::optional<Time> Unit::next() const {
-    return sayings_.empty() ? std::nullopt : std::optional{sayings_.front().at};
+    const auto said = sayings_.empty() ? std::nullopt : std::optional{sayings_.front().at};
+    return earlier(said, escape_.due());
 }
 
 Unit::Saying Unit::take() {
+    if (const auto escaped = escape_.due(); escaped && escaped == next()) {
+        escape_.clear();
+        now_ = *escaped;
+        online = false;
+        line_.clear();
+        answer({});
+        return {now_, {}, false};
+    }
     Saying saying = std::move(sayings_.front());
     sayings_.pop_front();
     if (silent)

@@ -2,9 +2,11 @@
 
 #include "simulator/command.hpp"
 #include "simulator/device.hpp"
+#include "simulator/escape_watch.hpp"
 #include "simulator/line_collector.hpp"
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +22,10 @@ struct Memory {
     std::string pin;
     std::string msn;
     std::string data_msn; ///< the MSN for data calls, which has a command of its own
+    std::map<std::string, std::string, std::less<>>
+        settings;                ///< of a GPRS device, by the name in its command
+    bool message_stored = false; ///< the message slot that a GPRS device sends as its alarm is taken
+    bool text_mode = false;      ///< messages are taken as text
     bool input_armed = false;
     bool point_to_point = false;
     bool saved = true; ///< false from a change until the command that saves
@@ -47,6 +53,8 @@ class Unit {
     static constexpr Time processing{40};
     /// Answers that it can have in work; commands beyond them are lost.
     static constexpr std::size_t backlog = 32;
+    /// A device hears nothing for this long after its power came or it was told to restart.
+    static constexpr Time start_time{8000};
 
     struct Saying {
         Time at;
@@ -64,6 +72,9 @@ class Unit {
     void call(Time now);
     /// The call is over, or the cable was plugged or its port opened: what was begun is forgotten.
     void release();
+    /// Switch: the power goes off and comes back. The device is deaf until it has started, what was not saved
+    /// is lost.
+    void restart(Time now);
     void hear(char byte, Time now);
     /// When the device next says something.
     [[nodiscard]] std::optional<Time> next() const;
@@ -73,6 +84,9 @@ class Unit {
     Memory memory;
     std::string password; ///< of the remote configuration; without one every caller is let in
     bool silent = false;  ///< switch: without power, neither hears nor says anything
+    /// Bytes pass through to a peer instead of being commands, until "+++" with silence around it.
+    bool online = false;
+    bool keeps_online = false; ///< switch: does not heed the escape
 
   protected:
     /// Runs a command line.
@@ -81,10 +95,24 @@ class Unit {
     [[nodiscard]] virtual bool asking() const { return false; }
     [[nodiscard]] virtual bool result_codes() const { return true; }
     virtual void forget() {}
+    /// The device has started anew.
+    virtual void started() {}
+    /// Whether the device takes a byte for something else than a command line.
+    virtual bool takes(char) { return false; }
+    /// Says the answer to what the device was told.
+    void answer(const Reply &reply);
+    /// Keeps everything beyond the power going off.
+    void save();
+    /// Keeps one value for good at once, and no other.
+    template <class Value> void keep(Value Memory::*field, Value value) {
+        memory.*field = value;
+        stored_.*field = std::move(value);
+    }
     /// Ends the remote configuration; the call stays until the caller hangs up.
     void leave_remote();
     /// In a call, behind the password.
     [[nodiscard]] bool in_remote() const { return access_ == Access::remote; }
+    [[nodiscard]] bool in_call() const { return access_ != Access::cable; }
     [[nodiscard]] Time now() const { return now_; }
 
   private:
@@ -94,11 +122,13 @@ class Unit {
     void greet();
     void knock(char byte);
     void check_password(std::string_view line);
-    void answer(const Reply &reply);
 
     const Nature *nature_;
     Access access_ = Access::cable;
     Time now_{0};
+    Time awake_at_{0};
+    Memory stored_; ///< what the device has after a start
+    EscapeWatch escape_;
     std::size_t stars_ = 0;
     LineCollector line_;
     std::deque<Saying> sayings_;

@@ -48,10 +48,4 @@ void Wire::clear() {
     free_at_ = Exact{0};
 }
 
-std::optional<Time> earlier(std::optional<Time> one, std::optional<Time> other) {
-    if (one && other)
-        return std::min(*one, *other);
-    return one ? one : other;
-}
-
 } // namespace telvox::simulator

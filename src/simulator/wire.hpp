@@ -44,7 +44,4 @@ class Wire {
     std::deque<Piece> pieces_;
 };
 
-/// The earlier of two times, of which each may be missing.
-[[nodiscard]] std::optional<Time> earlier(std::optional<Time> one, std::optional<Time> other);
-
 } // namespace telvox::simulator
