@@ -245,31 +245,23 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
     player.turn_to(report.at + long_enough);
     player.check_idle();
 
-    Journal actual(player.rig.journal.begin() + static_cast<std::ptrdiff_t>(before),
-                   player.rig.journal.end());
+    Journal expected,
+        actual(player.rig.journal.begin() + static_cast<std::ptrdiff_t>(before), player.rig.journal.end());
     // Dialling again is all that may happen until then.
     std::erase_if(actual, [&](const std::string &entry) { return event_of(entry) == command && dialled; });
-    std::vector<std::pair<milliseconds, std::string>> tail;
-    const std::vector<std::string> closes = {"drain", "DTR off", "close"};
-    const auto at = [&](milliseconds time, const std::vector<std::string> &events) {
+    const auto then = [&, at = report.at](int guards, std::initializer_list<std::string> events) {
         for (const std::string &event : events)
-            tail.emplace_back(time, event);
+            expected.push_back(entry(at + guards * milliseconds{1100}, event));
     };
     if (!dialled)
-        at(report.at, closes);
+        then(0, {"drain", "DTR off", "close"});
     if (status != "status Bereit")
-        at(report.at, {"status Bereit"});
-    at(report.at, {"box " + report.rest});
+        then(0, {"status Bereit"});
+    then(0, {"box " + report.rest});
     if (dialled) {
-        constexpr milliseconds guard{1100};
-        at(report.at + guard, {"status Lokales Modem in den Befehlsmodus schalten", "-> +++"});
-        at(report.at + 2 * guard, {"status auflegen", "-> ATH\\r"});
-        at(report.at + 2 * guard, closes);
-        at(report.at + 2 * guard, {"status Bereit"});
+        then(1, {"status Lokales Modem in den Befehlsmodus schalten", "-> +++"});
+        then(2, {"status auflegen", "-> ATH\\r", "drain", "DTR off", "close", "status Bereit"});
     }
-    Journal expected;
-    for (const auto &[time, event] : tail)
-        expected.push_back(entry(time, event));
     std::string wrong = player.faults + difference(expected, actual);
     return wrong.empty() ? wrong : "silent instead of \"" + transcript[reply].rest + "\":\n" + wrong;
 }
