@@ -16,13 +16,11 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr SerialFormat cable_format{2400, 'e', 8, 1};
-
 /// A host at the device's line with a clock that the test turns. It wakes the device exactly when the device
 /// asks for it, so a wrong `next` shows as a missing answer.
 class Host {
   public:
-    explicit Host(Device &device, const SerialFormat &format = cable_format) : device_(device) {
+    explicit Host(Device &device, const SerialFormat &format = factory_format) : device_(device) {
         device_.format(format, now);
         device_.open(true, now);
     }
@@ -70,23 +68,10 @@ TEST_F(OnCable, bytes_come_at_the_pace_of_the_line_in_small_pieces) {
     EXPECT_EQ(host.turn(2ms), "\r\nIMEI: ");
     EXPECT_EQ(host.turn(200ms), gsm->imei + "\r\n");
 
-    Cable fast{gsm, {19200, 'n', 8, 1}};
+    gsm->set_format({19200, 'n', 8, 1});
+    Cable fast{gsm};
     Host quick{fast, {19200, 'n', 8, 1}};
     EXPECT_THAT(quick.line("AT**IMEI?", 60ms), HasSubstr(gsm->imei));
-}
-
-TEST_F(OnCable, device_is_mute_in_a_foreign_format_unless_it_adapts) {
-    for (const SerialFormat &wrong : {SerialFormat{9600, 'e', 8, 1}, SerialFormat{2400, 'n', 8, 1}}) {
-        Cable cable{gsm};
-        Host host{cable, wrong};
-        EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
-        host.line("AT**SCN=0800");
-        EXPECT_THAT(gsm->memory.service_number, IsEmpty());
-        cable.format(cable_format, host.now);
-        EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME:"));
-    }
-    Host fast{analog_cable, {9600, 'n', 8, 1}};
-    EXPECT_THAT(fast.line("ATI"), HasSubstr("33600"));
 }
 
 TEST_F(OnCable, gsm_gives_result_codes_only_when_they_are_on) {
@@ -190,7 +175,7 @@ TEST_F(OnCable, hostile_input_leaves_the_device_alive_and_bounded) {
     host.line("ATQ0");
     std::string flood;
     for (int i = 0; i < 100'000; ++i)
-        flood += "A\r";
+        flood += "ATA\r";
     const std::string answers = host.raw(flood, 10min);
     EXPECT_THAT(answers, HasSubstr("ERROR"));
     const auto line_time = 5ms * Wire::capacity;
@@ -218,6 +203,110 @@ using Dialogue = std::vector<std::pair<std::string, std::string>>;
 void talk(Host &host, const Dialogue &dialogue) {
     for (const auto &[line, answer] : dialogue)
         EXPECT_EQ(host.line(line, 3s), answer) << line;
+}
+
+/// A device on its cable is told a new format; behind each line it talks in the format that stands there.
+struct FormatChange {
+    const char *name;
+    std::shared_ptr<Unit> (*make)();
+    const char *check;
+    const char *answer;
+    std::vector<std::pair<const char *, const char *>> lines;
+};
+
+template <class Family, auto... Arguments> std::shared_ptr<Unit> make() {
+    return std::make_shared<Family>(Arguments...);
+}
+
+const FormatChange format_changes[] = {
+    {"GSM",
+     make<Gsm, Generation::newer>,
+     "AT**TIME?",
+     "TIME:",
+     {{"AT**BAUD=9600", "2400,e,8,1"}, {"AT**FORMAT=8n2", "2400,e,8,1"}, {"AT&W", "9600,n,8,2"}}},
+    {"ISDN",
+     make<Isdn>,
+     "ATI1",
+     "64",
+     {{"AT%B1", "2400,e,8,1"},
+      {"AT**PRTY=1", "2400,e,8,1"},
+      {"AT**DBITS=7", "2400,e,8,1"},
+      {"AT&W", "1200,o,7,1"}}},
+    {"GPRS",
+     make<Gprs>,
+     "AT**IMEI?",
+     "IMEI: ",
+     {{"AT**BAUD=19200", "19200,e,8,1"}, {"AT**FORMAT=7o1", "19200,o,7,1"}, {"AT&W", "19200,o,7,1"}}},
+};
+
+TEST(Formats, device_follows_its_change_where_its_family_does_and_keeps_it_when_saved) {
+    for (const auto &[name, make, check, answer, lines] : format_changes) {
+        for (const bool saves : {true, false}) {
+            const auto unit = make();
+            Cable cable{unit};
+            Host host{cable};
+            auto format = factory_format;
+            for (const auto &[line, then] : lines) {
+                SCOPED_TRACE(std::string{name} + " " + line);
+                if (!saves && line == std::string_view{"AT&W"})
+                    continue;
+                host.line(line);
+                const auto before = std::exchange(format, *parse_format(then));
+                for (const auto &spoken : {before, format}) {
+                    cable.format(spoken, host.now);
+                    const auto heard = host.line(check);
+                    EXPECT_EQ(heard.find(answer) != std::string::npos, spoken == format) << heard;
+                }
+            }
+            unit->restart(host.now);
+            host.turn(Unit::start_time);
+            cable.format(saves ? format : factory_format, host.now);
+            EXPECT_THAT(host.line(check), HasSubstr(answer)) << name;
+        }
+    }
+}
+
+TEST(Formats, what_is_no_format_of_the_family_is_refused) {
+    const std::pair<std::shared_ptr<Unit>, std::vector<const char *>> refusals[] = {
+        {make<Gsm, Generation::older>(), {"AT**BAUD=", "AT**BAUD=2401", "AT**BAUD=2400,e", "AT**FORMAT=9n1"}},
+        {make<Gprs>(), {"AT**FORMAT=8n", "AT**FORMAT=8x1", "AT**FORMAT=8n1 "}},
+        {make<Isdn>(), {"AT%B0", "AT%B7", "AT%B", "AT**PRTY=3", "AT**DBITS=9", "AT**DBITS=78"}},
+    };
+    for (const auto &[unit, lines] : refusals) {
+        Cable cable{unit};
+        Host host{cable};
+        host.line("ATQ0");
+        for (const auto *line : lines)
+            EXPECT_EQ(host.line(line), "\r\nERROR\r\n") << line;
+        host.line("AT&W");
+        EXPECT_EQ(unit->format(), factory_format);
+    }
+}
+
+TEST(Formats, some_families_adapt_and_noise_is_no_command) {
+    const auto analog = std::make_shared<Analog>();
+    Cable cable{analog};
+    Host host{cable, {9600, 'n', 8, 1}};
+    EXPECT_THAT(host.line("ATI"), HasSubstr("33600"));
+
+    Cable isdn{make<Isdn>()};
+    Host two_stop_bits{isdn, {2400, 'e', 8, 2}};
+    EXPECT_THAT(two_stop_bits.line("ATI1"), HasSubstr("64"));
+
+    const auto gsm = make<Gsm, Generation::newer>();
+    Cable line{gsm};
+    Host wrong{line, {2400, 'n', 8, 1}};
+    EXPECT_THAT(wrong.line("AT**SCN=0800"), IsEmpty());
+    line.format(factory_format, wrong.now);
+    line.receive("AT**TIME?\r", wrong.now);
+    wrong.turn(60ms);
+    line.format({1200, 'e', 8, 1}, wrong.now);
+    const auto heard = wrong.turn(1s);
+    EXPECT_THAT(heard, testing::AllOf(Not(IsEmpty()), testing::Each(testing::Lt('\0'))))
+        << "noise to the host too";
+    line.format(factory_format, wrong.now);
+    EXPECT_THAT(wrong.line("AT**TIME?"), HasSubstr("TIME:")) << "behind the noise";
+    EXPECT_THAT(gsm->memory.service_number, IsEmpty());
 }
 
 struct OnGprsCable : testing::Test {

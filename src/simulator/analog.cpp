@@ -5,7 +5,7 @@ namespace telvox::simulator {
 namespace {
 
 constexpr Nature analog_nature{
-    .adapts_format = true,
+    .adapts = Adapts::everything,
     .stars = 4,
     .greeting = "\r\nONLINE\r\n",
     .admission = "\r\n>",

@@ -2,19 +2,11 @@
 
 namespace telvox::simulator {
 
-Cable::Cable(std::shared_ptr<Unit> unit, const SerialFormat &own)
-    : unit_(std::move(unit)), own_(own), host_(own) {
-    to_unit_.format(own_);
-    to_host_.format(own_);
-}
-
 void Cable::open(bool on, Time now) {
     run(now);
     // The host drains before it closes, so what it wrote still reaches the device.
-    while (const auto arrives = to_unit_.next()) {
-        for (const char byte : to_unit_.take())
-            unit_->hear(byte, *arrives);
-    }
+    while (to_unit_.next())
+        hear();
     open_ = on;
     to_host_.clear();
     unit_->release();
@@ -23,10 +15,6 @@ void Cable::open(bool on, Time now) {
 void Cable::format(const SerialFormat &format, Time now) {
     run(now);
     host_ = format;
-    if (understood()) {
-        to_unit_.format(format);
-        to_host_.format(format);
-    }
 }
 
 // The cable has no wire for it.
@@ -34,13 +22,13 @@ void Cable::dtr(bool, Time now) { run(now); }
 
 void Cable::receive(std::string_view bytes, Time now) {
     run(now);
-    if (open_ && understood())
-        to_unit_.send(bytes, now);
+    if (open_)
+        to_unit_.send(bytes, host_, now);
 }
 
 std::string Cable::transmit(Time now) {
     run(now);
-    return to_host_.take_until(now);
+    return to_host_.take_until(now, host_);
 }
 
 bool Cable::carrier(Time) { return false; }
@@ -57,12 +45,20 @@ void Cable::run(Time now) {
         if (!first || *first > now)
             return;
         if (heard == first) {
-            for (const char byte : to_unit_.take())
-                unit_->hear(byte, *first);
-        } else if (const auto saying = unit_->take(); open_ && understood()) {
-            to_host_.send(saying.bytes, saying.at);
+            hear();
+            continue;
         }
+        const SerialFormat spoken = unit_->format();
+        if (const auto saying = unit_->take(); open_)
+            to_host_.send(saying.bytes, spoken, saying.at);
     }
+}
+
+void Cable::hear() {
+    const auto piece = to_unit_.take();
+    unit_->adapt(piece.format);
+    for (const char byte : piece.format == unit_->format() ? piece.bytes : noise(piece.bytes))
+        unit_->hear(byte, piece.arrives);
 }
 
 } // namespace telvox::simulator

@@ -7,11 +7,11 @@
 
 namespace telvox::simulator {
 
-/// A device on its own cable. It understands its own serial format only, unless its family adapts itself, and
-/// is mute in every other.
+/// A device on its own cable. What comes in another serial format than the receiver's is noise to it, on both
+/// sides.
 class Cable final : public Device {
   public:
-    explicit Cable(std::shared_ptr<Unit> unit, const SerialFormat &own = {2400, 'e', 8, 1});
+    explicit Cable(std::shared_ptr<Unit> unit) : unit_(std::move(unit)) {}
 
     void open(bool on, Time now) override;
     void format(const SerialFormat &format, Time now) override;
@@ -23,11 +23,10 @@ class Cable final : public Device {
 
   private:
     void run(Time now);
-    [[nodiscard]] bool understood() const { return unit_->nature().adapts_format || host_ == own_; }
+    void hear();
 
     std::shared_ptr<Unit> unit_;
-    SerialFormat own_;
-    SerialFormat host_;
+    SerialFormat host_ = factory_format;
     Wire to_unit_;
     Wire to_host_;
     bool open_ = false;

@@ -17,7 +17,8 @@ enum class Verdict {
 struct Reply {
     std::string text{};
     Verdict verdict = Verdict::ok;
-    bool drops_line = false; ///< the device ends the call behind this reply
+    bool drops_line = false;     ///< the device ends the call behind this reply
+    bool changes_format = false; ///< behind this reply the device talks in the format it was told
 };
 
 inline const Reply refused{.verdict = Verdict::error};

@@ -20,7 +20,7 @@ const Command<FixedLine> FixedLine::shared_commands[] = {
     {"AT&W", Form::plain,
      [](FixedLine &unit, std::string_view) {
          unit.save();
-         return Reply{};
+         return unit.save_format();
      }},
 };
 

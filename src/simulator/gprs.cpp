@@ -6,7 +6,8 @@ namespace telvox::simulator {
 
 namespace {
 
-constexpr Nature gprs_nature{.stars = 3, .greeting = "\r\nREMOTE CONFIGURATION MODE\r\n"};
+constexpr Nature gprs_nature{
+    .format_at_once = true, .stars = 3, .greeting = "\r\nREMOTE CONFIGURATION MODE\r\n"};
 
 constexpr char ctrl_z = 26; ///< ends a message text
 constexpr char escape = 27; ///< gives it up

@@ -1,10 +1,13 @@
 #include "simulator/isdn.hpp"
 
+#include "simulator/values.hpp"
+
 namespace telvox::simulator {
 
 namespace {
 
 constexpr Nature isdn_nature{
+    .adapts = Adapts::stop_bits,
     .greeting = "\r\npassword:",
     .admission = "\r\nOK\r\n#",
     .refusal = "\r\naccess denied\r\npassword:",
@@ -36,6 +39,30 @@ const Command<Isdn> Isdn::cable_commands[] = {
          unit.memory.point_to_point = value == "1";
          unit.memory.saved = false;
          return Reply{};
+     }},
+    {"AT%B", Form::value,
+     [](Isdn &unit, std::string_view value) {
+         constexpr const char *bauds[] = {"1200", "2400", "4800", "9600", "19200", "38400"};
+         if (!one_of(value, "123456"))
+             return refused;
+         auto format = format_text(unit.chosen_format());
+         return unit.choose_format(format.replace(0, format.find(','), bauds[value[0] - '1']));
+     }},
+    {"AT**PRTY=", Form::value,
+     [](Isdn &unit, std::string_view value) {
+         if (!one_of(value, "012"))
+             return refused;
+         SerialFormat format = unit.chosen_format();
+         format.parity = std::string_view{"noe"}[static_cast<std::size_t>(value[0] - '0')];
+         return unit.choose_format(format_text(format));
+     }},
+    {"AT**DBITS=", Form::value,
+     [](Isdn &unit, std::string_view value) {
+         if (!one_of(value, "78"))
+             return refused;
+         SerialFormat format = unit.chosen_format();
+         format.data_bits = value[0] - '0';
+         return unit.choose_format(format_text(format));
      }},
     {"AT*X", Form::plain, [](Isdn &unit, std::string_view) { return send_alarm(unit.memory); }},
     {"ATZ", Form::plain, [](Isdn &, std::string_view) { return Reply{}; }},

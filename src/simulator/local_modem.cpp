@@ -55,8 +55,7 @@ void LocalModem::open(bool on, Time now) {
 
 void LocalModem::format(const SerialFormat &format, Time now) {
     run(now);
-    from_host_.format(format);
-    to_host_.format(format);
+    host_ = format;
 }
 
 void LocalModem::dtr(bool on, Time now) {
@@ -68,12 +67,12 @@ void LocalModem::dtr(bool on, Time now) {
 void LocalModem::receive(std::string_view bytes, Time now) {
     run(now);
     if (open_)
-        from_host_.send(bytes, now);
+        from_host_.send(bytes, host_, now);
 }
 
 std::string LocalModem::transmit(Time now) {
     run(now);
-    return to_host_.take_until(now);
+    return to_host_.take_until(now, host_);
 }
 
 bool LocalModem::carrier(Time now) {
@@ -101,12 +100,12 @@ void LocalModem::run(Time now) {
             break;
         now_ = *first;
         if (heard == first) {
-            for (const char byte : from_host_.take())
+            for (const char byte : from_host_.take().bytes)
                 hear(byte, now_);
         } else if (said == first) {
             const auto saying = called_->take();
             if (state_ == State::online)
-                to_host_.send(saying.bytes, now_);
+                to_host_.send(saying.bytes, host_, now_);
             if (saying.drops_line)
                 lose_carrier();
         } else {
@@ -125,7 +124,7 @@ void LocalModem::hear(char byte, Time at) {
     }
     escape_.clear();
     if (echo)
-        to_host_.send({&byte, 1}, at);
+        to_host_.send({&byte, 1}, host_, at);
     // Any character breaks off the dialling, and begins the next command.
     if (state_ == State::dialling && static_cast<unsigned char>(byte) >= ' ') {
         hang_up();
@@ -164,7 +163,9 @@ void LocalModem::timer_ran_out() {
     }
 }
 
-void LocalModem::say(std::string_view text) { to_host_.send("\r\n" + std::string{text} + "\r\n", now_); }
+void LocalModem::say(std::string_view text) {
+    to_host_.send("\r\n" + std::string{text} + "\r\n", host_, now_);
+}
 
 Reply LocalModem::dial(std::string_view number) {
     const char digit = last_digit(number);

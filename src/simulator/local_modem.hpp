@@ -58,6 +58,7 @@ class LocalModem final : public Device {
     std::optional<Time> timer_; ///< end of the ringing, or of the silence behind an escape
     EscapeWatch escape_;
     LineCollector line_;
+    SerialFormat host_;
     Wire from_host_;
     Wire to_host_;
     bool open_ = false;

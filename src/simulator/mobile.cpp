@@ -32,7 +32,20 @@ const Command<Mobile> Mobile::shared_commands[] = {
          unit.result_codes_ = false;
          return Reply{};
      }},
-    {"AT&W", Form::plain, [](Mobile &, std::string_view) { return Reply{}; }},
+    {"AT**BAUD=", Form::value,
+     [](Mobile &unit, std::string_view value) {
+         auto format = format_text(unit.chosen_format());
+         return unit.choose_format(format.replace(0, format.find(','), value));
+     }},
+    // Data bits, parity, stop bits: "8n1".
+    {"AT**FORMAT=", Form::value,
+     [](Mobile &unit, std::string_view value) {
+         if (value.size() != 3)
+             return refused;
+         return unit.choose_format(std::to_string(unit.chosen_format().baud) + "," + value[1] + "," +
+                                   value[0] + "," + value[2]);
+     }},
+    {"AT&W", Form::plain, [](Mobile &unit, std::string_view) { return unit.save_format(); }},
     {"AT**EXIT", Form::plain,
      [](Mobile &unit, std::string_view) {
          unit.leave_remote();

@@ -16,6 +16,8 @@ void Unit::release() {
     access_ = Access::cable;
     stars_ = 0;
     line_.clear();
+    for (const auto &saying : sayings_)
+        format_ = saying.format.value_or(format_);
     sayings_.clear();
     forget();
 }
@@ -27,6 +29,7 @@ void Unit::restart(Time now) {
     const int alarms = memory.alarms;
     memory = stored_;
     memory.alarms = alarms;
+    format_ = chosen_ = stored_format_;
     online = false;
     escape_.clear();
     started();
@@ -35,6 +38,26 @@ void Unit::restart(Time now) {
 void Unit::save() {
     memory.saved = true;
     stored_ = memory;
+}
+
+void Unit::adapt(const SerialFormat &heard) {
+    if (nature_->adapts == Adapts::everything)
+        format_ = chosen_ = heard;
+    else if (nature_->adapts == Adapts::stop_bits)
+        format_.stop_bits = chosen_.stop_bits = heard.stop_bits;
+}
+
+Reply Unit::choose_format(const std::string &settings) {
+    const auto format = parse_format(settings);
+    if (!format)
+        return refused;
+    chosen_ = *format;
+    return {.changes_format = nature_->format_at_once};
+}
+
+Reply Unit::save_format() {
+    stored_format_ = chosen_;
+    return {.changes_format = true};
 }
 
 void Unit::hear(char byte, Time now) {
@@ -60,8 +83,16 @@ void Unit::hear(char byte, Time now) {
         return;
     if (access_ == Access::password)
         check_password(*line);
-    else if ((!line->empty() || asking()) && sayings_.size() < backlog)
-        answer(command(*line));
+    else if (sayings_.size() < backlog)
+        run_line(*line);
+}
+
+void Unit::run_line(std::string_view line) {
+    // On the cable noise may stand before a command.
+    if (access_ == Access::cable && !asking())
+        line.remove_prefix(std::min(line.find("AT"), line.size()));
+    if (!line.empty() || asking())
+        answer(command(line));
 }
 
 void Unit::knock(char byte) {
@@ -99,7 +130,7 @@ void Unit::answer(const Reply &reply) {
         if (in_remote() && !reply.drops_line)
             bytes += nature_->prompt;
     }
-    say(std::move(bytes), reply.drops_line);
+    say(std::move(bytes), reply);
 }
 
 void Unit::leave_remote() {
@@ -107,11 +138,12 @@ void Unit::leave_remote() {
         access_ = Access::locked;
 }
 
-void Unit::say(std::string bytes, bool drops_line) {
-    if (bytes.empty() && !drops_line)
+void Unit::say(std::string bytes, const Reply &reply) {
+    if (bytes.empty() && !reply.drops_line && !reply.changes_format)
         return;
     const Time begin = sayings_.empty() ? now_ : std::max(now_, sayings_.back().at);
-    sayings_.push_back({begin + processing, std::move(bytes), drops_line});
+    sayings_.push_back({begin + processing, std::move(bytes), reply.drops_line,
+                        reply.changes_format ? std::optional{chosen_} : std::nullopt});
 }
 
 std::optional<Time> Unit::next() const {
@@ -126,12 +158,13 @@ Unit::Saying Unit::take() {
         online = false;
         line_.clear();
         answer({});
-        return {now_, {}, false};
+        return {now_, {}};
     }
     Saying saying = std::move(sayings_.front());
     sayings_.pop_front();
     if (silent)
-        return {saying.at, {}, false};
+        return {saying.at, {}};
+    format_ = saying.format.value_or(format_);
     return saying;
 }
 

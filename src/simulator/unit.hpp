@@ -32,9 +32,13 @@ struct Memory {
     int alarms = 0;    ///< alarm messages sent
 };
 
+/// What of a serial format a device takes over from whoever addresses it.
+enum class Adapts { nothing, stop_bits, everything };
+
 /// What distinguishes a family as a whole.
 struct Nature {
-    bool adapts_format = false;      ///< understands every serial format it is addressed in
+    Adapts adapts = Adapts::nothing;
+    bool format_at_once = false;     ///< a format is in force behind the answer, not with the saving
     bool remote = true;              ///< can be configured in a call
     std::size_t stars = 0;           ///< a caller asks for the configuration by these; 0: by calling
     std::string_view greeting = "";  ///< answer to that
@@ -44,6 +48,9 @@ struct Nature {
     Time ring{3000};                 ///< until it takes a call
     std::string_view connect = "CONNECT 2400"; ///< what a modem reports of the connection
 };
+
+/// Serial format that every device leaves the factory with.
+inline constexpr SerialFormat factory_format{2400, 'e', 8, 1};
 
 /// One Telvox-A without its line: command lines in, answers out. The same device sits on a cable or is
 /// called.
@@ -59,7 +66,8 @@ class Unit {
     struct Saying {
         Time at;
         std::string bytes;
-        bool drops_line;
+        bool drops_line = false;
+        std::optional<SerialFormat> format{}; ///< which the device talks in from behind this on
     };
 
     explicit Unit(const Nature &nature) : nature_(&nature) {}
@@ -81,6 +89,13 @@ class Unit {
     /// Takes what it says next; only when there is a next.
     Saying take();
 
+    /// Serial format in which the device hears and talks.
+    [[nodiscard]] const SerialFormat &format() const { return format_; }
+    /// Switch: the device has had this format for long.
+    void set_format(const SerialFormat &format) { format_ = chosen_ = stored_format_ = format; }
+    /// The device is addressed in a format, and takes over of it what its family can.
+    void adapt(const SerialFormat &heard);
+
     Memory memory;
     std::string password; ///< of the remote configuration; without one every caller is let in
     bool silent = false;  ///< switch: without power, neither hears nor says anything
@@ -101,8 +116,14 @@ class Unit {
     virtual bool takes(char) { return false; }
     /// Says the answer to what the device was told.
     void answer(const Reply &reply);
-    /// Keeps everything beyond the power going off.
+    /// Keeps everything but the format beyond the power going off.
     void save();
+    /// Takes a format (text "9600,n,8,1") that holds as soon as the family puts a new one in force; refuses
+    /// what is none.
+    Reply choose_format(const std::string &settings);
+    /// Puts the chosen format in force and keeps it.
+    Reply save_format();
+    [[nodiscard]] const SerialFormat &chosen_format() const { return chosen_; }
     /// Keeps one value for good at once, and no other.
     template <class Value> void keep(Value Memory::*field, Value value) {
         memory.*field = value;
@@ -118,9 +139,10 @@ class Unit {
   private:
     enum class Access { cable, locked, password, remote };
 
-    void say(std::string bytes, bool drops_line = false);
+    void say(std::string bytes, const Reply &reply = {});
     void greet();
     void knock(char byte);
+    void run_line(std::string_view line);
     void check_password(std::string_view line);
 
     const Nature *nature_;
@@ -128,6 +150,9 @@ class Unit {
     Time now_{0};
     Time awake_at_{0};
     Memory stored_; ///< what the device has after a start
+    SerialFormat format_ = factory_format;
+    SerialFormat chosen_ = factory_format;
+    SerialFormat stored_format_ = factory_format;
     EscapeWatch escape_;
     std::size_t stars_ = 0;
     LineCollector line_;
