@@ -1,12 +1,9 @@
-#include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
-#include "simulator/gprs.hpp"
-#include "simulator/gsm.hpp"
-#include "simulator/isdn.hpp"
-#include "simulator/local_modem.hpp"
+#include "simulator/world.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace telvox::simulator {
 namespace {
@@ -14,165 +11,245 @@ namespace {
 using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
-/// A host at the device's line with a clock that the test turns. It wakes the device exactly when the device
-/// asks for it, so a wrong `next` shows as a missing answer.
-class Host {
+/// A host at one end of a line or connection, with a clock that the test turns. It wakes the far end exactly
+/// when that asks for it, so a wrong `next` shows as a missing answer.
+template <class Far> class Host {
   public:
-    explicit Host(Device &device, const SerialFormat &format = factory_format) : device_(device) {
-        device_.format(format, now);
-        device_.open(true, now);
+    explicit Host(Far &far, const SerialFormat &format = factory_format) : far_(far) {
+        far_.format(format, now);
+        far_.open(true, now);
     }
+    Host(Far &far, Time begin) : now(begin), far_(far) {}
+
     std::string turn(Time span) {
         const Time end = now + span;
         std::string bytes;
-        while (const auto due = device_.next()) {
+        while (const auto due = far_.next()) {
             if (*due > end)
                 break;
             now = std::max(now, *due);
-            bytes += device_.transmit(now);
+            bytes += far_.transmit(now);
         }
         now = end;
         return bytes;
     }
-    /// Writes raw bytes and returns what comes back within a second.
-    std::string raw(std::string_view bytes, Time span = 1000ms) {
-        device_.receive(bytes, now);
+    std::string raw(std::string_view bytes, Time span = 1s) {
+        far_.receive(bytes, now);
         return turn(span);
     }
-    std::string line(const std::string &text, Time span = 1000ms) { return raw(text + "\r", span); }
-    bool carrier() { return device_.carrier(now); }
+    std::string line(const std::string &text, Time span = 1s) { return raw(text + "\r", span); }
+
+    /// Plays a transcript of lines "sent -> answer" and "wait -> answer", and "raw bytes -> answer" without a
+    /// carriage return. "~" stands for a line's end in the answer, "_" for a blank before one, "^" with a
+    /// letter for a control character. Every line has 5 s for its answer.
+    void play(const char *transcript) {
+        std::istringstream lines{transcript};
+        for (std::string row; std::getline(lines, row);) {
+            const auto begin = row.find_first_not_of(' ');
+            if (begin == std::string::npos)
+                continue;
+            const auto arrow = row.find(" ->");
+            std::string sent = row.substr(begin, arrow - begin);
+            sent.erase(sent.find_last_not_of(' ') + 1);
+            for (std::size_t at; (at = sent.find('^')) != std::string::npos;)
+                sent.replace(at, 2, 1, static_cast<char>(sent[at + 1] & 0x1f));
+            const bool bare = sent.starts_with("raw ");
+            const std::string answer = sent == "wait" ? turn(5s)
+                                       : bare         ? raw(sent.substr(4), 5s)
+                                                      : line(sent, 5s);
+            const std::string expected =
+                arrow == std::string::npos || arrow + 4 > row.size() ? "" : row.substr(arrow + 4);
+            EXPECT_EQ(shown(answer), expected) << row;
+        }
+    }
 
     Time now{0};
 
   private:
-    Device &device_;
+    static std::string shown(const std::string &answer) {
+        std::string text;
+        for (const char c : answer) {
+            const bool ends = c == '\r' || c == '\n';
+            if (ends && text.ends_with(' '))
+                text.back() = '_';
+            if (!ends)
+                text += c;
+            else if (!text.empty() && text.back() != '~')
+                text += '~';
+        }
+        if (text.ends_with('~'))
+            text.pop_back();
+        if (text.ends_with(' '))
+            text.back() = '_';
+        return text;
+    }
+
+    Far &far_;
 };
 
-struct OnCable : testing::Test {
-    std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::newer);
-    std::shared_ptr<Analog> analog = std::make_shared<Analog>();
-    std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
-    Cable gsm_cable{gsm};
-    Cable analog_cable{analog};
-    Cable isdn_cable{isdn};
+std::string summary(const Memory &memory) {
+    std::string text;
+    for (const auto &[name, value] : {std::pair{"to", memory.recipient},
+                                      {"text", memory.text},
+                                      {"service", memory.service_number},
+                                      {"protocol", memory.protocol},
+                                      {"pin", memory.pin},
+                                      {"msn", memory.msn},
+                                      {"data", memory.data_msn}})
+        text += value.empty() ? "" : name + ("=" + value) + " ";
+    for (const auto &[name, value] : {std::pair{"armed ", memory.input_armed},
+                                      {"ptp ", memory.point_to_point},
+                                      {"unsaved ", !memory.saved}})
+        text += value ? name : "";
+    return text + std::to_string(memory.alarms);
+}
+
+template <class Family, auto... Arguments> std::shared_ptr<Unit> make() {
+    return std::make_shared<Family>(Arguments...);
+}
+std::shared_ptr<Unit> make_ethernet() { return World{}.ethernet; }
+
+struct OnCable {
+    const char *name;
+    std::shared_ptr<Unit> (*make)();
+    const char *transcript;
+    const char *memory;
 };
 
-TEST_F(OnCable, bytes_come_at_the_pace_of_the_line_in_small_pieces) {
-    Host host{gsm_cable};
-    gsm_cable.receive("AT**IMEI?\r", host.now);
+const OnCable on_cable[] = {
+    {"GSM", make<Gsm, Generation::newer>, R"(
+        ATI -> KWT Telvox-A GSM V3.2
+        AT**DST1=0171
+        AT**MSG1="Pumpe 1"
+        AT**INPUT1=1
+        AT**SMS=1
+        AT**SCN=+49172
+        AT**SMS=1
+        AT**SMS=2
+        AT**IMEI? -> IMEI: 001010000000017
+        ATQ0 -> OK
+        AT -> OK
+        AT**SCN=+49171 -> OK
+        AT**NONSENSE -> ERROR
+        AT**DST2=0815 -> ERROR
+        AT**MSG1=Pumpe 2 -> ERROR
+        AT**MSG1="a"b" -> ERROR
+        AT**INPUT1=7 -> ERROR
+        AT**PIN=47x1 -> ERROR
+        AT**PIN? -> PIN: inactive~OK
+        AT**PIN=4711 -> OK
+        AT**PIN? -> PIN: active~OK
+        AT+CREG? -> +CREG: 0,1~OK
+        AT+CPIN? -> +CPIN: READY~OK
+        ATQ1
+        AT+CSQ -> +CSQ: 17,0)",
+     "to=0171 text=Pumpe 1 service=+49171 pin=4711 armed 1"},
+    {"Analog", make<Analog>, R"(
+        ATI -> 33600~OK
+        ATI0 -> Telvox-A Analog~OK
+        AT*V -> NEW ALARM TEXT:_
+        AT&W -> OK
+        AT*M5 -> OK
+        AT*M7 -> ERROR
+        AT%A -> ERROR
+        AT&Z0=0800 -> OK
+        AT&Z2=0171 -> OK
+        AT%A -> OK
+        AT&Z0= -> OK
+        AT%A -> ERROR)",
+     "to=0171 text=AT&W protocol=M5 unsaved 1"},
+    {"ISDN", make<Isdn>, R"(
+        ATI1 -> Telvox-A ISDN 64000~OK
+        AT*V -> NEW ALARM TEXT:_
+        Pumpe -> OK
+        AT*V -> NEW ALARM TEXT:_
+        raw ^M -> OK
+        AT&Z1=0800 -> OK
+        AT&Z3=0171 -> OK
+        AT*X -> OK
+        AT**PTP=1 -> OK
+        AT**PTP=2 -> ERROR
+        AT#Z=11 -> OK
+        AT**MSN=12 -> OK
+        AT&W -> OK)",
+     "to=0171 service=0800 msn=12 data=11 ptp 1"},
+    {"GPRS_alarm", make<Gprs>, R"(
+        ATQ0 -> OK
+        AT+CMGW=0171 -> ERROR
+        AT+CMGF=1 -> OK
+        AT+CMGD=1 -> OK
+        AT+CSCA=+49172 -> OK
+        AT**SAVE -> OK
+        AT**INPUT=1 -> OK
+        AT+CMGW=0171 -> >_
+        Pumpe *1^Z -> +CMGW: 1~OK
+        AT+CMGW=0172 -> >_
+        not in the first slot^Z -> +CMGW: 2~OK
+        AT+CMGW=0172 -> >_
+        AT**RESET
+        ^[AT**RESET
+        AT
+        wait
+        AT**IMEI? -> IMEI: 001010000000017)",
+     "to=0171 text=Pumpe *1 service=+49172 0"},
+    {"Ethernet", make_ethernet, R"(
+        ATI0
+        +++ATI0
+        wait
+        raw +++ -> OK
+        ATI0 -> Telvox-A ETHERNET V1.1~OK
+        AT#IP=192.168.0.256 -> ERROR
+        AT#IP=192.168.0 -> ERROR
+        AT#PORT=65536 -> ERROR
+        AT#IP=192.168.0.7 -> OK
+        AT#PORT=65535 -> OK
+        AT#GW=0.0.0.0 -> OK
+        AT#NM=255.255.0.0 -> OK
+        AT#RESET
+        ATI0
+        raw +++ATI0
+        wait
+        raw +++ -> OK
+        ATI0 -> Telvox-A ETHERNET V1.1~OK)",
+     "0"},
+};
+
+TEST(Simulator, on_the_cable_answers_its_commands_and_keeps_what_it_can) {
+    for (const auto &[name, make, transcript, memory] : on_cable) {
+        SCOPED_TRACE(name);
+        const auto unit = make();
+        Cable cable{unit};
+        Host host{cable};
+        host.play(transcript);
+        EXPECT_EQ(summary(unit->memory), memory);
+    }
+}
+
+TEST(Simulator, bytes_come_at_the_pace_of_the_line_in_small_pieces) {
+    const auto gsm = make<Gsm, Generation::newer>();
+    Cable cable{gsm};
+    Host host{cable};
+    cable.receive("AT**IMEI?\r", host.now);
     // 10 characters of 11 bits at 2400 baud, then the device thinks, then the first 8 characters.
     const Time first = 46ms + Unit::processing + 37ms;
     EXPECT_THAT(host.turn(first - 1ms), IsEmpty());
     EXPECT_EQ(host.turn(2ms), "\r\nIMEI: ");
-    EXPECT_EQ(host.turn(200ms), gsm->imei + "\r\n");
-
-    gsm->set_format({19200, 'n', 8, 1});
-    Cable fast{gsm};
-    Host quick{fast, {19200, 'n', 8, 1}};
-    EXPECT_THAT(quick.line("AT**IMEI?", 60ms), HasSubstr(gsm->imei));
+    EXPECT_EQ(host.turn(200ms), "001010000000017\r\n");
 }
 
-TEST_F(OnCable, gsm_gives_result_codes_only_when_they_are_on) {
-    Host host{gsm_cable};
-    EXPECT_THAT(host.line("AT**SCN=+49172"), IsEmpty());
-    EXPECT_THAT(host.line("AT**NONSENSE"), IsEmpty());
-    EXPECT_EQ(host.line("ATQ0"), "\r\nOK\r\n");
-    EXPECT_EQ(host.line("AT**SCN=+49171"), "\r\nOK\r\n");
-    EXPECT_EQ(host.line("AT**NONSENSE"), "\r\nERROR\r\n");
-    EXPECT_EQ(host.line("AT+CREG?"), "\r\n+CREG: 0,1\r\n\r\nOK\r\n");
-    EXPECT_THAT(host.line("ATQ1"), IsEmpty());
-    EXPECT_EQ(host.line("AT+CSQ"), "\r\n+CSQ: 17,0\r\n");
-    EXPECT_EQ(gsm->memory.service_number, "+49171");
-}
-
-TEST_F(OnCable, gsm_keeps_what_it_is_told_and_refuses_what_it_cannot_keep) {
-    Host host{gsm_cable};
-    EXPECT_THAT(host.line("ATI"), HasSubstr("KWT Telvox-A"));
-    for (const char *line :
-         {"AT**DST1=0171", "AT**MSG1=\"Pumpe 1\"", "AT**INPUT1=1", "AT**SMS=1", "AT**SMS=2"})
-        EXPECT_THAT(host.line(line), IsEmpty());
-    EXPECT_EQ(gsm->memory.alarms, 0) << "no service centre yet";
-    host.line("AT**SCN=+49171");
-    host.line("AT**SMS=1");
-    host.line("AT**SMS=2");
-    EXPECT_EQ(gsm->memory.alarms, 1) << "SMS 2 belongs to the older generation";
-    for (const char *line : {"AT**DST2=0815", "AT**MSG1=Pumpe 2", "AT**MSG1=\"a\"b\"", "AT**INPUT1=7"})
-        host.line(line);
-    EXPECT_EQ(gsm->memory.recipient, "0171");
-    EXPECT_EQ(gsm->memory.text, "Pumpe 1");
-    EXPECT_TRUE(gsm->memory.input_armed);
-}
-
-TEST_F(OnCable, gsm_pin_and_sim_states) {
-    Host host{gsm_cable};
-    gsm->sim_pin = "4711";
-    EXPECT_EQ(host.line("AT**PIN?"), "\r\nPIN: inactive\r\n");
-    EXPECT_THAT(host.line("AT+CPIN?"), HasSubstr("+CPIN: SIM PIN"));
-    host.line("AT**PIN=47x1");
-    EXPECT_THAT(gsm->memory.pin, IsEmpty());
-    host.line("AT**PIN=4711");
-    EXPECT_EQ(host.line("AT**PIN?"), "\r\nPIN: active\r\n");
-    EXPECT_THAT(host.line("AT+CPIN?"), HasSubstr("+CPIN: READY"));
-    gsm->sim_present = false;
-    EXPECT_THAT(host.line("AT+CPIN?"), IsEmpty());
-}
-
-TEST_F(OnCable, fixed_line_devices_ask_for_the_text_and_take_the_next_line) {
-    struct Case {
-        Cable &cable;
-        Memory &memory;
-        const char *service;
-        const char *recipient;
-        const char *test;
-    };
-    for (auto &[cable, memory, service, recipient, test] :
-         {Case{analog_cable, analog->memory, "AT&Z0=", "AT&Z2=", "AT%A"},
-          Case{isdn_cable, isdn->memory, "AT&Z1=", "AT&Z3=", "AT*X"}}) {
-        Host host{cable};
-        EXPECT_EQ(host.line("AT*V"), "\r\nNEW ALARM TEXT: ");
-        EXPECT_EQ(host.line("AT&W"), "\r\nOK\r\n");
-        EXPECT_EQ(memory.text, "AT&W") << "whatever comes is the text";
-        EXPECT_FALSE(memory.saved);
-        host.line("AT*M5");
-        EXPECT_THAT(host.line("AT*M7"), HasSubstr("ERROR"));
-        host.line(service + std::string{"0800"});
-        host.line(recipient + std::string{"0171"});
-        host.line(test);
-        EXPECT_EQ(memory.protocol + " " + memory.service_number + " " + memory.recipient, "M5 0800 0171");
-        host.line(service);
-        EXPECT_THAT(host.line(test), HasSubstr("ERROR"));
-        EXPECT_EQ(memory.alarms, 1) << "without a service number the alarm function is off";
-        host.line("AT&W");
-        EXPECT_TRUE(memory.saved);
-        host.line("AT*V");
-        host.line("");
-        EXPECT_THAT(memory.text, IsEmpty()) << "an empty line is an empty text";
-    }
-}
-
-TEST_F(OnCable, isdn_line_type_and_numbers) {
-    Host host{isdn_cable};
-    EXPECT_THAT(host.line("ATI1"), HasSubstr("64"));
-    for (const char *line : {"AT**PTP=1", "AT**PTP=2", "AT#Z=11", "AT**MSN=12"})
-        host.line(line);
-    EXPECT_TRUE(isdn->memory.point_to_point);
-    EXPECT_EQ(isdn->memory.data_msn + isdn->memory.msn, "1112");
-}
-
-TEST_F(OnCable, hostile_input_leaves_the_device_alive_and_bounded) {
-    Host host{gsm_cable};
+TEST(Simulator, hostile_input_leaves_the_device_alive_and_bounded) {
+    const auto gsm = make<Gsm, Generation::newer>();
+    Cable cable{gsm};
+    Host host{cable};
     host.line("ATQ0");
     EXPECT_THAT(host.line("AT**TIME?" + std::string(LineCollector::limit, '1'), 5s), IsEmpty())
         << "an overlong line is lost as a whole";
-    host.line("ATQ1");
     host.raw(std::string{"\0\xff\x01+CPIN\r\r\r\n", 12});
     host.raw(std::string(1'000'000, 'A'), 60s);
     host.line("");
     EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME: 2000/01/01,00:01:"));
 
-    host.line("ATQ0");
     std::string flood;
     for (int i = 0; i < 100'000; ++i)
         flood += "ATA\r";
@@ -184,25 +261,105 @@ TEST_F(OnCable, hostile_input_leaves_the_device_alive_and_bounded) {
     EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME:"));
 }
 
-TEST_F(OnCable, last_command_before_closing_arrives_and_a_silent_device_says_nothing) {
-    Host host{gsm_cable};
+TEST(Simulator, last_command_before_closing_arrives_and_a_silent_device_says_nothing) {
+    const auto gsm = std::make_shared<Gsm>(Generation::newer);
+    Cable cable{gsm};
+    Host host{cable};
     host.raw("AT**PIN=4711\r", 0ms);
-    gsm_cable.open(false, host.now);
+    cable.open(false, host.now);
     EXPECT_EQ(gsm->memory.pin, "4711");
-    gsm_cable.receive("AT**TIME?\r", host.now);
+    cable.receive("AT**TIME?\r", host.now);
     EXPECT_THAT(host.turn(1s), IsEmpty()) << "nothing reaches a closed port";
-    gsm_cable.open(true, host.now);
+    cable.open(true, host.now);
+    gsm->sim_pin = "4712";
+    host.play("AT+CPIN? -> +CPIN: SIM PIN");
+    gsm->sim_present = false;
+    host.play("AT+CPIN?");
     host.raw("AT**TIME?\r", 60ms);
     gsm->silent = true;
     EXPECT_THAT(host.turn(1s), IsEmpty()) << "also what it was about to say";
 }
 
-/// What a host writes, and what it gets back within a second.
-using Dialogue = std::vector<std::pair<std::string, std::string>>;
+constexpr const char *gprs_writes = R"(
+    AT**GPRSAPN=internet.OK
+    AT**PPPUSER=a-user-name-of-more-than-a-few-characters
+    AT**PPPPW=
+    AT**PPPAUTH=1
+    AT**AUTOIP=10.0.0.1
+    AT**AUTOPORTIP=65535
+    AT**AUTOURL=a=b?.de
+    AT**AUTOPORTURL=
+    AT**CLIP=1
+    AT**CLIP1=+491
+    AT**CLIP2=
+    AT**Callback=0,3,3
+    AT**LL=2
+    AT**KEEP=255
+    AT**IPTUSER=u
+    AT**IPTPW=p w
+    AT**IPTCONREQ=1
+    AT**IPTWATCHDOG=0
+    AT**IPT=3
+    AT**IPTKEYF=1
+    AT**IPTKEYC=)";
+constexpr const char *gprs_reads = R"(
+    AT**GPRSAPN? -> GPRSAPN: internet.OK
+    AT**PPPUSER? -> PPPUSER: a-user-name-of-more-than-a-few-characters
+    AT**PPPPW? -> PPPPW:_
+    AT**PPPAUTH? -> PPPAUTH: PAP=1
+    AT**AUTOIP? -> AUTOIP1: 10.0.0.1
+    AT**AUTOPORTIP? -> AUTOPORTIP1: 65535
+    AT**AUTOURL? -> AUTOURL1: a=b?.de
+    AT**AUTOPORTURL? -> AUTOPORTURL1:_
+    AT**CLIP? -> CLIP 1: +491~CLIP 2:_~CLIP 3:_
+    AT**Callback? -> CALLBACK: 0,3,3
+    AT**LL? -> LL1: 2
+    AT**KEEP? -> KEEP: 255
+    AT**IPT? -> IPT: 3~IPTUSER: u~IPTPW: p w~IPTKEYF: 1~IPTKEYC:_)";
 
-void talk(Host &host, const Dialogue &dialogue) {
-    for (const auto &[line, answer] : dialogue)
-        EXPECT_EQ(host.line(line, 3s), answer) << line;
+TEST(Gprs, settings_are_answered_with_their_labels_and_lost_by_a_restart_unless_saved) {
+    const auto gprs = make<Gprs>();
+    Cable cable{gprs};
+    Host host{cable};
+    const auto factory = gprs->memory.settings;
+    host.play(gprs_writes);
+    const auto written = gprs->memory.settings;
+    host.play(gprs_reads);
+    host.play(R"(
+        ATQ0 -> OK
+        AT**LL=9 -> ERROR
+        AT**Callback=0,3 -> ERROR
+        AT**KEEP=256 -> ERROR
+        AT**AUTOPORTIP=65536 -> ERROR
+        AT**IPTUSER? -> ERROR
+        AT**? -> ERROR
+        AT**LL? -> LL1: 2~OK
+        AT**RESET
+        AT**IMEI?
+        wait
+        AT**IMEI? -> IMEI: 001010000000017)");
+    EXPECT_EQ(gprs->memory.settings, factory);
+    host.play(gprs_writes);
+    host.play("AT**SAVE\n AT**RESET\n wait\n wait");
+    EXPECT_EQ(gprs->memory.settings, written);
+}
+
+TEST(Gprs, data_connection_hears_only_the_escape) {
+    const auto gprs = std::make_shared<Gprs>();
+    Cable cable{gprs};
+    Host host{cable};
+    for (const bool deaf : {false, true}) {
+        gprs->go_online();
+        gprs->keeps_online = deaf;
+        host.play("AT**IMEI?\n +++ATH\n AT**LL=3\n raw +++");
+        EXPECT_EQ(gprs->online, deaf);
+        EXPECT_TRUE(gprs->connected());
+        host.play(deaf ? "AT**LL?\n ATH" : "AT**LL? -> LL1: 0\n ATH");
+        EXPECT_EQ(gprs->connected(), deaf);
+        gprs->restart(host.now);
+        host.play("wait\n wait\n AT**LL? -> LL1: 0");
+        EXPECT_FALSE(gprs->connected());
+    }
 }
 
 /// A device on its cable is told a new format; behind each line it talks in the format that stands there.
@@ -212,254 +369,124 @@ struct FormatChange {
     const char *check;
     const char *answer;
     std::vector<std::pair<const char *, const char *>> lines;
+    std::vector<const char *> refused;
 };
-
-template <class Family, auto... Arguments> std::shared_ptr<Unit> make() {
-    return std::make_shared<Family>(Arguments...);
-}
 
 const FormatChange format_changes[] = {
     {"GSM",
      make<Gsm, Generation::newer>,
      "AT**TIME?",
      "TIME:",
-     {{"AT**BAUD=9600", "2400,e,8,1"}, {"AT**FORMAT=8n2", "2400,e,8,1"}, {"AT&W", "9600,n,8,2"}}},
+     {{"AT**BAUD=9600", "2400,e,8,1"}, {"AT**FORMAT=8n2", "2400,e,8,1"}, {"AT&W", "9600,n,8,2"}},
+     {"AT**BAUD=", "AT**BAUD=2401", "AT**BAUD=2400,e", "AT**FORMAT=9n1"}},
     {"ISDN",
      make<Isdn>,
      "ATI1",
      "64",
-     {{"AT%B1", "2400,e,8,1"},
-      {"AT**PRTY=1", "2400,e,8,1"},
-      {"AT**DBITS=7", "2400,e,8,1"},
-      {"AT&W", "1200,o,7,1"}}},
+     {{"AT%B1", "2400,e,8,1"}, {"AT**PRTY=1", ""}, {"AT**DBITS=7", ""}, {"AT&W", "1200,o,7,1"}},
+     {"AT%B0", "AT%B7", "AT%B", "AT**PRTY=3", "AT**DBITS=9", "AT**DBITS=78"}},
     {"GPRS",
      make<Gprs>,
      "AT**IMEI?",
      "IMEI: ",
-     {{"AT**BAUD=19200", "19200,e,8,1"}, {"AT**FORMAT=7o1", "19200,o,7,1"}, {"AT&W", "19200,o,7,1"}}},
+     {{"AT**BAUD=19200", "19200,e,8,1"}, {"AT**FORMAT=7o1", "19200,o,7,1"}, {"AT&W", "19200,o,7,1"}},
+     {"AT**FORMAT=8n", "AT**FORMAT=8x1", "AT**FORMAT=8n1 "}},
+    {"Ethernet",
+     make_ethernet,
+     "ATI0",
+     "ETHERNET",
+     {{"AT*S1", "300,e,8,1"}, {"AT*S6", "9600,e,8,1"}, {"AT*U0", "9600,n,8,1"}, {"AT&W", "9600,n,8,1"}},
+     {"AT*U3", "AT*S0", "AT*S9", "AT*U10"}},
 };
 
 TEST(Formats, device_follows_its_change_where_its_family_does_and_keeps_it_when_saved) {
-    for (const auto &[name, make, check, answer, lines] : format_changes) {
+    for (const auto &[name, make, check, answer, lines, refused] : format_changes) {
         for (const bool saves : {true, false}) {
+            SCOPED_TRACE(name);
             const auto unit = make();
             Cable cable{unit};
             Host host{cable};
+            const auto answers_in = [&](const SerialFormat &format) {
+                cable.format(format, host.now);
+                host.raw("+++", 2s);
+                host.line("");
+                return host.line(check, 2s).find(answer) != std::string::npos;
+            };
             auto format = factory_format;
+            EXPECT_TRUE(answers_in(format));
+            host.line("ATQ0");
+            for (const auto *line : refused)
+                EXPECT_EQ(host.line(line), "\r\nERROR\r\n") << line;
             for (const auto &[line, then] : lines) {
-                SCOPED_TRACE(std::string{name} + " " + line);
                 if (!saves && line == std::string_view{"AT&W"})
                     continue;
                 host.line(line);
-                const auto before = std::exchange(format, *parse_format(then));
-                for (const auto &spoken : {before, format}) {
-                    cable.format(spoken, host.now);
-                    const auto heard = host.line(check);
-                    EXPECT_EQ(heard.find(answer) != std::string::npos, spoken == format) << heard;
-                }
+                const auto before = std::exchange(format, parse_format(then).value_or(format));
+                EXPECT_EQ(answers_in(before), before == format) << line;
+                EXPECT_TRUE(answers_in(format)) << line;
             }
             unit->restart(host.now);
-            host.turn(Unit::start_time);
-            cable.format(saves ? format : factory_format, host.now);
-            EXPECT_THAT(host.line(check), HasSubstr(answer)) << name;
+            host.turn(unit->nature().start);
+            EXPECT_TRUE(answers_in(saves ? format : factory_format));
         }
     }
-}
-
-TEST(Formats, what_is_no_format_of_the_family_is_refused) {
-    const std::pair<std::shared_ptr<Unit>, std::vector<const char *>> refusals[] = {
-        {make<Gsm, Generation::older>(), {"AT**BAUD=", "AT**BAUD=2401", "AT**BAUD=2400,e", "AT**FORMAT=9n1"}},
-        {make<Gprs>(), {"AT**FORMAT=8n", "AT**FORMAT=8x1", "AT**FORMAT=8n1 "}},
-        {make<Isdn>(), {"AT%B0", "AT%B7", "AT%B", "AT**PRTY=3", "AT**DBITS=9", "AT**DBITS=78"}},
-    };
-    for (const auto &[unit, lines] : refusals) {
-        Cable cable{unit};
-        Host host{cable};
-        host.line("ATQ0");
-        for (const auto *line : lines)
-            EXPECT_EQ(host.line(line), "\r\nERROR\r\n") << line;
-        host.line("AT&W");
-        EXPECT_EQ(unit->format(), factory_format);
-    }
-}
-
-TEST(Formats, some_families_adapt_and_noise_is_no_command) {
-    const auto analog = std::make_shared<Analog>();
-    Cable cable{analog};
-    Host host{cable, {9600, 'n', 8, 1}};
-    EXPECT_THAT(host.line("ATI"), HasSubstr("33600"));
-
+    Cable analog{make<Analog>()};
+    Host(analog, {9600, 'n', 7, 1}).play("ATI -> 33600~OK");
     Cable isdn{make<Isdn>()};
-    Host two_stop_bits{isdn, {2400, 'e', 8, 2}};
-    EXPECT_THAT(two_stop_bits.line("ATI1"), HasSubstr("64"));
+    Host(isdn, {2400, 'e', 8, 2}).play("ATI1 -> Telvox-A ISDN 64000~OK");
+}
 
+TEST(Formats, another_one_is_noise_to_both) {
     const auto gsm = make<Gsm, Generation::newer>();
-    Cable line{gsm};
-    Host wrong{line, {2400, 'n', 8, 1}};
-    EXPECT_THAT(wrong.line("AT**SCN=0800"), IsEmpty());
-    line.format(factory_format, wrong.now);
-    line.receive("AT**TIME?\r", wrong.now);
-    wrong.turn(60ms);
-    line.format({1200, 'e', 8, 1}, wrong.now);
-    const auto heard = wrong.turn(1s);
-    EXPECT_THAT(heard, testing::AllOf(Not(IsEmpty()), testing::Each(testing::Lt('\0'))))
-        << "noise to the host too";
-    line.format(factory_format, wrong.now);
-    EXPECT_THAT(wrong.line("AT**TIME?"), HasSubstr("TIME:")) << "behind the noise";
-    EXPECT_THAT(gsm->memory.service_number, IsEmpty());
-}
-
-struct OnGprsCable : testing::Test {
-    std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>();
-    Cable cable{gprs};
-    Host host{cable};
-};
-
-TEST_F(OnGprsCable, settings_are_answered_with_their_labels_and_lost_by_a_restart_unless_saved) {
-    const std::string long_name(63, 'a');
-    const Dialogue writes = {{"AT**GPRSAPN=internet.OK", ""},
-                             {"AT**PPPUSER=" + long_name, ""},
-                             {"AT**PPPPW=", ""},
-                             {"AT**PPPAUTH=1", ""},
-                             {"AT**AUTOIP=10.0.0.1", ""},
-                             {"AT**AUTOPORTIP=65535", ""},
-                             {"AT**AUTOURL=a=b?.de", ""},
-                             {"AT**AUTOPORTURL=", ""},
-                             {"AT**CLIP=1", ""},
-                             {"AT**CLIP1=+491", ""},
-                             {"AT**CLIP2=", ""},
-                             {"AT**Callback=0,3,3", ""},
-                             {"AT**LL=2", ""},
-                             {"AT**KEEP=255", ""},
-                             {"AT**IPTUSER=u", ""},
-                             {"AT**IPTPW=p w", ""},
-                             {"AT**IPTCONREQ=1", ""},
-                             {"AT**IPTWATCHDOG=0", ""},
-                             {"AT**IPT=3", ""},
-                             {"AT**IPTKEYF=1", ""},
-                             {"AT**IPTKEYC=" + long_name + "2", ""}};
-    const Dialogue reads = {{"AT**GPRSAPN?", "\r\nGPRSAPN: internet.OK\r\n"},
-                            {"AT**PPPUSER?", "\r\nPPPUSER: " + long_name + "\r\n"},
-                            {"AT**PPPPW?", "\r\nPPPPW: \r\n"},
-                            {"AT**PPPAUTH?", "\r\nPPPAUTH: PAP=1\r\n"},
-                            {"AT**AUTOIP?", "\r\nAUTOIP1: 10.0.0.1\r\n"},
-                            {"AT**AUTOPORTIP?", "\r\nAUTOPORTIP1: 65535\r\n"},
-                            {"AT**AUTOURL?", "\r\nAUTOURL1: a=b?.de\r\n"},
-                            {"AT**AUTOPORTURL?", "\r\nAUTOPORTURL1: \r\n"},
-                            {"AT**CLIP?", "\r\nCLIP 1: +491\r\nCLIP 2: \r\nCLIP 3: \r\n"},
-                            {"AT**Callback?", "\r\nCALLBACK: 0,3,3\r\n"},
-                            {"AT**LL?", "\r\nLL1: 2\r\n"},
-                            {"AT**KEEP?", "\r\nKEEP: 255\r\n"},
-                            {"AT**IPT?", "\r\nIPT: 3\r\nIPTUSER: u\r\nIPTPW: p w\r\nIPTKEYF: 1\r\nIPTKEYC: " +
-                                             long_name + "2\r\n"},
-                            {"AT**IMEI?", "\r\nIMEI: 001010000000017\r\n"}};
-    const auto factory = gprs->memory.settings;
-    for (const bool saves : {false, true}) {
-        talk(host, writes);
-        talk(host, reads);
-        const auto written = gprs->memory.settings;
-        host.line("ATQ0");
-        talk(host, {{"AT**LL=9", "\r\nERROR\r\n"},
-                    {"AT**Callback=0,3", "\r\nERROR\r\n"},
-                    {"AT**KEEP=256", "\r\nERROR\r\n"},
-                    {"AT**AUTOPORTIP=65536", "\r\nERROR\r\n"},
-                    {"AT**IPTUSER?", "\r\nERROR\r\n"},
-                    {"AT**?", "\r\nERROR\r\n"},
-                    {"AT**LL?", "\r\nLL1: 2\r\n\r\nOK\r\n"},
-                    {saves ? "AT**SAVE" : "AT", "\r\nOK\r\n"},
-                    {"AT**RESET", ""},
-                    {"AT**IMEI?", ""}}); // deaf
-        host.turn(Unit::start_time);
-        EXPECT_EQ(host.line("AT**IMEI?"), "\r\nIMEI: 001010000000017\r\n") << "result codes are off again";
-        EXPECT_EQ(gprs->memory.settings, saves ? written : factory);
-    }
-}
-
-TEST_F(OnGprsCable, alarm_message_is_stored_in_the_emptied_slot_as_text_up_to_its_end) {
-    host.line("ATQ0");
-    talk(host, {{"AT+CMGW=0171", "\r\nERROR\r\n"}, // not in text mode
-                {"AT+CMGF=1", "\r\nOK\r\n"},
-                {"AT+CMGD=1", "\r\nOK\r\n"},
-                {"AT+CSCA=+49172", "\r\nOK\r\n"},
-                {"AT**INPUT=1", "\r\nOK\r\n"},
-                {"AT+CMGW=0171", "\r\n> "},
-                {"Pumpe *1\x1a", "\r\n+CMGW: 1\r\n\r\nOK\r\n"},
-                {"AT+CMGW=0172", "\r\n> "},
-                {"not in the first slot\x1a", "\r\n+CMGW: 2\r\n\r\nOK\r\n"},
-                {"AT+CMGW=0172", "\r\n> "},
-                {std::string(161, 'x') + "\x1a", "\r\nERROR\r\n"},
-                {"AT+CMGW=0172", "\r\n> "},
-                {"AT**SAVE", ""}, // is text
-                {"\x1b"
-                 "AT**RESET",
-                 ""}});
-    host.turn(Unit::start_time);
-    EXPECT_EQ(gprs->memory.recipient + gprs->memory.text, "0171Pumpe *1");
-    EXPECT_EQ(gprs->memory.service_number, "");
-    EXPECT_FALSE(gprs->memory.input_armed) << "was not saved";
-}
-
-TEST_F(OnGprsCable, data_connection_hears_only_the_escape) {
-    for (const bool deaf : {false, true}) {
-        gprs->go_online();
-        gprs->keeps_online = deaf;
-        host.turn(1s);
-        talk(host, {{"AT**IMEI?", ""}, {"+++ATH", ""}, {"AT**LL=3", ""}});
-        EXPECT_EQ(host.raw("+++", 3s), "");
-        EXPECT_EQ(gprs->online, deaf);
-        EXPECT_TRUE(gprs->connected());
-        EXPECT_EQ(host.line("AT**LL?"), deaf ? "" : "\r\nLL1: 0\r\n") << "in online command mode";
-        host.line("ATH");
-        EXPECT_EQ(gprs->connected(), deaf);
-        gprs->restart(host.now);
-        host.turn(Unit::start_time);
-        EXPECT_FALSE(gprs->connected() || gprs->online);
-    }
+    Cable cable{gsm};
+    Host host{cable, {2400, 'n', 8, 1}};
+    host.play("AT**SCN=0800");
+    cable.format(factory_format, host.now);
+    host.raw("AT**TIME?\r", 60ms);
+    cable.format({1200, 'e', 8, 1}, host.now);
+    EXPECT_THAT(host.turn(1s), testing::AllOf(Not(IsEmpty()), testing::Each(testing::Lt('\0'))));
+    cable.format(factory_format, host.now);
+    EXPECT_THAT(host.line("AT**TIME?"), HasSubstr("TIME:")) << "behind the noise";
+    EXPECT_EQ(summary(gsm->memory), "0");
 }
 
 struct OverModem : testing::Test {
     std::shared_ptr<Analog> analog = std::make_shared<Analog>();
     std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
     std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::older);
-    std::shared_ptr<Gsm> newer = std::make_shared<Gsm>(Generation::newer);
     std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>();
-    LocalModem modem{{{'1', analog}, {'2', isdn}, {'3', gsm}, {'4', gprs}, {'5', newer}}};
-    Host host{modem, {9600, 'n', 8, 1}};
+    LocalModem modem{
+        {{'1', analog}, {'2', isdn}, {'3', gsm}, {'4', gprs}, {'5', make<Gsm, Generation::newer>()}}};
+    Host<LocalModem> host{modem, {9600, 'n', 8, 1}};
 
-    /// Dials and enters the remote configuration of the Analog device.
-    void enter_analog() {
-        host.line("ATX3D5411", 5s);
-        host.raw("****");
-        for (const char c : std::string_view{"BRUNEX"})
-            host.raw({&c, 1}, 1100ms);
-        ASSERT_EQ(host.raw("\r"), "\r\n>");
-    }
+    [[nodiscard]] bool carrier() { return modem.carrier(host.now); }
 };
 
 TEST_F(OverModem, answers_rings_and_reports_the_end_of_a_call) {
-    EXPECT_EQ(host.line("AT"), "\r\nOK\r\n");
-    EXPECT_EQ(host.line("ATNONSENSE"), "\r\nERROR\r\n");
-    EXPECT_EQ(host.line("ATX3D"), "\r\nERROR\r\n");
+    host.play("AT -> OK\n ATNONSENSE -> ERROR\n ATX3D -> ERROR");
     EXPECT_THAT(host.line("ATX3D0541-121", 2900ms), IsEmpty());
-    EXPECT_FALSE(host.carrier());
-    EXPECT_EQ(host.turn(1s), "\r\nCONNECT 2400\r\n");
-    EXPECT_TRUE(host.carrier());
+    EXPECT_FALSE(carrier());
+    host.play("wait -> CONNECT 2400");
+    EXPECT_TRUE(carrier());
     modem.drop_carrier(host.now);
-    EXPECT_FALSE(host.carrier());
-    EXPECT_EQ(host.turn(1s), "\r\nNO CARRIER\r\n");
+    EXPECT_FALSE(carrier());
+    host.play("wait -> NO CARRIER");
 
-    EXPECT_THAT(host.line("ATX3D5419", 40s), IsEmpty());
-    EXPECT_EQ(host.turn(10s), "\r\nNO CARRIER\r\n");
+    EXPECT_THAT(host.line("ATX3D5419", 44s), IsEmpty());
+    host.play("wait -> NO CARRIER");
     modem.busy = true;
-    EXPECT_EQ(host.line("ATX3D5411", 5s), "\r\nBUSY\r\n");
-    EXPECT_FALSE(host.carrier());
+    host.play("ATX3D5411 -> BUSY");
+    EXPECT_FALSE(carrier());
+    modem.busy = false;
+    modem.echo = true;
+    host.play("AT -> AT~OK\n ATX3D5411 -> ATX3D5411~CONNECT 2400\n raw **** -> ONLINE");
 }
 
 TEST_F(OverModem, a_character_breaks_off_the_dialling_and_begins_the_next_command) {
     host.line("ATX3D5411", 1s);
     EXPECT_EQ(host.line("ATD5412e", 1400ms), "\r\nNO CARRIER\r\n");
     EXPECT_THAT(host.turn(1s), HasSubstr("CONNECT"));
-    EXPECT_TRUE(host.carrier());
+    EXPECT_TRUE(carrier());
 }
 
 TEST_F(OverModem, escape_counts_only_with_silence_before_and_behind_it) {
@@ -477,9 +504,8 @@ TEST_F(OverModem, escape_counts_only_with_silence_before_and_behind_it) {
         {"pause within", 1100ms, {{"++", 1100ms}, {"+", 1100ms}}, false},
         {"four", 1100ms, {{"++++", 1100ms}}, false},
         {"in one write", 1100ms, {{"+++ATH\r", 1100ms}}, false},
-        {"two", 1100ms, {{"++", 1100ms}}, false},
     };
-    host.line("ATX3D5411", 5s);
+    host.play("ATX3D5411 -> CONNECT 2400");
     for (const auto &[name, before, writes, escapes] : cases) {
         SCOPED_TRACE(name);
         host.raw("x", before);
@@ -487,132 +513,259 @@ TEST_F(OverModem, escape_counts_only_with_silence_before_and_behind_it) {
         for (const auto &[bytes, span] : writes)
             answer += host.raw(bytes, span);
         EXPECT_EQ(answer, escapes ? "\r\nOK\r\n" : "");
-        ASSERT_TRUE(host.carrier()) << "the call goes on behind an escape";
+        ASSERT_TRUE(carrier()) << "the call goes on behind an escape";
         if (escapes) {
-            EXPECT_EQ(host.line("ATO"), "\r\nOK\r\n");
+            host.play("ATO -> OK");
         }
     }
-    host.turn(1s);
-    host.raw("+++", 1100ms);
-    EXPECT_EQ(host.line("ATH"), "\r\nOK\r\n");
-    EXPECT_FALSE(host.carrier());
-    EXPECT_EQ(host.raw("+++ATH\r"), "\r\nOK\r\n") << "an escape without a call is ignored";
+    host.play("wait\n raw +++ -> OK\n ATH -> OK");
+    EXPECT_FALSE(carrier());
+    host.play("+++ATH -> OK");
 }
 
 TEST_F(OverModem, dtr_off_and_closing_hang_up_at_once) {
-    enter_analog();
+    analog->password = "";
+    host.play("ATX3D5411 -> CONNECT 2400\n raw **** -> ONLINE~>");
     modem.dtr(false, host.now);
-    EXPECT_FALSE(host.carrier());
+    EXPECT_FALSE(carrier());
     modem.dtr(true, host.now);
-    host.line("ATX3D5411", 5s);
-    EXPECT_TRUE(host.carrier());
-    EXPECT_THAT(host.line("ATI0"), IsEmpty()) << "a new call begins without the old one's rights";
+    host.play("ATX3D5411 -> CONNECT 2400\n ATI0"); // a new call begins without the old one's rights
+    EXPECT_TRUE(carrier());
     modem.open(false, host.now);
-    EXPECT_FALSE(host.carrier());
+    EXPECT_FALSE(carrier());
     modem.open(true, host.now);
     host.line("ATX3D5411", 1s);
     modem.dtr(false, host.now);
     host.turn(5s);
-    EXPECT_FALSE(host.carrier()) << "the ringing has ended too";
+    EXPECT_FALSE(carrier()) << "the ringing has ended too";
 }
 
-TEST_F(OverModem, echo_returns_command_lines_but_not_what_goes_to_the_device) {
-    modem.echo = true;
-    EXPECT_EQ(host.line("AT"), "AT\r\r\nOK\r\n");
-    host.line("ATX3D5411", 5s);
-    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n");
-}
-
-TEST_F(OverModem, analog_asks_for_stars_and_password) {
-    host.line("ATX3D5411", 5s);
-    EXPECT_THAT(host.line("***ATI0*"), IsEmpty()) << "the stars stand together";
-    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n");
-    EXPECT_THAT(host.line("WRONG"), Not(HasSubstr(">")));
-    EXPECT_THAT(host.line("BRUNEX"), IsEmpty()) << "a wrong password closes the entry";
-    host.raw("+++", 1s);
-    modem.drop_carrier(host.now);
-    enter_analog();
-    EXPECT_EQ(host.line("AT*V"), "\r\nNEW ALARM TEXT: ");
-    EXPECT_EQ(host.line("Pumpe"), "\r\nOK\r\n>");
-    EXPECT_EQ(analog->memory.text, "Pumpe");
-    EXPECT_EQ(host.line("ATZ"), "\r\nOK\r\n");
-    EXPECT_TRUE(host.carrier()) << "the caller hangs up";
-    EXPECT_THAT(host.line("ATI0"), IsEmpty());
-
-    modem.drop_carrier(host.now);
-    analog->password = "";
-    host.line("ATX3D5411", 5s);
-    EXPECT_EQ(host.raw("****"), "\r\nONLINE\r\n>");
-    EXPECT_THAT(host.raw("****AT&Z0=0800\r"), HasSubstr("OK")) << "knocked again without waiting";
-    EXPECT_EQ(analog->memory.service_number, "0800");
-}
-
-TEST_F(OverModem, only_the_older_gsm_device_enters_remote_configuration) {
-    host.line("ATX3D5413", 5s);
-    EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
-    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
-    EXPECT_THAT(host.line("ATI"), Not(HasSubstr("KWT Telvox-A")));
-    host.line("AT**DST2=0171");
-    EXPECT_EQ(gsm->memory.recipient, "0171");
-    host.line("AT**EXIT");
-    EXPECT_THAT(host.line("AT**TIME?"), IsEmpty());
-    modem.drop_carrier(host.now);
-    host.line("ATX3D5415", 5s);
-    EXPECT_TRUE(host.carrier());
-    EXPECT_THAT(host.raw("***"), IsEmpty());
-}
-
-TEST_F(OverModem, gprs_restarts_when_the_call_in_which_it_was_told_to_is_over) {
-    host.line("ATX3D5414", 5s);
-    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
-    talk(host, {{"AT**LL=2", ""},
-                {"AT**RESET", ""},
-                {"AT**IMEI?", "\r\nIMEI: 001010000000017\r\n"},
-                {"AT**EXIT", ""},
-                {"AT**IMEI?", ""}});
-    modem.drop_carrier(host.now);
-    EXPECT_EQ(gprs->memory.settings.at("LL"), "0");
-    host.line("ATX3D5414", 5s);
-    EXPECT_THAT(host.raw("***"), IsEmpty());
-    host.turn(Unit::start_time);
-    EXPECT_THAT(host.raw("***"), HasSubstr("REMOTE CONFIGURATION MODE"));
-}
-
-TEST_F(OverModem, isdn_text_interface_answers_with_its_prompt_and_drops_the_line) {
+TEST_F(OverModem, each_family_has_its_way_into_the_remote_configuration) {
     isdn->password = "GEHEIM";
-    EXPECT_THAT(host.line("ATD5412e", 4s), HasSubstr("password:"));
-    EXPECT_THAT(host.line("falsch"), Not(HasSubstr("#")));
-    EXPECT_EQ(host.line("GEHEIM"), "\r\nOK\r\n#");
-    for (const char *line : {"altxt=Pumpe", "aldest=3", "catab1=0171", "catab3=0172", "save"})
-        EXPECT_EQ(host.line(line), "\r\nOK\r\n#") << line;
-    EXPECT_TRUE(isdn->memory.saved);
-    EXPECT_EQ(host.line("aldest=4"), "\r\nERROR\r\n#");
-    EXPECT_EQ(host.line("AT*V"), "\r\nERROR\r\n#") << "the cable's commands do not exist here";
-    EXPECT_THAT(host.line("Alarm"), testing::AllOf(HasSubstr("alarm"), HasSubstr("#")));
-    EXPECT_EQ(isdn->memory.alarms, 1);
-    host.line("catab1=-");
-    EXPECT_THAT(isdn->memory.service_number, IsEmpty());
-    EXPECT_EQ(isdn->memory.protocol + isdn->memory.text + isdn->memory.recipient, "3Pumpe0172");
-    EXPECT_EQ(host.line("quit"), "\r\nNO CARRIER\r\n");
-    EXPECT_FALSE(host.carrier());
+    struct Call {
+        const char *name;
+        Memory &memory;
+        const char *transcript;
+        const char *kept;
+    };
+    const Call calls[] = {
+        {"Analog", analog->memory, R"(
+            ATX3D5411 -> CONNECT 2400
+            ***ATI0*
+            raw **** -> ONLINE
+            WRONG -> ACCESS DENIED
+            BRUNEX
+            raw **** -> ONLINE
+            BRUNEX -> >
+            AT*V -> NEW ALARM TEXT:_
+            Pumpe -> OK~>
+            ATZ -> OK
+            ATI0)",
+         "text=Pumpe unsaved 0"},
+        {"ISDN", isdn->memory, R"(
+            ATD5412e -> CONNECT 64000~password:
+            falsch -> access denied~password:
+            GEHEIM -> OK~#
+            altxt=Pumpe -> OK~#
+            aldest=3 -> OK~#
+            aldest=4 -> ERROR~#
+            catab1=0171 -> OK~#
+            catab3=0172 -> OK~#
+            save -> OK~#
+            AT*V -> ERROR~#
+            Alarm -> alarm~OK~#
+            catab1=- -> OK~#
+            quit -> NO CARRIER)",
+         "to=0172 text=Pumpe protocol=3 unsaved 1"},
+        {"GSM_older", gsm->memory, R"(
+            ATX3D5413 -> CONNECT 2400
+            AT**TIME?
+            raw *** -> REMOTE CONFIGURATION MODE
+            ATI -> Telvox-A GSM V1.4
+            AT**DST2=0171
+            AT**EXIT
+            ATI)",
+         "to=0171 0"},
+        {"GSM_newer", gsm->memory, "ATX3D5415 -> CONNECT 2400\n raw ***", "to=0171 0"},
+        // It restarts when the call in which it was told to is over.
+        {"GPRS", gprs->memory, R"(
+            ATX3D5414 -> CONNECT 2400
+            raw *** -> REMOTE CONFIGURATION MODE
+            AT**LL=2
+            AT**RESET
+            AT**LL? -> LL1: 2
+            AT**EXIT
+            AT**LL?)",
+         "unsaved 0"},
+    };
+    for (const auto &[name, memory, transcript, kept] : calls) {
+        SCOPED_TRACE(name);
+        host.play(transcript);
+        EXPECT_EQ(summary(memory), kept);
+        modem.drop_carrier(host.now);
+        host.turn(1s);
+    }
+    host.play(
+        "ATX3D5414 -> CONNECT 2400\n raw ***\n raw *** -> REMOTE CONFIGURATION MODE\n AT**LL? -> LL1: 0");
+    modem.drop_carrier(host.now);
+    host.turn(1s);
 
-    isdn->password = "";
-    host.line("ATD5412e", 4s);
-    EXPECT_EQ(host.line(""), "\r\nOK\r\n#") << "without a password everyone is let in";
-    EXPECT_EQ(host.line("reset"), "\r\nNO CARRIER\r\n");
+    analog->password = isdn->password = "";
+    host.play("ATX3D5411 -> CONNECT 2400\n raw **** -> ONLINE~>");
+    host.play("****AT&Z0=0800 -> OK~>"); // knocked again without waiting
+    modem.drop_carrier(host.now);
+    host.turn(1s);
+    host.play("ATD5412e -> CONNECT 64000~password:\n raw ^M -> OK~#\n reset -> NO CARRIER");
+    EXPECT_FALSE(carrier());
+}
+
+struct InNetwork : testing::Test {
+    World world;
+    Network &network = world.network;
+    Ethernet &module = *world.ethernet;
+    Time now{1s};
+
+    /// Connects to the module and plays a transcript; the state behind it.
+    Connection::State play(const char *transcript, const char *address = "192.168.0.100", int port = 23) {
+        const auto connection = network.connect(address, port, now);
+        Host host{*connection, now};
+        host.play(transcript);
+        now = host.now + 10s;
+        return connection->state(host.now);
+    }
+};
+
+constexpr const char *logged_in = R"(
+    wait -> Telvox-A Ethernet~Username:_
+    tovri -> Password:_
+    tovri -> AT>_)";
+
+TEST_F(InNetwork, module_is_configured_by_telnet_and_on_its_cable_in_one_memory) {
+    EXPECT_TRUE(network.ping("192.168.0.100", now));
+    EXPECT_FALSE(network.ping("192.168.0.9", now) || network.ping("0.0.0.0", now));
+    EXPECT_EQ(play((logged_in + std::string{R"(
+        #IP=300.1.1.1 -> ERROR~AT>_
+        #IP=192.168.0.9 -> OK~AT>_
+        #GW=192.168.0.1 -> OK~AT>_
+        #NM=255.255.0.0 -> OK~AT>_
+        #NONSENSE -> ERROR~AT>_
+        raw ^M -> AT>_
+        #RESET -> OK~AT>_
+        #RESET)"})
+                       .c_str()),
+              Connection::State::closed);
+    EXPECT_FALSE(network.ping("192.168.0.100", now));
+    EXPECT_TRUE(network.ping("192.168.0.9", now));
+    EXPECT_EQ(module.memory.settings.at("GW") + module.memory.settings.at("NM"), "192.168.0.1255.255.0.0");
+
+    const auto device = world.device_on_port(5);
+    Host cable{*device};
+    cable.now = now;
+    cable.play("raw +++ -> OK\n AT#IP=192.168.0.8 -> OK");
+    EXPECT_TRUE(network.ping("192.168.0.9", cable.now)) << "until the reset";
+    cable.line("AT#RESET", 100ms);
+    EXPECT_FALSE(network.ping("192.168.0.8", cable.now)) << "it starts";
+    EXPECT_TRUE(network.ping("192.168.0.8", cable.now + 5s));
+}
+
+TEST_F(InNetwork, connection_is_refused_or_never_made_or_ends_with_the_module) {
+    EXPECT_EQ(play("wait", "192.168.0.7"), Connection::State::connecting);
+    EXPECT_EQ(play("wait", "192.168.0.100", 1234), Connection::State::rejected);
+    EXPECT_EQ(play(R"(
+        wait -> Telvox-A Ethernet~Username:_
+        tovri -> Password:_
+        falsch -> Login incorrect~Username:_
+        raw ^M -> Password:_
+        raw ^M -> Login incorrect~Username:_
+        raw ^M -> Password:_
+        raw ^M -> Login incorrect~Username:_)"),
+              Connection::State::closed);
+    const auto first = network.connect("192.168.0.100", 23, now);
+    EXPECT_EQ(play("wait"), Connection::State::rejected) << "one at a time";
+    module.restart(now);
+    first->receive("tovri\r", now);
+    EXPECT_EQ(first->state(now + 1s), Connection::State::closed);
+}
+
+TEST_F(InNetwork, module_without_address_takes_that_of_the_first_packet_to_its_mac) {
+    EXPECT_FALSE(network.bind("192.168.0.7", "00-05-B6-00-1C") ||
+                 network.bind("1.2.3", "00-05-B6-00-1C-04") ||
+                 network.bind("192.168.0.7", "00-05:B6-00-1C-04") || network.bind("0.0.0.0", module.mac()));
+    EXPECT_TRUE(network.bind("192.168.0.7", "00:05:b6:00:1c:04"));
+    EXPECT_EQ(world.factory_new->address(), "0.0.0.0");
+    EXPECT_TRUE(network.ping("192.168.0.7", now));
+    EXPECT_EQ(play("wait -> Telvox-A Ethernet~Username:_", "192.168.0.7"), Connection::State::open);
+    world.factory_new->restart(now);
+    EXPECT_TRUE(network.ping("192.168.0.7", now + 5s)) << "kept";
+    EXPECT_TRUE(network.bind("192.168.0.8", world.factory_new->mac()));
+    EXPECT_FALSE(network.ping("192.168.0.8", now + 5s)) << "it has one";
+    EXPECT_TRUE(network.bind("192.168.0.100", world.factory_new->mac()));
+    EXPECT_FALSE(network.ping("192.168.0.100", now + 5s)) << "packets go to the wrong module";
+}
+
+TEST_F(InNetwork, module_can_misbehave) {
+    struct Case {
+        const char *name;
+        TelnetFaults faults;
+        const char *transcript;
+        Connection::State state = Connection::State::open;
+    };
+    const std::string in{logged_in};
+    const std::string error = in + "\n #GW=1.1.1.1 -> ERROR~AT>_", mute = in + "\n #RESET",
+                      never = in + "\n #GW=1.1.1.1 -> AT>_";
+    const Case cases[] = {
+        {"refuses", {.refuses_connection = true}, "wait", Connection::State::rejected},
+        {"login",
+         {.refuses_login = true},
+         "wait -> Telvox-A Ethernet~Username:_\n tovri -> Password:_\n tovri -> Login incorrect~Username:_"},
+        {"error", {.error_at = "#GW="}, error.c_str()},
+        {"closes",
+         {.closes_at = "Password"},
+         "wait -> Telvox-A Ethernet~Username:_\n tovri -> Password:_\n tovri",
+         Connection::State::closed},
+        {"mute", {.mute_at = "#RESET"}, mute.c_str()},
+        {"never answers", {.mute_at = "connect"}, "wait\n tovri -> Password:_"},
+        {"never ok", {.never_ok = true}, never.c_str()},
+    };
+    for (const auto &[name, faults, transcript, state] : cases) {
+        SCOPED_TRACE(name);
+        module.faults = faults;
+        EXPECT_EQ(play(transcript), state);
+    }
+    EXPECT_EQ(module.memory.settings.at("GW"), "1.1.1.1");
+
+    module.faults = {.one_byte_packets = true, .negotiates = true};
+    auto connection = network.connect("192.168.0.100", 23, now);
+    std::string heard;
+    while (const auto due = connection->next()) {
+        const auto packet = connection->transmit(*due);
+        EXPECT_LE(packet.size(), 1u);
+        heard += packet;
+        now = *due;
+    }
+    EXPECT_THAT(heard, testing::AllOf(testing::StartsWith("\xff\xfb\x01"), testing::EndsWith("Username: ")));
+    connection->receive("\xff\xfe\x01tov\xff\xfc\x18ri\r", now);
+    EXPECT_THAT(Host(*connection, now).turn(1s), HasSubstr("Password"));
+    EXPECT_EQ(module.options_answered, "\xff\xfe\x01\xff\xfc\x18");
+    connection.reset();
+
+    module.faults = {.floods = true};
+    connection = network.connect("192.168.0.100", 23, now);
+    EXPECT_THAT(Host(*connection, now).turn(10s).size(),
+                testing::AllOf(testing::Gt(100'000u), testing::Lt(2'000'000u)));
 }
 
 TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
-    const std::pair<int, std::pair<const char *, const char *>> ports[] = {{1, {"ATI0", "Telvox-A"}},
-                                                                           {2, {"ATI1", "64"}},
-                                                                           {3, {"AT**TIME?", "TIME:"}},
-                                                                           {4, {"AT**IMEI?", "IMEI: "}},
-                                                                           {6, {"AT", "OK"}}};
-    for (const auto &[number, dialogue] : ports) {
+    constexpr const char *answers[] = {"ATI0 -> Telvox-A Analog~OK",
+                                       "ATI1 -> Telvox-A ISDN 64000~OK",
+                                       "ATI -> KWT Telvox-A GSM V3.2",
+                                       "AT**IMEI? -> IMEI: 001010000000017",
+                                       "raw +++ -> OK\n ATI0 -> Telvox-A ETHERNET V1.1~OK",
+                                       "AT -> OK"};
+    for (int number = 1; number <= 6; ++number) {
         auto device = device_on_port(number);
         ASSERT_TRUE(device) << number;
-        Host host{*device};
-        EXPECT_THAT(host.line(dialogue.first), HasSubstr(dialogue.second));
+        Host(*device).play(answers[number - 1]);
         EXPECT_THAT(description_of_port(number), testing::StartsWith("Simuliertes "));
     }
     EXPECT_FALSE(device_on_port(7));

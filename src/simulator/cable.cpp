@@ -9,7 +9,7 @@ void Cable::open(bool on, Time now) {
         hear();
     open_ = on;
     to_host_.clear();
-    unit_->release();
+    unit_->release(now);
 }
 
 void Cable::format(const SerialFormat &format, Time now) {

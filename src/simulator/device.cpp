@@ -1,41 +1,31 @@
 #include "simulator/device.hpp"
 
-#include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
-#include "simulator/gprs.hpp"
-#include "simulator/gsm.hpp"
-#include "simulator/isdn.hpp"
-#include "simulator/local_modem.hpp"
+#include "simulator/world.hpp"
 
 namespace telvox::simulator {
 
 namespace {
 
+template <auto Member> std::unique_ptr<Device> cable(const World &world) {
+    return std::make_unique<Cable>(world.*Member);
+}
+
 struct Socket {
     int number;
     const char *description;
-    std::unique_ptr<Device> (*plug)();
+    std::unique_ptr<Device> (*plug)(const World &world);
 };
 
 constexpr Socket sockets[] = {
-    {1, "Simuliertes Telvox-A Analog",
-     []() -> std::unique_ptr<Device> { return std::make_unique<Cable>(std::make_shared<Analog>()); }},
-    {2, "Simuliertes Telvox-A ISDN",
-     []() -> std::unique_ptr<Device> { return std::make_unique<Cable>(std::make_shared<Isdn>()); }},
-    {3, "Simuliertes Telvox-A GSM",
-     []() -> std::unique_ptr<Device> {
-         return std::make_unique<Cable>(std::make_shared<Gsm>(Generation::newer));
-     }},
-    {4, "Simuliertes Telvox-A GPRS",
-     []() -> std::unique_ptr<Device> { return std::make_unique<Cable>(std::make_shared<Gprs>()); }},
+    {1, "Simuliertes Telvox-A Analog", cable<&World::analog>},
+    {2, "Simuliertes Telvox-A ISDN", cable<&World::isdn>},
+    {3, "Simuliertes Telvox-A GSM", cable<&World::gsm>},
+    {4, "Simuliertes Telvox-A GPRS", cable<&World::gprs>},
+    {5, "Simuliertes Telvox-A Ethernet", cable<&World::ethernet>},
     {6, "Simuliertes lokales Modem",
-     []() -> std::unique_ptr<Device> {
-         return std::make_unique<LocalModem>(Subscribers{
-             {'1', std::make_shared<Analog>()},
-             {'2', std::make_shared<Isdn>()},
-             {'3', std::make_shared<Gsm>(Generation::older)},
-             {'4', std::make_shared<Gprs>()},
-         });
+     [](const World &world) -> std::unique_ptr<Device> {
+         return std::make_unique<LocalModem>(world.called);
      }},
 };
 
@@ -49,10 +39,12 @@ const Socket *socket(int number) {
 
 } // namespace
 
-std::unique_ptr<Device> device_on_port(int number) {
+std::unique_ptr<Device> World::device_on_port(int number) const {
     const auto *found = socket(number);
-    return found ? found->plug() : nullptr;
+    return found ? found->plug(*this) : nullptr;
 }
+
+std::unique_ptr<Device> device_on_port(int number) { return World{}.device_on_port(number); }
 
 std::string description_of_port(int number) {
     const auto *found = socket(number);

@@ -40,9 +40,10 @@ class Device {
     return one && other ? std::min(*one, *other) : one ? one : other;
 }
 
-/// What the simulator puts on a port: COM 1 an Analog device, COM 2 ISDN, COM 3 GSM, COM 4 GPRS, COM 6 a
-/// local modem that dials an Analog, ISDN, GSM or GPRS device by the last digit of the number, 1 to 4. Null
-/// for a port without a device.
+/// What the simulator puts on a port: COM 1 an Analog device, COM 2 ISDN, COM 3 GSM, COM 4 GPRS, COM 5
+/// Ethernet, COM 6 a local modem that dials an Analog, ISDN, GSM or GPRS device by the last digit of the
+/// number, 1 to 4. Null for a port without a device. Devices of different calls know nothing of one another;
+/// `World` has those that belong together.
 [[nodiscard]] std::unique_ptr<Device> device_on_port(int number);
 
 /// What to call the device of a port in the port list; empty for a port without one.

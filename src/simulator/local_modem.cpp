@@ -187,7 +187,7 @@ Reply LocalModem::go_online() {
 
 void LocalModem::hang_up() {
     if (called_)
-        called_->release();
+        called_->release(now_);
     called_.reset();
     timer_.reset();
     escape_.clear();

@@ -5,14 +5,14 @@
 namespace telvox::simulator {
 
 void Unit::call(Time now) {
-    release();
-    now_ = now;
+    release(now);
     access_ = Access::locked;
     if (!silent && nature_->remote && nature_->stars == 0)
         greet();
 }
 
-void Unit::release() {
+void Unit::release(Time now) {
+    now_ = now;
     access_ = Access::cable;
     stars_ = 0;
     line_.clear();
@@ -23,9 +23,8 @@ void Unit::release() {
 }
 
 void Unit::restart(Time now) {
-    release();
-    now_ = now;
-    awake_at_ = now + start_time;
+    release(now);
+    awake_at_ = now + nature_->start;
     const int alarms = memory.alarms;
     memory = stored_;
     memory.alarms = alarms;
@@ -61,7 +60,7 @@ Reply Unit::save_format() {
 }
 
 void Unit::hear(char byte, Time now) {
-    if (silent || now < awake_at_)
+    if (!awake(now))
         return;
     now_ = now;
     if (online) {

@@ -22,8 +22,7 @@ struct Memory {
     std::string pin;
     std::string msn;
     std::string data_msn; ///< the MSN for data calls, which has a command of its own
-    std::map<std::string, std::string, std::less<>>
-        settings;                ///< of a GPRS device, by the name in its command
+    std::map<std::string, std::string, std::less<>> settings; ///< by the name in their command
     bool message_stored = false; ///< the message slot that a GPRS device sends as its alarm is taken
     bool text_mode = false;      ///< messages are taken as text
     bool input_armed = false;
@@ -46,6 +45,7 @@ struct Nature {
     std::string_view refusal = "";   ///< answer to a wrong one
     std::string_view prompt = "";    ///< stands behind every answer of a remote session
     Time ring{3000};                 ///< until it takes a call
+    Time start{8000};                ///< hears nothing for this long after its power came
     std::string_view connect = "CONNECT 2400"; ///< what a modem reports of the connection
 };
 
@@ -60,8 +60,6 @@ class Unit {
     static constexpr Time processing{40};
     /// Answers that it can have in work; commands beyond them are lost.
     static constexpr std::size_t backlog = 32;
-    /// A device hears nothing for this long after its power came or it was told to restart.
-    static constexpr Time start_time{8000};
 
     struct Saying {
         Time at;
@@ -79,10 +77,12 @@ class Unit {
     /// A call has come in.
     void call(Time now);
     /// The call is over, or the cable was plugged or its port opened: what was begun is forgotten.
-    void release();
+    void release(Time now);
     /// Switch: the power goes off and comes back. The device is deaf until it has started, what was not saved
     /// is lost.
     void restart(Time now);
+    /// Whether it has power and has started.
+    [[nodiscard]] bool awake(Time now) const { return !silent && now >= awake_at_; }
     void hear(char byte, Time now);
     /// When the device next says something.
     [[nodiscard]] std::optional<Time> next() const;

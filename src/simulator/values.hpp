@@ -20,6 +20,17 @@ namespace telvox::simulator {
            read <= largest;
 }
 
+/// Whether a value is four numbers of at most 255 with dots between them.
+[[nodiscard]] inline bool ip_address(std::string_view value) {
+    for (int i = 0; i < 4; ++i) {
+        const auto dot = value.find('.');
+        if ((dot == std::string_view::npos) != (i == 3) || !number(value.substr(0, dot), 255))
+            return false;
+        value.remove_prefix(i == 3 ? value.size() : dot + 1);
+    }
+    return true;
+}
+
 /// Whether a value is one character of a set.
 [[nodiscard]] inline bool one_of(std::string_view value, std::string_view set) {
     return value.size() == 1 && set.find(value[0]) != std::string_view::npos;
