@@ -12,7 +12,7 @@ for floor in telvox dialogues ui sequencer link core; do
     above="$above|$floor"
 done
 report "below the desktop nothing includes Qt or the desktop" \
-    "$(grep -rnE '#include (<Q|"desktop/|"cli/)' src/{core,link,sequencer,ui,dialogues,simulator} src/telvox.*)"
+    "$(grep -rnE '#include (<Q|"desktop/|"cli/|"ports/)' src/{core,link,sequencer,ui,dialogues,simulator} src/telvox.*)"
 report "the simulator includes more than the core" \
     "$(grep -rnE '#include "' src/simulator | grep -vE '#include "(simulator|core)/')"
 exit $climbs

@@ -1,4 +1,4 @@
-#include "desktop/ports/common_options.hpp"
+#include "ports/common_options.hpp"
 
 #include "core/port_choice.hpp"
 #include "core/text.hpp"

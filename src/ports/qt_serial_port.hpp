@@ -1,10 +1,11 @@
 #pragma once
 
-#include "desktop/ports/line.hpp"
-#include "desktop/ports/port_map.hpp"
 #include "link/serial_port.hpp"
+#include "ports/line.hpp"
+#include "ports/port_map.hpp"
 
 #include <QObject>
+#include <optional>
 
 namespace telvox {
 
@@ -40,7 +41,8 @@ class QtSerialPort final : public QObject, public SerialPort {
     std::unique_ptr<Line> line_;
     /// Reported by the open line, not yet delivered.
     struct {
-        bool data = false, carrier = false, lost = false;
+        bool data = false, lost = false;
+        std::optional<CommEvent> carrier; ///< the last change
         [[nodiscard]] bool any() const { return data || carrier || lost; }
     } waiting_;
 };

@@ -1,4 +1,4 @@
-#include "desktop/ports/os.hpp"
+#include "ports/os.hpp"
 
 #include <QString>
 #include <windows.h>

@@ -1,7 +1,7 @@
-#include "desktop/ports/port_map.hpp"
+#include "ports/port_map.hpp"
 
 #include "core/port_choice.hpp"
-#include "desktop/ports/os.hpp"
+#include "ports/os.hpp"
 
 #include <QFileInfo>
 #include <QSerialPortInfo>
@@ -73,12 +73,11 @@ int PortMap::number_of(const std::string &device) {
     return number;
 }
 
-std::string PortMap::tool_tip(int number) const {
+PortInfo PortMap::info(int number) const {
     const auto found = ports_.find(number);
     if (found == ports_.end())
-        return {};
-    const auto &[device, description, simulated] = found->second;
-    return device + (device.empty() || description.empty() ? "" : "\n") + description;
+        return {.number = number};
+    return {.number = number, .device = found->second.device, .description = found->second.description};
 }
 
 void PortMap::refresh() {

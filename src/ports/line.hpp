@@ -2,8 +2,8 @@
 
 #include "core/serial_format.hpp"
 #include "core/timer.hpp"
-#include "desktop/ports/port_map.hpp"
 #include "link/serial_port.hpp"
+#include "ports/port_map.hpp"
 
 #include <functional>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "desktop/ports/qt_serial_port.hpp"
+#include "ports/qt_serial_port.hpp"
 
 #include <utility>
 
@@ -52,17 +52,18 @@ void QtSerialPort::report(CommEvent event) {
     if (!waiting_.any())
         QMetaObject::invokeMethod(
             this, [this] { deliver(); }, Qt::QueuedConnection);
-    (event == CommEvent::data      ? waiting_.data
-     : event == CommEvent::carrier ? waiting_.carrier
-                                   : waiting_.lost) = true;
+    if (event == CommEvent::carrier_rise || event == CommEvent::carrier_fall)
+        waiting_.carrier = event;
+    else
+        (event == CommEvent::data ? waiting_.data : waiting_.lost) = true;
 }
 
 void QtSerialPort::deliver() {
     // A handler may close the port, and then the rest is about a line that is gone.
     // Data that came with a change of the carrier came from the other side of it: a modem that has lost its
     // call speaks for itself.
-    if (std::exchange(waiting_.carrier, false))
-        comm_event(CommEvent::carrier);
+    if (const auto change = std::exchange(waiting_.carrier, {}))
+        comm_event(*change);
     if (std::exchange(waiting_.data, false))
         comm_event(CommEvent::data);
     if (waiting_.lost) {

@@ -1,4 +1,4 @@
-#include "desktop/ports/line.hpp"
+#include "ports/line.hpp"
 
 #include <QObject>
 #include <QTimer>
@@ -61,7 +61,7 @@ class SimulatedLine final : public QObject, public Line {
             report_(CommEvent::data);
         if (const bool carrier = device_.carrier(now()); watches_carrier_ && carrier != carrier_) {
             carrier_ = carrier;
-            report_(CommEvent::carrier);
+            report_(carrier_ ? CommEvent::carrier_rise : CommEvent::carrier_fall);
         }
         sleep();
     }

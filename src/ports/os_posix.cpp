@@ -1,6 +1,6 @@
-#include "desktop/ports/os.hpp"
+#include "ports/os.hpp"
 
-#include "desktop/ports/line.hpp"
+#include "ports/line.hpp"
 
 #include <cerrno>
 #include <cstdlib>

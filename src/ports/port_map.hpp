@@ -1,6 +1,7 @@
 #pragma once
 
-#include "desktop/ports/common_options.hpp"
+#include "core/port_scan.hpp"
+#include "ports/common_options.hpp"
 #include "simulator/device.hpp"
 
 #include <QElapsedTimer>
@@ -48,8 +49,8 @@ class PortMap {
     [[nodiscard]] Port *find(int number);
     /// The number of a device; one without a number gets the lowest free one. 0 if none is free.
     [[nodiscard]] int number_of(const std::string &device);
-    /// Device and description of a number, for the port lists.
-    [[nodiscard]] std::string tool_tip(int number) const;
+    /// What is known of a number; `refusal` is left to whoever tries it.
+    [[nodiscard]] PortInfo info(int number) const;
 
   private:
     void refresh();

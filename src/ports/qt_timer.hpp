@@ -2,6 +2,7 @@
 
 #include "core/timer.hpp"
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
 
@@ -12,11 +13,13 @@ class QtTimer final : public Timer {
   public:
     QtTimer() {
         timer_.setTimerType(Qt::PreciseTimer);
+        clock_.start();
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { tick(); });
     }
 
     std::function<void()> tick = [] {};
 
+    [[nodiscard]] milliseconds now() const override { return milliseconds(clock_.elapsed()); }
     void Interval(milliseconds period) override { timer_.setInterval(period); }
     void Enabled(bool on) override {
         if (on != timer_.isActive())
@@ -25,6 +28,7 @@ class QtTimer final : public Timer {
 
   private:
     QTimer timer_;
+    QElapsedTimer clock_;
 };
 
 } // namespace telvox

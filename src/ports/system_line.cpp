@@ -1,5 +1,5 @@
-#include "desktop/ports/line.hpp"
-#include "desktop/ports/os.hpp"
+#include "ports/line.hpp"
+#include "ports/os.hpp"
 
 #include <QDeadlineTimer>
 #include <QFileInfo>
@@ -56,6 +56,7 @@ class SystemLine final : public QObject, public Line {
         if (!os::claim(port_))
             return port_busy;
         port_.setDataTerminalReady(true);
+        // The devices use no flow control; an adapter that powers its line driver from RTS needs it on.
         port_.setRequestToSend(true);
         port_.clearError(); // a port without these pins is one all the same
         watch();
@@ -110,7 +111,7 @@ class SystemLine final : public QObject, public Line {
     void look_at_carrier() {
         if (const bool now = carrier(); now != carrier_) {
             carrier_ = now;
-            report_(CommEvent::carrier);
+            report_(carrier_ ? CommEvent::carrier_rise : CommEvent::carrier_fall);
         }
     }
 

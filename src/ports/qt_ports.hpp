@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ports/common_options.hpp"
+#include "ports/port_map.hpp"
+#include "ports/qt_port_scan.hpp"
+#include "ports/qt_serial_port.hpp"
+#include "ports/qt_timer.hpp"
+#include "telvox.hpp"
+
+namespace telvox {
+
+/// All the outside that the program is given, on Qt: made once, the same for window and command line.
+struct QtPorts {
+    explicit QtPorts(const CommonOptions &options) : map(options) {}
+
+    /// What the program is made with; `line` stands in for the serial port where something listens in on it.
+    [[nodiscard]] Telvox::Ports for_program(MessageBoxes &boxes, SerialPort *line = nullptr) {
+        return {.comSeriell = line ? *line : comSeriell, .scan = scan, .Timer1 = Timer1, .boxes = boxes};
+    }
+
+    /// Events go to the program from now on.
+    void connect(Telvox &program) {
+        comSeriell.comm_event = [&program](CommEvent event) { program.comSeriell_OnComm(event); };
+        Timer1.tick = [&program] { program.Timer1_Timer(); };
+    }
+
+    PortMap map;
+    QtSerialPort comSeriell{map};
+    QtPortScan scan{map};
+    QtTimer Timer1;
+};
+
+} // namespace telvox
