@@ -4,7 +4,7 @@
 
 #include "rig/rig.hpp"
 
-#include "desktop/ports/qt_timer.hpp"
+#include "ports/qt_timer.hpp"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

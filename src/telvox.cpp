@@ -2,7 +2,8 @@
 
 #include "core/port_choice.hpp"
 #include "dialogues/families.hpp"
-#include "ui/launches.hpp"
+#include "ui/jobs.hpp"
+#include "ui/port_lists.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -20,22 +21,58 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .link = link_,
                   .timer = ports.Timer1,
                   .outbox = desk.outbox,
-                  .families = family_of}) {
-    connect_handlers(desk, sequencer_, link_, ports_.scanner);
+                  .families = family_of,
+                  .reports = device_reports}) {
+    connect_main_window(desk, sequencer_);
+    connect_small_dialogs(desk, sequencer_);
+    connect_port_lists(desk, link_, ports_.scan);
+    connect_the_end();
     sequencer_.prz_Initialisieren();
     prz_Einstellungen_laden(desk.session, folders_.settings);
     desk.frmModem.open = true;
     desk.frmModem.compute();
 }
 
+void Telvox::connect_the_end() {
+    FrmModem &main = desk.frmModem;
+    main.cancel = &main.cbuBeenden;
+    main.cbuBeenden.clicked = [this] {
+        if (!sequencer_.busy())
+            return desk.frmModem.unload();
+        desk.outbox.ask("Es läuft noch ein Vorgang. Trotzdem beenden?", [this](bool yes) {
+            if (yes)
+                leave();
+        });
+    };
+}
+
+void Telvox::leave() {
+    sequencer_.abandon();
+    leaving_ = true;
+}
+
 template <class Handler> void Telvox::event(Handler &&handler) {
+    if (gone_)
+        return;
     handler();
+    after_event();
+}
+
+void Telvox::after_event() {
+    if (leaving_ && !sequencer_.busy())
+        desk.frmModem.unload();
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
-    desk.frmModem.compute();
+    for (Form *form : desk.forms)
+        form->compute();
     redraw();
-    for (const Message &message : desk.outbox.take())
-        ports_.boxes.show(message);
+    for (auto &[message, answered] : desk.outbox.take()) {
+        if (!answered)
+            ports_.boxes.show(message, {});
+        else
+            ports_.boxes.show(
+                message, [this, answered = std::move(answered)](bool yes) { event([&] { answered(yes); }); });
+    }
 }
 
 void Telvox::click(Button &button) {
@@ -49,7 +86,7 @@ void Telvox::click(MenuEntry &entry) {
 }
 
 void Telvox::choose(OptionButton &option) {
-    if (option.usable())
+    if (option.usable() && !option.value)
         event([&] { option.choose(); });
 }
 
@@ -64,8 +101,24 @@ void Telvox::enter(TextBox &box, std::string_view input) {
 }
 
 void Telvox::select(ComboBox &list, std::string_view entry) {
-    if (list.usable() && std::find(list.items.begin(), list.items.end(), entry) != list.items.end())
-        event([&] { list.text = entry; });
+    if (list.usable() &&
+        (list.editable || std::find(list.items.begin(), list.items.end(), entry) != list.items.end()))
+        event([&] { list.write(entry); });
+}
+
+void Telvox::select(ListBox &list, int position) {
+    if (list.usable() && position >= 0 && position < static_cast<int>(list.items.size()))
+        event([&] { list.clicked(std::exchange(list.selected, position)); });
+}
+
+void Telvox::double_click(ListBox &list) {
+    if (list.usable())
+        event([&] { list.double_clicked(); });
+}
+
+void Telvox::leave(TextBox &box) {
+    if (box.usable())
+        event([&] { box.lost_focus(); });
 }
 
 void Telvox::focus(ComboBox &list) {
@@ -96,6 +149,7 @@ void Telvox::offer_port(int number) {
 }
 
 void Telvox::Form_Unload() {
+    gone_ = true;
     ports_.Timer1.Enabled(false);
     sequencer_.close_port();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/messages.hpp"
+#include "core/port_scan.hpp"
 #include "core/settings_file.hpp"
 #include "core/timer.hpp"
 #include "link/link.hpp"
@@ -22,7 +23,7 @@ class Telvox {
     /// The outside that the program was given; all of it outlives the program.
     struct Ports {
         SerialPort &comSeriell;
-        SerialPort &scanner; ///< tries ports for the port lists
+        PortScan &scan;
         Timer &Timer1;
         MessageBoxes &boxes;
     };
@@ -40,16 +41,23 @@ class Telvox {
     void set(CheckBox &box, bool on);
     /// Replaces the text of a box by what its filter and limit leave of the input.
     void enter(TextBox &box, std::string_view input);
-    /// Chooses an entry of the list; one that it does not hold is ignored.
+    /// Chooses an entry of the list; one that it does not hold is ignored, unless the list is editable: then
+    /// it is typed.
     void select(ComboBox &list, std::string_view entry);
+    /// Selects the entry at a position; one that is not there is ignored.
+    void select(ListBox &list, int position);
+    void double_click(ListBox &list);
+    /// The list has got the focus, or is opened.
     void focus(ComboBox &list);
+    void leave(TextBox &box);
     /// The title bar's close button: what the window's cancel button does, or for the main window the end.
     void close(Form &form);
     void Timer1_Timer();
     void comSeriell_OnComm(CommEvent event);
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
-    /// The main window goes: the port is closed, a call that is up is dropped with DTR.
+    /// The main window goes: the port is closed, a call that is up is dropped with DTR. No event does
+    /// anything from then on.
     void Form_Unload();
 
     [[nodiscard]] bool busy() const { return sequencer_.busy(); }
@@ -61,11 +69,16 @@ class Telvox {
   private:
     /// Runs a handler, then draws and shows.
     template <class Handler> void event(Handler &&handler);
+    void after_event();
+    void connect_the_end();
+    void leave();
 
     Ports ports_;
     DataFolders folders_;
     Link link_;
     Sequencer sequencer_;
+    bool leaving_ = false; ///< the program ends as soon as the session is idle
+    bool gone_ = false;
 };
 
 } // namespace telvox

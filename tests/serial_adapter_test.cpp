@@ -1,8 +1,8 @@
 // The serial port on Qt against the system's real terminal driver: a pseudo-terminal whose master is the far
 // end. Real time, so every wait is polled with a limit.
 
-#include "desktop/ports/os.hpp"
-#include "desktop/ports/qt_serial_port.hpp"
+#include "ports/os.hpp"
+#include "ports/qt_serial_port.hpp"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

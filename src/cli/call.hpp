@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/jobs.hpp"
-#include "desktop/ports/common_options.hpp"
+#include "ports/common_options.hpp"
 
 #include <map>
 #include <string>

@@ -2,9 +2,8 @@
 #include "cli/interrupt.hpp"
 #include "cli/operator.hpp"
 #include "cli/tracing_port.hpp"
-#include "desktop/ports/os.hpp"
-#include "desktop/ports/qt_serial_port.hpp"
-#include "desktop/ports/qt_timer.hpp"
+#include "ports/os.hpp"
+#include "ports/qt_ports.hpp"
 #include "telvox.hpp"
 
 #include <QCoreApplication>
@@ -16,7 +15,7 @@ namespace {
 using namespace telvox;
 
 /// Exit codes, a contract with the users' scripts.
-enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2 };
+enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3 };
 
 void print(std::FILE *stream, std::string text) {
     std::replace(text.begin(), text.end(), '\r', '\n');
@@ -26,38 +25,38 @@ void print(std::FILE *stream, std::string text) {
 
 class PrintedBoxes final : public MessageBoxes {
   public:
-    void show(const Message &message) override { print(stdout, message.text); }
+    void show(const Message &message, Answered answered) override {
+        print(message.asks ? stderr : stdout, message.text);
+        if (answered)
+            answered(!message.asks);
+    }
 };
 
 int exit_code(Outcome outcome) {
-    return outcome == Outcome::succeeded ? job_succeeded
-           : outcome == Outcome::failed  ? job_failed
-                                         : call_refused;
+    switch (outcome) {
+    case Outcome::succeeded:
+        return job_succeeded;
+    case Outcome::objected:
+        return device_objected;
+    case Outcome::failed:
+        return job_failed;
+    case Outcome::refused:
+        break;
+    }
+    return call_refused;
 }
 
 int run(QCoreApplication &application, const cli::Call &call) {
-    PortMap ports(call.common);
-    QtSerialPort port(ports);
-    QtSerialPort scanner(ports);
-    QtTimer Timer1;
+    QtPorts ports(call.common);
     PrintedBoxes boxes;
-    cli::TracingPort traced(port, [](const std::string &line) { print(stderr, line); });
-    SerialPort &comSeriell = call.trace ? static_cast<SerialPort &>(traced) : port;
-    Telvox program({.comSeriell = comSeriell, .scanner = scanner, .Timer1 = Timer1, .boxes = boxes},
-                   data_folders(call.common));
+    cli::TracingPort traced(ports.comSeriell, [](const std::string &line) { print(stderr, line); });
+    Telvox program(ports.for_program(boxes, call.trace ? &traced : nullptr), data_folders(call.common));
+    ports.connect(program);
     program.desk.status_changed = [](std::string_view text) { print(stderr, std::string(text)); };
 
-    const auto end_when_idle = [&] {
+    program.redraw = [&] {
         if (!program.busy())
             QCoreApplication::quit();
-    };
-    port.comm_event = [&](CommEvent event) {
-        program.comSeriell_OnComm(event);
-        end_when_idle();
-    };
-    Timer1.tick = [&] {
-        program.Timer1_Timer();
-        end_when_idle();
     };
     int interrupted = 0;
     cli::on_interrupt([&](int code) {
@@ -65,7 +64,7 @@ int run(QCoreApplication &application, const cli::Call &call) {
         QCoreApplication::quit();
     });
 
-    cli::Operator(program, ports).work(call);
+    cli::Operator(program, ports.map).work(call);
     if (program.busy())
         application.exec();
     program.Form_Unload();

@@ -2,7 +2,7 @@
 
 #include "core/port_choice.hpp"
 #include "core/serial_format.hpp"
-#include "desktop/ports/os.hpp"
+#include "ports/os.hpp"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/call.hpp"
-#include "desktop/ports/port_map.hpp"
+#include "ports/port_map.hpp"
 #include "telvox.hpp"
 
 namespace telvox::cli {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,33 +14,52 @@ inline constexpr const char *program_title = "Telvox-A Konfiguration";
 /// Title of boxes about the serial port itself.
 inline constexpr const char *port_error_title = "Laufzeitfehler Schnittstelle";
 
-/// One message box with an OK button. Lines of the text (UTF-8) are joined by one carriage return.
+/// One message box, with an OK button or with Ja and Nein. Lines of the text (UTF-8) are joined by one
+/// carriage return.
 struct Message {
     std::string text;
     std::string title = program_title;
     Icon icon = Icon::none;
+    bool asks = false; ///< Ja and Nein; Nein is the default, and what closing the box means
 
     bool operator==(const Message &) const = default;
 };
 
+/// Hears how a box was closed: true for OK and Ja.
+using Answered = std::function<void(bool yes)>;
+
 /// Shows boxes to the user (port). `show` returns at once; boxes are shown one after the other while timer
-/// and serial events go on, so a hang-up finishes while the user still reads.
+/// and serial events go on, so a hang-up finishes while the user still reads. `answered` (may be empty) is
+/// called once, when the box has closed, never from inside `show`'s caller's handler.
 class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
-    virtual void show(const Message &message) = 0;
+    virtual void show(const Message &message, Answered answered) = 0;
 };
 
 /// Messages of the handler that is running. They are shown only after it has ended: a box inside a timer
 /// slot would let the timer re-enter.
 class Outbox {
   public:
-    void show(Message message) { waiting_.push_back(std::move(message)); }
+    struct Entry {
+        Message message;
+        Answered answered;
+    };
+
+    void show(Message message) { waiting_.push_back({std::move(message), {}}); }
     void show(std::string text) { show(Message{.text = std::move(text)}); }
-    [[nodiscard]] std::vector<Message> take() { return std::exchange(waiting_, {}); }
+    /// Asks with Ja and Nein; the answer comes as an event of its own.
+    void ask(std::string text, Answered answered) {
+        waiting_.push_back({Message{.text = std::move(text), .asks = true}, std::move(answered)});
+    }
+    /// Shows a box and goes on when it has been read.
+    void show_then(std::string text, std::function<void()> then) {
+        waiting_.push_back({Message{.text = std::move(text)}, [go_on = std::move(then)](bool) { go_on(); }});
+    }
+    [[nodiscard]] std::vector<Entry> take() { return std::exchange(waiting_, {}); }
 
   private:
-    std::vector<Message> waiting_;
+    std::vector<Entry> waiting_;
 };
 
 } // namespace telvox

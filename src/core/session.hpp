@@ -81,7 +81,9 @@ struct JobState {
     /// Generation that a configuration began with, so that it does not change in the middle of one.
     bool newer_generation = false;
     bool carrier_up = false;   ///< the dialled call stands, as far as the carrier line shows calls at all
-    bool line_dropped = false; ///< it fell in mid-job: what answers now is the local modem itself
+    bool line_dropped = false; ///< it has fallen: what answers now is the local modem itself
+    bool text_asked = false;   ///< the device has asked for its alarm text; it does so once per configuration
+    bool answered = false;     ///< a query that the next step does not wait for has had its answer
 
     /// The job exists only over the device's own cable, so it counts as direct whatever the connection way.
     bool cable_only = false;

@@ -18,6 +18,7 @@
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QToolTip>
+#include <utility>
 
 namespace telvox::desktop {
 
@@ -47,8 +48,8 @@ bool types_nothing(const TextBox &box, const QKeyEvent &key) {
 
 } // namespace
 
-Binder::Binder(Form &form, QWidget &window, Telvox &program, EntryToolTip entry_tool_tip)
-    : form_(form), window_(window), program_(program), entry_tool_tip_(std::move(entry_tool_tip)) {
+Binder::Binder(Form &form, QWidget &window, Telvox &program)
+    : form_(form), window_(window), program_(program) {
     window_.setWindowTitle(form_.caption);
     window_.installEventFilter(this);
     for (Control *control : form_.controls()) {
@@ -182,11 +183,15 @@ void Binder::draw_entries(const ComboBox &control, QComboBox &widget) {
         widget.clear();
         widget.addItems(entries);
     }
+    const auto tool_tip = [&](int i) {
+        const auto at = static_cast<std::size_t>(i);
+        return at < control.item_tool_tips.size() ? text_of(control.item_tool_tips[at]) : QString();
+    };
     for (int i = 0; i < widget.count(); ++i)
-        widget.setItemData(i, entry_tool_tip_(entries[i]), Qt::ToolTipRole);
+        widget.setItemData(i, tool_tip(i), Qt::ToolTipRole);
     const int chosen = static_cast<int>(entries.indexOf(text_of(control.text)));
     show(widget, &QComboBox::currentIndex, &QComboBox::setCurrentIndex, chosen);
-    widget.setToolTip(chosen < 0 ? QString() : entry_tool_tip_(entries[chosen]));
+    widget.setToolTip(chosen < 0 ? QString() : tool_tip(chosen));
 }
 
 void Binder::draw_common(const Control &control, QWidget &widget) {
@@ -211,6 +216,9 @@ void Binder::draw() {
             locked_focus_->setFocus();
         locked_focus_ = nullptr;
     }
+    if (const Control *wanted = std::exchange(form_.wants_focus, nullptr))
+        if (auto *widget = window_.findChild<QWidget *>(QString::fromUtf8(wanted->name)))
+            widget->setFocus();
     drawing_ = false;
 }
 

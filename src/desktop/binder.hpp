@@ -21,14 +21,11 @@ class QStatusBar;
 
 namespace telvox::desktop {
 
-/// Tool tip of a port list's entry.
-using EntryToolTip = std::function<QString(const QString &entry)>;
-
 /// Ties a form to the window that shows it. A control and its widget carry the same name: what the user does
 /// to the widget goes to the program as an event, and the control's values go to the widget.
 class Binder final : public QObject {
   public:
-    Binder(Form &form, QWidget &window, Telvox &program, EntryToolTip entry_tool_tip);
+    Binder(Form &form, QWidget &window, Telvox &program);
 
     /// Gives every widget its control's values. What has not changed is not touched, so a cursor, a
     /// selection, or a text that is being composed stays.
@@ -61,7 +58,6 @@ class Binder final : public QObject {
     Form &form_;
     QWidget &window_;
     Telvox &program_;
-    EntryToolTip entry_tool_tip_;
     std::vector<std::function<void()>> drawers_;
     QStringList without_widget_;
     bool drawing_ = false;

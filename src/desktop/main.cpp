@@ -1,9 +1,7 @@
-#include "core/port_choice.hpp"
 #include "desktop/message_boxes.hpp"
-#include "desktop/ports/os.hpp"
-#include "desktop/ports/qt_serial_port.hpp"
-#include "desktop/ports/qt_timer.hpp"
 #include "desktop/window_set.hpp"
+#include "ports/os.hpp"
+#include "ports/qt_ports.hpp"
 #include "telvox.hpp"
 
 #include <QApplication>
@@ -34,20 +32,12 @@ Call parse(Arguments arguments) {
 }
 
 int run(QApplication &application, const CommonOptions &options) {
-    PortMap ports(options);
-    QtSerialPort comSeriell(ports);
-    QtSerialPort scanner(ports);
-    QtTimer Timer1;
+    QtPorts ports(options);
     desktop::QtMessageBoxes boxes;
-    Telvox program({.comSeriell = comSeriell, .scanner = scanner, .Timer1 = Timer1, .boxes = boxes},
-                   data_folders(options));
-    comSeriell.comm_event = [&](CommEvent event) { program.comSeriell_OnComm(event); };
-    Timer1.tick = [&] { program.Timer1_Timer(); };
+    Telvox program(ports.for_program(boxes), data_folders(options));
+    ports.connect(program);
 
-    desktop::WindowSet windows(program, [&](const QString &entry) {
-        const auto number = parse_port_number(entry.toStdString());
-        return QString::fromStdString(number ? ports.tool_tip(*number) : std::string());
-    });
+    desktop::WindowSet windows(program);
     boxes.owner = [&] { return windows.front(); };
     windows.ended = [&] {
         program.Form_Unload();

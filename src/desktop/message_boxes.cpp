@@ -6,8 +6,8 @@ namespace telvox::desktop {
 
 QtMessageBoxes::~QtMessageBoxes() { delete box_; }
 
-void QtMessageBoxes::show(const Message &message) {
-    waiting_.push_back(message);
+void QtMessageBoxes::show(const Message &message, Answered answered) {
+    waiting_.emplace_back(message, std::move(answered));
     QMetaObject::invokeMethod(
         this, [this] { open_next(); }, Qt::QueuedConnection);
 }
@@ -15,7 +15,7 @@ void QtMessageBoxes::show(const Message &message) {
 void QtMessageBoxes::open_next() {
     if (box_ || waiting_.empty())
         return;
-    const Message message = waiting_.front();
+    const auto [message, answered] = std::move(waiting_.front());
     waiting_.pop_front();
     box_ = new QMessageBox(owner());
     box_->setAttribute(Qt::WA_DeleteOnClose);
@@ -23,8 +23,12 @@ void QtMessageBoxes::open_next() {
     box_->setIcon(message.icon == Icon::exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
     box_->setTextFormat(Qt::PlainText);
     box_->setText(QString::fromStdString(message.text).replace('\r', '\n'));
-    box_->setDefaultButton(box_->addButton("OK", QMessageBox::AcceptRole));
+    QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "OK", QMessageBox::AcceptRole);
+    box_->setDefaultButton(message.asks ? box_->addButton("&Nein", QMessageBox::RejectRole) : yes);
     box_->setEscapeButton(box_->defaultButton());
+    if (answered)
+        connect(box_, &QMessageBox::finished, this,
+                [box = box_, yes, hear = answered] { hear(box && box->clickedButton() == yes); });
     // However it goes, also with the window that it belongs to: the next one is due.
     connect(
         box_, &QObject::destroyed, this, [this] { open_next(); }, Qt::QueuedConnection);

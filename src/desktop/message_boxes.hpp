@@ -18,14 +18,14 @@ class QtMessageBoxes final : public QObject, public MessageBoxes {
     std::function<QWidget *()> owner = [] { return nullptr; };
 
     ~QtMessageBoxes() override;
-    void show(const Message &message) override;
+    void show(const Message &message, Answered answered) override;
     /// The box that the user reads, nullptr if none.
     [[nodiscard]] QMessageBox *current() const { return box_; }
 
   private:
     void open_next();
 
-    std::deque<Message> waiting_;
+    std::deque<std::pair<Message, Answered>> waiting_;
     QPointer<QMessageBox> box_;
 };
 

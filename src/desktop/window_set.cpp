@@ -47,8 +47,7 @@ int content_height(QWidget &window) {
 
 } // namespace
 
-WindowSet::WindowSet(Telvox &program, EntryToolTip entry_tool_tip)
-    : program_(program), entry_tool_tip_(std::move(entry_tool_tip)) {
+WindowSet::WindowSet(Telvox &program) : program_(program) {
     program_.redraw = [this] { draw(); };
 }
 
@@ -82,7 +81,7 @@ WindowSet::Made &WindowSet::made(Form &form) {
     for (const Maker &maker : makers)
         if (maker.form == form.name)
             made.window = maker.make(parent);
-    made.binder = new Binder(form, *made.window, program_, entry_tool_tip_);
+    made.binder = new Binder(form, *made.window, program_);
     made.binder->setParent(made.window);
     made.binder->draw();
     return made_[&form] = made;

@@ -11,7 +11,7 @@ namespace telvox::desktop {
 /// drawn again after every event.
 class WindowSet final : public QObject {
   public:
-    WindowSet(Telvox &program, EntryToolTip entry_tool_tip);
+    explicit WindowSet(Telvox &program);
     ~WindowSet() override;
 
     /// Called once, when the main window's form has closed.
@@ -37,7 +37,6 @@ class WindowSet final : public QObject {
     static void follow_content(Made &made, int height);
 
     Telvox &program_;
-    EntryToolTip entry_tool_tip_;
     std::map<Form *, Made> made_;
 };
 

@@ -27,6 +27,7 @@ constexpr Step dial[] = {
      .act = start_set_jobs,
      .send = "****",
      .as = Write::raw,
+     .times = [](const Desk &) { return std::size_t{1}; }, // the start refuses an empty password
      .next = 2},
     {.number = 2,
      .status = "Einleiten der Fernkonfiguration",
@@ -62,7 +63,7 @@ constexpr Step configure[] = {
      .next = 6},
     save_configuration,
     check_configuration("ATI0"),
-    {.number = 8, .when = remote, .status = leaving_remote, .send = "ATZ", .next = 9},
+    leave_remote(8, "ATZ"),
     {.number = 8, .end = End::drop, .message = configured_try_test},
     {.number = 9, .end = End::hang_up, .message = configured_try_test},
 };
@@ -71,7 +72,7 @@ constexpr Step configure[] = {
 constexpr Step alarm_test[] = {
     device_check("ATI0", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT%A", .wait = 1s, .next = 3},
-    {.number = 3, .when = remote, .status = leaving_remote, .send = "AT*E", .next = 4},
+    leave_remote(3, "AT*E"),
     {.number = 3, .end = End::drop, .message = test_sent_sms_or_fax},
     {.number = 4, .end = End::hang_up, .message = test_sent_sms_or_fax},
 };
@@ -86,16 +87,17 @@ constexpr Step alarm_off[] = {
 };
 
 constexpr Job jobs[] = {
-    {&JobState::byteAnwahl_Counter, dial},
-    {&JobState::byteParametrier_Counter, configure},
-    {&JobState::byteAlarmtest_Counter, alarm_test},
-    {&JobState::byteAlarm_aus_Counter, alarm_off},
+    {"Analog Anwahl", &JobState::byteAnwahl_Counter, dial},
+    {"Analog konfigurieren", &JobState::byteParametrier_Counter, configure},
+    {"Analog Test", &JobState::byteAlarmtest_Counter, alarm_test},
+    {"Analog Alarm aus", &JobState::byteAlarm_aus_Counter, alarm_off},
 };
 
-/// The prompt for the alarm text counts whenever the configuration runs, also late; it must not start one in
-/// the middle of another job.
+/// The prompt for the alarm text counts once per configuration, also late: an echo of a text that holds it
+/// would begin everything again, and it must not start a configuration in the middle of another job.
 bool configuring(const Desk &desk) {
-    return desk.jobs.boolKommunikations_Fehler31 || desk.jobs.byteParametrier_Counter != 0;
+    return !desk.jobs.text_asked &&
+           (desk.jobs.boolKommunikations_Fehler31 || desk.jobs.byteParametrier_Counter != 0);
 }
 
 /// The device acknowledges in words of its own: any data does while its flag is armed.
@@ -104,8 +106,9 @@ constexpr Reply any_data(FlagOf awaited, CounterOf counter, Counter becomes) {
 }
 
 constexpr Reply replies[] = {
-    carrier_down, // stands first: one change is either of the two
     carrier_up,
+    carrier_down,
+    carrier_back,
     {.contains = "ONLINE",
      .awaited = &JobState::boolAntwort_Fehler,
      .counter = &JobState::byteAnwahl_Counter,
@@ -115,6 +118,7 @@ constexpr Reply replies[] = {
     {.contains = "NEW ALARM TEXT: ",
      .when = configuring,
      .clears = &JobState::boolKommunikations_Fehler31,
+     .sets = &JobState::text_asked,
      .counter = &JobState::byteParametrier_Counter,
      .becomes = 2,
      .restart = 1100ms},

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "sequencer/error_reports.hpp"
 #include "sequencer/step.hpp"
 
 namespace telvox {
 
 /// The step tables and reply rows of a device variant. A variant without tables has no jobs.
 [[nodiscard]] const Family &family_of(ModemType type);
+
+/// What is reported when a device does not answer.
+extern const Reports device_reports;
 
 extern const Family analog_family;
 extern const Family isdn_family;

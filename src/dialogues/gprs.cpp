@@ -15,11 +15,12 @@ constexpr Move start_gprs_jobs[] = {
     {&JobState::boolAlarm_deaktivieren, &JobState::byteAlarm_aus_Counter, 1},
 };
 
-constexpr Job jobs[] = {{&JobState::byteAnwahl_Counter, mobile_dial}};
+constexpr Job jobs[] = {{"GPRS Anwahl", &JobState::byteAnwahl_Counter, mobile_dial}};
 
 constexpr Reply replies[] = {
-    carrier_down, // stands first: one change is either of the two
     carrier_up,
+    carrier_down,
+    carrier_back,
     {.contains = "REMOTE CONFIGURATION MODE",
      .awaited = &JobState::boolAntwort_Fehler,
      .moves = start_gprs_jobs,

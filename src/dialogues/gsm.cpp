@@ -1,8 +1,8 @@
 #include "dialogues/families.hpp"
+#include "dialogues/parsers.hpp"
 #include "dialogues/shared.hpp"
 
 #include <algorithm>
-#include <charconv>
 
 namespace telvox {
 
@@ -50,7 +50,7 @@ constexpr Step configure[] = {
      .send = "AT**TIME?",
      .wait = 4s,
      .awaits = &JobState::boolKommunikations_Fehler32},
-    {.number = 8, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 9},
+    leave_remote(8, "AT**EXIT"),
     {.number = 8, .end = End::drop, .message = configured_mobile},
     {.number = 9, .end = End::hang_up, .message = configured_mobile},
 };
@@ -58,8 +58,8 @@ constexpr Step configure[] = {
 constexpr Step alarm_test[] = {
     device_check("AT**TIME?", &JobState::boolKommunikations_Fehler34),
     {.number = 2, .status = sending_test, .send = "AT**SMS=1", .next = 3},
-    {.number = 3, .send = "AT**SMS=2", .next = 4},
-    {.number = 4, .when = remote, .status = leaving_remote, .send = "AT**EXIT", .next = 5},
+    {.number = 3, .send = "AT**SMS=2", .on_fall = OnFall::skipped, .next = 4},
+    leave_remote(4, "AT**EXIT"),
     {.number = 4, .end = End::drop, .message = test_sent},
     {.number = 5, .end = End::hang_up, .message = test_sent},
 };
@@ -114,15 +114,10 @@ constexpr Step registration[] = {
      .awaits = &JobState::boolKommunikations_Fehler43},
     {.number = 2, .status = results_on, .send = "ATQ0", .wait = 1500ms, .next = 3},
     {.number = 3, .status = "Frage Registrierungszustand ab", .send = "AT+CREG?", .next = 4},
-    // Without an answer it is put in order all the same, and then reported.
-    {.number = 4,
-     .when = [](const Desk &d) { return d.frmGSM_Status.tboReg_zustand.text == unknown; },
-     .status = results_off,
-     .send = "ATQ1",
-     .wait = 800ms,
-     .awaits = &JobState::boolKommunikations_Fehler43},
     {.number = 4, .status = results_off, .send = "ATQ1", .wait = 800ms, .next = 5},
-    {.number = 5, .end = End::drop},
+    // The device is put in order first, and then a missing answer is told.
+    {.number = 5, .when = [](const Desk &d) { return d.jobs.answered; }, .end = End::drop},
+    {.number = 5, .end = End::failed, .message = no_connection_check},
 };
 
 constexpr Step signal[] = {
@@ -144,33 +139,33 @@ constexpr Step imei[] = {
 };
 
 constexpr Job jobs[] = {
-    {&JobState::byteAnwahl_Counter, mobile_dial},
-    {&JobState::byteParametrier_Counter, configure},
-    {&JobState::byteAlarmtest_Counter, alarm_test},
-    {&JobState::byteAlarm_aus_Counter, alarm_off},
-    {&JobState::bytePin_Counter, set_pin},
-    {&JobState::bytePin_Status_Counter, pin_status},
-    {&JobState::byteGSM_Reg_Counter, registration},
-    {&JobState::byteGSM_Signal_Counter, signal},
-    {&JobState::byteIMEI_Counter, imei},
+    {"GSM Anwahl", &JobState::byteAnwahl_Counter, mobile_dial},
+    {"GSM konfigurieren", &JobState::byteParametrier_Counter, configure},
+    {"GSM Test", &JobState::byteAlarmtest_Counter, alarm_test},
+    {"GSM Alarm aus", &JobState::byteAlarm_aus_Counter, alarm_off},
+    {"GSM PIN", &JobState::bytePin_Counter, set_pin},
+    {"GSM PIN-Status", &JobState::bytePin_Status_Counter, pin_status},
+    {"GSM Registrierung", &JobState::byteGSM_Reg_Counter, registration},
+    {"GSM Signal", &JobState::byteGSM_Signal_Counter, signal},
+    {"GSM IMEI", &JobState::byteIMEI_Counter, imei},
 };
 
-bool show_no_pin(Desk &desk, std::string_view) {
+bool show_no_pin(Desk &desk, const Found &) {
     desk.frmGSM_Status.tboPIN_hinterlegt.text = "nein";
     return true;
 }
 
-bool show_pin(Desk &desk, std::string_view) {
+bool show_pin(Desk &desk, const Found &) {
     desk.frmGSM_Status.tboPIN_hinterlegt.text = "ja";
     return true;
 }
 
-bool note_newer_device(Desk &desk, std::string_view) {
+bool note_newer_device(Desk &desk, const Found &) {
     desk.session.boolWavecom_Modem = true;
     return true;
 }
 
-bool take_sim_state(Desk &desk, std::string_view text) {
+bool take_sim_state(Desk &desk, const Found &found) {
     struct State {
         std::string_view reply;
         const char *shown;
@@ -178,7 +173,7 @@ bool take_sim_state(Desk &desk, std::string_view text) {
     constexpr State states[] = {
         {"READY", "PIN korrekt"}, {"SIM PIN", "PIN falsch"}, {"SIM PUK", "PUK eingeben"}};
     for (const State &state : states) {
-        if (text.find(state.reply) != std::string_view::npos) {
+        if (found.text.find(state.reply) != std::string_view::npos) {
             desk.frmGSM_Status.tboStatus.text = state.shown;
             return true;
         }
@@ -186,9 +181,9 @@ bool take_sim_state(Desk &desk, std::string_view text) {
     return false;
 }
 
-bool take_registration(Desk &desk, std::string_view text) {
+bool take_registration(Desk &desk, const Found &found) {
     constexpr std::size_t status_at = 9; // "+CREG: 0,1"
-    if (text.size() <= status_at)
+    if (found.text.size() <= status_at)
         return false;
     const auto shown = [](char status) {
         switch (status) {
@@ -206,29 +201,32 @@ bool take_registration(Desk &desk, std::string_view text) {
             return "unbekannt";
         }
     };
-    desk.frmGSM_Status.tboReg_zustand.text = shown(text[status_at]);
+    desk.frmGSM_Status.tboReg_zustand.text = shown(found.text[status_at]);
     return true;
 }
 
-bool take_signal(Desk &desk, std::string_view text) {
-    constexpr std::size_t value_at = 6; // "+CSQ: 17,0"
-    const std::size_t comma = text.find(',', value_at);
-    int value = 0;
-    if (comma == std::string_view::npos || comma > value_at + 2 ||
-        std::from_chars(text.data() + value_at, text.data() + comma, value).ptr != text.data() + comma)
+/// A device that refuses the query knows nothing of a network.
+bool take_refusal(Desk &desk, const Found &found) {
+    if (found.text.find_first_of("\r\n") == std::string_view::npos)
         return false;
-    constexpr int not_known = 99;
-    ProgressBar &bar = desk.frmGSM_Status.pzbSignalstaerke;
-    bar.value = value == not_known ? 0 : std::clamp(value, 1, bar.maximum);
+    desk.frmGSM_Status.tboReg_zustand.text = "unbekannt";
     return true;
 }
 
-bool take_imei(Desk &desk, std::string_view text) {
+bool take_signal(Desk &desk, const Found &found) {
+    const auto value = parse_signal(found.text);
+    if (!value)
+        return false;
+    desk.frmGSM_Status.show_signal(*value);
+    return true;
+}
+
+bool take_imei(Desk &desk, const Found &found) {
     constexpr std::size_t label = 6, digits_count = 15; // "IMEI: 123456789012345"
-    if (text.size() < label + digits_count)
+    if (found.text.size() < label + digits_count)
         return false;
     desk.frmGSM_Status.tboIMEI.text =
-        desk.frmGSM_Status.tboIMEI.filtered(from_line(text.substr(label, digits_count)));
+        desk.frmGSM_Status.tboIMEI.filtered(from_line(found.text.substr(label, digits_count)));
     return true;
 }
 
@@ -237,7 +235,7 @@ constexpr Reply time_reply(FlagOf awaited, CounterOf counter, Counter becomes, m
         .contains = "TIME:", .awaited = awaited, .counter = counter, .becomes = becomes, .restart = restart};
 }
 
-constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, std::string_view)) {
+constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, const Found &)) {
     return {.contains = text,
             .awaited = &JobState::boolKommunikations_Fehler42,
             .take = show,
@@ -247,8 +245,9 @@ constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, std::string_view
 }
 
 constexpr Reply replies[] = {
-    carrier_down, // stands first: one change is either of the two
     carrier_up,
+    carrier_down,
+    carrier_back,
     time_reply(&JobState::boolKommunikations_Fehler41, &JobState::bytePin_Counter, 2, 100ms),
     time_reply(&JobState::boolKommunikations_Fehler43, &JobState::byteGSM_Reg_Counter, 2, 100ms),
     // "inactive" holds "active" too: the row that stands first clears the flag.
@@ -263,6 +262,13 @@ constexpr Reply replies[] = {
     {.contains = "+CREG:",
      .at = {&JobState::byteGSM_Reg_Counter, 4},
      .take = take_registration,
+     .sets = &JobState::answered,
+     .restart = 100ms},
+    {.contains = "ERROR",
+     .at = {&JobState::byteGSM_Reg_Counter, 4},
+     .when = [](const Desk &d) { return !d.jobs.answered; },
+     .take = take_refusal,
+     .sets = &JobState::answered,
      .restart = 100ms},
     {.contains = "+CSQ: ",
      .awaited = &JobState::boolKommunikations_Fehler44,

@@ -25,11 +25,13 @@ constexpr Step dial[] = {
      .act = count_attempt,
      .send = dial_command,
      .wait = 4300ms,
+     .times = [](const Desk &) { return std::size_t{1}; },
      .next = 1},
     {.number = 1,
      .when = [](const Desk &d) { return d.jobs.byteISDN_Anwahl_Counter < dial_attempts - 1; },
      .act = count_attempt,
      .send = dial_command,
+     .times = [](const Desk &) { return std::size_t{dial_attempts} - 2; },
      .next = 1},
     {.number = 1,
      .act = count_attempt,
@@ -136,6 +138,7 @@ constexpr Step remote_alarm_test[] = {
     remote_command(2, leaving_remote, "quit", 4s),
     {.number = 3,
      .act = [](Desk &d) { d.jobs.byteAlarmtest_Counter = 0; },
+     .times = [](const Desk &) { return std::size_t{1}; },
      .next = 3,
      .end = End::hang_up,
      .message = test_sent},
@@ -149,15 +152,15 @@ constexpr Step remote_alarm_off[] = {
 };
 
 constexpr Job jobs[] = {
-    {&JobState::byteAnwahl_Counter, dial},
-    {&JobState::byteParametrier_Counter, configure},
-    {&JobState::byteISDN_Fern_Para_Counter, remote_configure},
-    {&JobState::byteAlarmtest_Counter, alarm_test},
-    {&JobState::byteISDN_Fern_Alarmtest_Counter, remote_alarm_test},
-    {&JobState::byteAlarm_aus_Counter, alarm_off},
-    {&JobState::byteISDN_Fern_Alarm_aus_Counter, remote_alarm_off},
-    {&JobState::byteMSN_Counter, set_msn},
-    {&JobState::byteISDN_Anschluss_Counter, set_line_type},
+    {"ISDN Anwahl", &JobState::byteAnwahl_Counter, dial},
+    {"ISDN konfigurieren", &JobState::byteParametrier_Counter, configure},
+    {"ISDN fern konfigurieren", &JobState::byteISDN_Fern_Para_Counter, remote_configure},
+    {"ISDN Test", &JobState::byteAlarmtest_Counter, alarm_test},
+    {"ISDN fern Test", &JobState::byteISDN_Fern_Alarmtest_Counter, remote_alarm_test},
+    {"ISDN Alarm aus", &JobState::byteAlarm_aus_Counter, alarm_off},
+    {"ISDN fern Alarm aus", &JobState::byteISDN_Fern_Alarm_aus_Counter, remote_alarm_off},
+    {"ISDN MSN", &JobState::byteMSN_Counter, set_msn},
+    {"ISDN Anschlussart", &JobState::byteISDN_Anschluss_Counter, set_line_type},
 };
 
 constexpr Move start_remote_jobs[] = {

@@ -49,6 +49,29 @@ inline constexpr const char *test_sent_sms_or_fax =
     "Damit die Alarmmeldung übertragen werden kann, wird die Verbindung jetzt getrennt.\r"
     "Sie müssten in Kürze eine Alarmmeldung auf Ihrem Handy oder Fax emfangen.";
 
+inline constexpr const char *no_connection = "Es konnte keine Verbindung zum Telvox-A hergestellt werden.";
+/// Second line of a report.
+inline constexpr const char *check_line =
+    "\rBitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das "
+    "Gerät mit Spannung versorgt wird.";
+
+/// The report that has both lines, for a step that ends its job with it.
+inline constexpr const char *no_connection_check =
+    "Es konnte keine Verbindung zum Telvox-A hergestellt werden."
+    "\rBitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das "
+    "Gerät mit Spannung versorgt wird.";
+
+/// Leaves the device's remote configuration mode. By then the work is done, and the device itself may have
+/// hung up.
+constexpr Step leave_remote(Counter number, const char *command) {
+    return {.number = number,
+            .when = remote,
+            .status = leaving_remote,
+            .send = command,
+            .on_fall = OnFall::skipped,
+            .next = static_cast<Counter>(number + 1)};
+}
+
 /// First step of a job that only needs the device to be there.
 constexpr Step device_check(const char *command, FlagOf flag) {
     return {.number = 1, .send = command, .wait = 4s, .awaits = flag};
@@ -63,7 +86,8 @@ constexpr Step ask_for_text_prompt(milliseconds wait) {
             .wait = wait,
             .awaits = &JobState::boolKommunikations_Fehler31};
 }
-inline constexpr Step give_text = {.number = 2, .send = alarm_text, .next = 3};
+inline constexpr Step give_text = {
+    .number = 2, .status = "Übertragung des Alarmtextes", .send = alarm_text, .next = 3};
 inline constexpr Step save_configuration = {
     .number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7};
 constexpr Step check_configuration(const char *command) {
@@ -75,7 +99,7 @@ constexpr Step check_configuration(const char *command) {
 }
 
 /// The carrier of the dialled call came up.
-inline constexpr Reply carrier_up = {.event = CommEvent::carrier,
+inline constexpr Reply carrier_up = {.event = CommEvent::carrier_rise,
                                      .awaited = &JobState::boolAnwahl_Fehler,
                                      .sets = &JobState::carrier_up,
                                      .counter = &JobState::byteAnwahl_Counter,
@@ -83,9 +107,11 @@ inline constexpr Reply carrier_up = {.event = CommEvent::carrier,
                                      .restart = 1000ms};
 
 /// It fell in mid-job. From then on the local modem would take the device's commands for its own and answer
-/// them, so nothing more is sent or believed.
+/// them, so nothing more is believed, and the next step that sends says what becomes of the job.
 inline constexpr Reply carrier_down = {
-    .event = CommEvent::carrier, .awaited = &JobState::carrier_up, .sets = &JobState::line_dropped};
+    .event = CommEvent::carrier_fall, .during = &JobState::carrier_up, .sets = &JobState::line_dropped};
+/// It is back before anything was sent: a dip that the modems bridged.
+inline constexpr Reply carrier_back = {.event = CommEvent::carrier_rise, .awaited = &JobState::line_dropped};
 
 /// Once the device is in its configuration mode: the counter of each set job flag.
 inline constexpr Move start_jobs[] = {
@@ -109,6 +135,7 @@ constexpr Step type_password(Counter number) {
                     return character_at(d.frmModem.tboPasswort.text, d.jobs.bytePasswort_Counter - 1u);
                 },
             .as = Write::raw,
+            .times = [](const Desk &d) { return length(d.frmModem.tboPasswort.text); },
             .next = number};
 }
 constexpr Step end_password(Counter number) {

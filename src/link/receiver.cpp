@@ -10,11 +10,12 @@ void Receiver::clear() {
 void Receiver::handle(CommEvent event, std::span<const Reply> rows) {
     if (event == CommEvent::data)
         link_.strCOM_Eingang.append(link_.comSeriell.Input());
-    if (jobs_ == JobState{} || jobs_.byteAuflege_Counter != 0 || jobs_.line_dropped)
+    const bool data = event == CommEvent::data;
+    if (jobs_ == JobState{} || jobs_.byteAuflege_Counter != 0 || (data && jobs_.line_dropped))
         return;
     std::uint64_t bit = 1;
     for (const Reply &row : rows) {
-        if ((acted_ & bit) == 0 && holds(row, event)) {
+        if ((!data || (acted_ & bit) == 0) && holds(row, event)) {
             apply(row);
             acted_ |= bit;
         }
@@ -31,7 +32,7 @@ bool Receiver::holds(const Reply &row, CommEvent event) {
     const std::size_t start = buffer.find(row.contains);
     if (start == ReceiveBuffer::npos || !buffer.contains(row.also))
         return false;
-    return !row.take || row.take(desk_, buffer.text().substr(start));
+    return !row.take || row.take(desk_, {buffer.text().substr(start), start, buffer.text()});
 }
 
 void Receiver::apply(const Reply &row) {

@@ -17,7 +17,8 @@ class Receiver {
         : desk_(desk), jobs_(jobs), link_(link), timer_(timer) {}
 
     /// Collects what arrived and applies every row that holds, in the rows' order. Replies count only while a
-    /// job runs, its line stands, and nothing is being hung up.
+    /// job runs, its line stands, and nothing is being hung up. A row for data acts once per filling of the
+    /// buffer, one for the carrier each time.
     void handle(CommEvent event, std::span<const Reply> rows);
     /// Empties the receive buffer: what comes from now on answers the next command.
     void clear();

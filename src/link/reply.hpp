@@ -24,6 +24,13 @@ struct Move {
     Counter becomes = 0;
 };
 
+/// Where a reply stands in what was received since the last command.
+struct Found {
+    std::string_view text; ///< from its `contains` on (bytes of the line)
+    std::size_t position;  ///< of that in the whole, from 0
+    std::string_view all;  ///< the whole
+};
+
 /// One reply that a device can give: when it counts and what it does. A row holds when all its conditions do;
 /// it acts once per filling of the receive buffer, so trailing bytes cannot put the next step off for ever.
 struct Reply {
@@ -35,9 +42,8 @@ struct Reply {
     At at = {};                           ///< counter that must hold a value
     const char *after = "";               ///< text that the last command line contained
     bool (*when)(const Desk &) = nullptr; ///< further condition
-    /// Takes a value out of the text, given from `contains` on (bytes of the line). False while the value is
-    /// not complete: then the row does not hold yet.
-    bool (*take)(Desk &, std::string_view) = nullptr;
+    /// Takes a value out of the reply. False while the value is not complete: then the row does not hold yet.
+    bool (*take)(Desk &, const Found &) = nullptr;
     FlagOf clears = nullptr;          ///< flag cleared without having been a condition
     FlagOf sets = nullptr;            ///< flag set
     CounterOf counter = nullptr;      ///< counter that moves

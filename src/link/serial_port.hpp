@@ -10,8 +10,9 @@ namespace telvox {
 
 /// Reason of a serial event.
 enum class CommEvent {
-    data = 2,    ///< at least one byte has arrived
-    carrier = 5, ///< the carrier-detect line has changed
+    data = 2,         ///< at least one byte has arrived
+    carrier_rise = 5, ///< the carrier-detect line has come on
+    carrier_fall = 6, ///< it has gone off
     lost =
         1000, ///< the port is gone (adapter unplugged, peer closed); reported once, the port is then closed
 };

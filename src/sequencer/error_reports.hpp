@@ -3,6 +3,7 @@
 #include "core/session.hpp"
 
 #include <optional>
+#include <span>
 #include <string>
 
 namespace telvox {
@@ -15,13 +16,29 @@ struct ErrorReport {
     std::string text;
 };
 
-/// The report that is due: of the armed flags that a tick still finds set, the first in the order of the
-/// reports. A read step whose reply is outstanding is reported by its number, which is left in
-/// `byteISDN_Anschlussart`.
-[[nodiscard]] std::optional<ErrorReport> due_report(const JobState &jobs, Session &session, ModemType type,
-                                                    bool remote);
+/// In which sessions the line follows that asks to check the cabling.
+enum class CheckLine { no, direct, always };
 
-/// Whether a flag has a report.
-[[nodiscard]] bool has_report(FlagOf flag);
+/// What an armed flag that nobody answered leads to.
+struct ReportRow {
+    FlagOf flag = nullptr;
+    LineEnd line = LineEnd::by_mode;
+    const char *text = "";
+    CheckLine check = CheckLine::no;
+    std::optional<ModemType> only = {};
+};
+
+/// The reports of the devices, in the order in which a tick looks at them.
+struct Reports {
+    std::span<const ReportRow> rows = {};
+    const char *read_error = ""; ///< of an outstanding read command; its number follows
+    const char *check_line = ""; ///< begins with a carriage return
+};
+
+/// The report that is due: of the armed flags that a tick still finds set, the first in the rows' order. A
+/// read command whose reply is outstanding is reported by its number, which is left in
+/// `byteISDN_Anschlussart`.
+[[nodiscard]] std::optional<ErrorReport> due_report(const Reports &reports, const JobState &jobs,
+                                                    Session &session, ModemType type, bool remote);
 
 } // namespace telvox

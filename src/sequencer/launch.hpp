@@ -7,12 +7,15 @@
 
 namespace telvox {
 
+struct Control;
 struct Desk;
 
-/// An input without which a job does not start, and what the user then reads.
+/// A condition without which a job does not start, what the user then reads, and the field that gets the
+/// focus.
 struct Check {
-    std::string (*input)(const Desk &) = nullptr;
-    const char *if_empty = "";
+    bool (*holds)(const Desk &) = nullptr;
+    const char *otherwise = "";
+    Control *(*field)(Desk &) = nullptr;
 };
 
 /// How a job starts.
@@ -22,7 +25,10 @@ struct Launch {
     CounterOf counter = nullptr;        ///< counter set to 1
     bool raise_dtr = true;              ///< false leaves DTR as the line has it
     bool cable_only = false;            ///< goes over the device's cable whatever the connection way
-    void (*prepare)(Desk &) = nullptr;  ///< takes the job's values over, once the port is open
+    /// Format of the line; none: that of the connection way.
+    std::string (*settings)(const Desk &) = nullptr;
+    /// Takes the job's values over. Runs when the start is certain: the port is open.
+    void (*prepare)(Desk &) = nullptr;
 };
 
 } // namespace telvox

@@ -7,6 +7,8 @@
 
 namespace telvox {
 
+struct Control;
+
 /// What the sequencer reads from and shows on the main window.
 class Panel {
   public:
@@ -17,6 +19,8 @@ class Panel {
     /// Entry of the port list that counts for the connection way.
     [[nodiscard]] virtual std::string selected_port() const = 0;
     virtual void status(std::string_view text) = 0;
+    /// Puts the focus into a field.
+    virtual void focus(Control &field) = 0;
     virtual void prz_Eingaben_deaktivieren() = 0;
     virtual void prz_Eingaben_aktivieren() = 0;
 };

@@ -3,47 +3,68 @@
 #include "core/port_choice.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace telvox {
 
-bool Sequencer::start(const Launch &launch) {
+namespace {
+
+constexpr const char *no_such_function =
+    "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.";
+
+/// Whether a text holds this line, with nothing else in it.
+bool has_line(std::string_view text, std::string_view line) {
+    for (std::size_t at = text.find(line); at != std::string_view::npos; at = text.find(line, at + 1)) {
+        const std::size_t behind = at + line.size();
+        const auto ends = [](char c) { return c == '\r' || c == '\n'; };
+        if ((at == 0 || ends(text[at - 1])) && (behind == text.size() || ends(text[behind])))
+            return true;
+    }
+    return false;
+}
+
+/// What the waits of a table add up to. A row without one keeps the interval that stands: that of a row
+/// above, or what a reply left.
+milliseconds prescribed_time(const Job &job, const Desk &desk) {
+    constexpr milliseconds left_by_a_reply{1200};
+    milliseconds sum{0}, standing = left_by_a_reply;
+    for (const Step &step : job.steps) {
+        if (step.wait.count() > 0)
+            standing = std::max(left_by_a_reply, step.wait);
+        sum += standing * static_cast<long>(step.times ? step.times(desk) : 1);
+    }
+    return sum;
+}
+
+} // namespace
+
+bool Sequencer::ready(const Launch &launch) {
     if (busy()) {
         c_.outbox.show("Es läuft bereits ein Vorgang.");
         return false;
     }
     outcome_ = Outcome::refused;
     for (const Check &check : launch.checks) {
-        if (check.input(c_.desk).empty()) {
-            c_.outbox.show(check.if_empty);
-            return false;
-        }
+        if (check.holds(c_.desk))
+            continue;
+        c_.outbox.show(check.otherwise);
+        if (check.field)
+            c_.panel.focus(*check.field(c_.desk));
+        return false;
     }
+    return true;
+}
+
+bool Sequencer::start(const Launch &launch) {
+    if (!ready(launch))
+        return false;
     c_.jobs.cable_only = launch.cable_only;
-    SerialPort &port = c_.link.comSeriell;
-    if (!port.PortOpen()) {
-        const int number = func_Port_Auswahl(c_.panel.selected_port(), c_.outbox);
-        if (number == 0) {
-            c_.jobs = {};
-            return false;
-        }
-        port.CommPort(number);
-    }
-    const bool remote = c_.panel.remote();
-    const auto format =
-        parse_format(remote ? c_.session.strCOMparameter_fern : c_.session.strCOMparameter_direkt);
-    port.Settings(format.value_or(*parse_format(remote ? default_fern : default_direkt)));
-    if (!port.PortOpen()) {
-        if (const std::string cause = port.PortOpen(true); !cause.empty()) {
-            c_.jobs = {};
-            outcome_ = Outcome::failed;
-            c_.outbox.show({.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
-                            .title = port_error_title,
-                            .icon = Icon::exclamation});
-            return false;
-        }
+    if (!open_port(launch)) {
+        c_.jobs = {};
+        return false;
     }
     if (launch.raise_dtr)
-        port.DTREnable(true);
+        c_.link.comSeriell.DTREnable(true);
     if (launch.prepare)
         launch.prepare(c_.desk);
     if (launch.flag)
@@ -52,16 +73,63 @@ bool Sequencer::start(const Launch &launch) {
     c_.panel.prz_Eingaben_deaktivieren();
     c_.link.last_command.clear();
     receiver_.clear();
+    under_.clear();
+    rejected_.clear();
+    timed_.clear();
+    allowed_ = milliseconds{0};
+    started_ = c_.timer.now();
     c_.timer.Enabled(true);
     return true;
 }
 
+bool Sequencer::open_port(const Launch &launch) {
+    SerialPort &port = c_.link.comSeriell;
+    if (!port.PortOpen()) {
+        const int number = func_Port_Auswahl(c_.panel.selected_port(), c_.outbox);
+        if (number == 0)
+            return false;
+        port.CommPort(number);
+    }
+    const bool remote = c_.panel.remote();
+    const std::string settings = launch.settings ? launch.settings(c_.desk)
+                                 : remote        ? c_.session.strCOMparameter_fern
+                                                 : c_.session.strCOMparameter_direkt;
+    port.Settings(parse_format(settings).value_or(*parse_format(remote ? default_fern : default_direkt)));
+    if (port.PortOpen())
+        return true;
+    const std::string cause = port.PortOpen(true);
+    if (cause.empty())
+        return true;
+    outcome_ = Outcome::failed;
+    c_.outbox.show({.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
+                    .title = port_error_title,
+                    .icon = Icon::exclamation});
+    return false;
+}
+
 void Sequencer::Timer1_Timer() {
+    note_rejection();
     receiver_.clear();
-    if (const auto report = due_report(c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
+    if (const auto report =
+            due_report(c_.reports, c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
         fail(report->line, {.text = report->text});
+    else if (stalled())
+        fail(LineEnd::by_mode, {.text = no_such_function});
     run_jobs();
     hang_up_step();
+}
+
+bool Sequencer::stalled() const {
+    return busy() && c_.jobs.byteAuflege_Counter == 0 &&
+           std::none_of(job_counters.begin(), job_counters.end(),
+                        [this](CounterOf counter) { return c_.jobs.*counter != 0; });
+}
+
+void Sequencer::note_rejection() {
+    const std::string under = std::exchange(under_, {});
+    if (!under.empty() && !c_.jobs.line_dropped && has_line(c_.link.strCOM_Eingang.text(), "ERROR") &&
+        std::find(rejected_.begin(), rejected_.end(), under) == rejected_.end())
+        rejected_.push_back(under);
 }
 
 void Sequencer::run_jobs() {
@@ -77,37 +145,79 @@ void Sequencer::run_jobs() {
             return s.number == number && (!s.when || s.when(c_.desk));
         });
         if (step == steps.end())
-            return fail(LineEnd::by_mode,
-                        {.text = "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung."});
-        run(*step, counter);
+            return fail(LineEnd::by_mode, {.text = no_such_function});
+        allow_time_for(*job);
+        if (c_.timer.now() - started_ > patience * allowed_)
+            return fail(LineEnd::by_mode, {.text = "Das Telvox-A antwortet nicht wie erwartet."});
+        run(*step, *job);
     }
 }
 
-void Sequencer::run(const Step &step, CounterOf counter) {
-    // On a line that has dropped the local modem would take a command for its own.
-    if (step.send.given() && c_.jobs.line_dropped)
+void Sequencer::allow_time_for(const Job &job) {
+    if (std::find(timed_.begin(), timed_.end(), job.counter) != timed_.end())
+        return;
+    timed_.push_back(job.counter);
+    allowed_ += prescribed_time(job, c_.desk);
+}
+
+void Sequencer::run(const Step &step, const Job &job) {
+    if (step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::fails)
         return fail(LineEnd::hang_up, {.text = "Die Verbindung zum Telvox-A wurde unterbrochen."});
+    const bool skipped = step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::skipped;
+    if (!skipped)
+        send(step, job);
+    c_.jobs.*job.counter = step.next;
+    if (skipped)
+        c_.timer.restart(idle_period);
+    else if (step.wait.count() > 0)
+        c_.timer.restart(step.wait);
+    if (step.end != End::no)
+        end(step);
+}
+
+void Sequencer::send(const Step &step, const Job &job) {
     if (step.status)
         c_.panel.status(step.status);
     if (step.act)
         step.act(c_.desk);
+    if (step.sets)
+        c_.jobs.*step.sets = true;
+    if (step.clears)
+        c_.jobs.*step.clears = false;
+    c_.jobs.byteGPRS_Leseschritt = step.reads;
+    if (step.format.given()) {
+        c_.link.comSeriell.drain(drain_limit);
+        if (const auto format = parse_format(step.format(c_.desk)))
+            c_.link.comSeriell.Settings(*format);
+    }
     if (step.send.given()) {
         const std::string text = step.send(c_.desk);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
+        // The set-up speaks to the local modem, and an alarm text may itself be what is looked for.
+        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter && text != "ERROR")
+            under_ = step.status ? step.status : text.substr(0, text.find('='));
     }
     if (step.awaits)
         c_.jobs.*step.awaits = true;
-    c_.jobs.*counter = step.next;
-    if (step.wait.count() > 0)
-        c_.timer.restart(step.wait);
+}
 
-    if (step.end == End::no)
-        return;
-    outcome_ = Outcome::succeeded;
+void Sequencer::end(const Step &step) {
+    if (step.end == End::failed)
+        return fail(LineEnd::by_mode, {.text = step.message});
+    // A query has no message; what its fields show says it all.
+    outcome_ = rejected_.empty() || !step.message ? Outcome::succeeded : Outcome::objected;
     // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
     step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
-    if (step.message)
-        c_.outbox.show(step.message);
+    if (!step.message)
+        return;
+    Message message{.text = step.message};
+    if (!rejected_.empty()) {
+        message.icon = Icon::exclamation;
+        message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
+        for (const std::string &name : rejected_)
+            message.text += "\r" + name;
+    }
+    c_.outbox.show(std::move(message));
 }
 
 void Sequencer::start_hang_up() {
@@ -149,6 +259,14 @@ void Sequencer::finish(LineEnd line) {
     prz_Initialisieren();
     if (hang_up)
         start_hang_up();
+}
+
+void Sequencer::abandon() {
+    if (!busy() || c_.jobs.byteAuflege_Counter != 0)
+        return;
+    outcome_ = Outcome::failed;
+    // A line that was never dialled, or has fallen, has nothing to hang up.
+    finish(c_.panel.remote() ? LineEnd::hang_up : LineEnd::drop);
 }
 
 void Sequencer::close_port() {

@@ -10,15 +10,18 @@
 #include "sequencer/panel.hpp"
 #include "sequencer/step.hpp"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvox {
 
 /// How the last start came out.
 enum class Outcome {
-    refused,  ///< a check said no, nothing was sent (or nothing was started yet)
-    failed,   ///< ended with an error, or its port could not be opened
-    succeeded ///< went to its end
+    refused,   ///< a check said no, nothing was sent (or nothing was started yet)
+    failed,    ///< ended with an error, or its port could not be opened
+    succeeded, ///< went to its end
+    objected,  ///< went to its end, but the device rejected something on the way
 };
 
 /// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.
@@ -34,6 +37,7 @@ class Sequencer {
         Timer &timer;
         Outbox &outbox;
         Families families;
+        const Reports &reports;
     };
 
     explicit Sequencer(const Context &context)
@@ -45,13 +49,17 @@ class Sequencer {
     /// How the last job came out; meaningful once the session is idle again.
     [[nodiscard]] Outcome outcome() const { return outcome_; }
 
-    /// The one start of every job. While a job runs it says so and changes nothing. Otherwise: the checks,
-    /// the port opened if it is closed, its format applied, DTR raised, the values taken over, flag and
-    /// counter set, the inputs locked, the timer on. Returns whether the job runs.
+    /// Whether a job could start: none runs, and its checks hold. Otherwise a box says why not.
+    bool ready(const Launch &launch);
+
+    /// The one start of every job. If it is ready: the port opened if it is closed, its format applied, DTR
+    /// raised, the values taken over, flag and counter set, the inputs locked, the timer on. Returns whether
+    /// the job runs; if not, nothing has changed.
     bool start(const Launch &launch);
 
     /// One period of `Timer1`: empties the receive buffer, reports an armed flag that is still set, runs the
-    /// step of each running counter, and last the hang-up.
+    /// step of each running counter, and last the hang-up. A job that has nothing to wait for, or goes round
+    /// in circles, ends.
     void Timer1_Timer();
 
     /// The serial port's event: replies move the running job on; a lost port ends it.
@@ -59,6 +67,9 @@ class Sequencer {
 
     /// Resets the session: counters and flags, the timer's period to 100 ms, inputs usable, status "Bereit".
     void prz_Initialisieren();
+
+    /// Ends the running job without a message, a call with its hang-up.
+    void abandon();
 
     /// Leaves the line in order when the program ends: DTR off drops a call that is still up.
     void close_port();
@@ -68,9 +79,17 @@ class Sequencer {
     /// More than a second of silence before and after "+++", or the local modem takes it as data.
     static constexpr milliseconds escape_guard{1100};
     static constexpr milliseconds drain_limit{1000};
+    /// A job may take this many times the waits of its tables, whatever the device answers.
+    static constexpr int patience = 5;
 
+    bool open_port(const Launch &launch);
     void run_jobs();
-    void run(const Step &step, CounterOf counter);
+    void run(const Step &step, const Job &job);
+    void send(const Step &step, const Job &job);
+    void end(const Step &step);
+    void allow_time_for(const Job &job);
+    void note_rejection();
+    [[nodiscard]] bool stalled() const;
     void hang_up_step();
     void start_hang_up();
     void fail(LineEnd line, Message message);
@@ -79,6 +98,11 @@ class Sequencer {
     Context c_;
     Receiver receiver_;
     Outcome outcome_ = Outcome::refused;
+    milliseconds started_{0};
+    milliseconds allowed_{0};      ///< waits of the tables that have run so far
+    std::vector<CounterOf> timed_; ///< the counters of those tables
+    std::string under_;            ///< what the last command is called, should the device reject it
+    std::vector<std::string> rejected_;
 };
 
 } // namespace telvox

@@ -4,8 +4,11 @@
 #include "core/timer.hpp"
 #include "link/reply.hpp"
 
+#include <algorithm>
+#include <array>
 #include <span>
 #include <string>
+#include <type_traits>
 
 namespace telvox {
 
@@ -40,6 +43,15 @@ enum class End {
     no,
     drop,    ///< drain, DTR off, close the port
     hang_up, ///< hang up the local modem first
+    failed,  ///< no success: the line ends by the way of the connection
+};
+
+/// What becomes of a step that would send on a line that has fallen, where the local modem would take the
+/// command for its own.
+enum class OnFall {
+    fails,    ///< the job ends with a message
+    skipped,  ///< the work is done and the device may have hung up itself: the job goes on with the next step
+    reported, ///< it is sent; the flag that the step or a later one awaits says what is wrong
 };
 
 /// One step of a dialogue: what one tick does. Of several rows with the same number the first whose condition
@@ -49,17 +61,37 @@ struct Step {
     bool (*when)(const Desk &) = nullptr; ///< condition on the inputs; none: always
     const char *status = nullptr;         ///< status text; none: unchanged
     void (*act)(Desk &) = nullptr;        ///< done before sending
+    FlagOf sets = nullptr;                ///< job flag set before sending
+    FlagOf clears = nullptr;              ///< job flag cleared before sending
+    Counter reads = 0;                    ///< number of the read command that is then outstanding
+    RowText format = {}; ///< settings text of the line, applied before sending, once all output has left
     RowText send = {};
     Write as = Write::line;
     milliseconds wait{0};    ///< time until the next tick, and so the time allowed for the reply; 0 keeps it
     FlagOf awaits = nullptr; ///< armed; still set at the next tick, it is reported as an error
-    Counter next = 0;        ///< the counter afterwards; 0 waits for a reply row to move it
+    OnFall on_fall = OnFall::fails;
+    std::size_t (*times)(const Desk &) = nullptr; ///< how often a row runs that names itself as the next
+    Counter next = 0; ///< the counter afterwards; 0 waits for a reply row to move it
     End end = End::no;
     const char *message = nullptr; ///< box at the end
 };
 
+constexpr std::array<Step, 1> rows_of(const Step &row) { return {row}; }
+template <std::size_t N> constexpr const std::array<Step, N> &rows_of(const std::array<Step, N> &rows) {
+    return rows;
+}
+
+/// Joins rows and arrays of rows to one table, so that what several tables share stands once.
+template <class... Parts> consteval auto table(const Parts &...parts) {
+    std::array<Step, (std::tuple_size_v<std::remove_cvref_t<decltype(rows_of(parts))>> + ...)> joined{};
+    auto at = joined.begin();
+    ((at = std::ranges::copy(rows_of(parts), at).out), ...);
+    return joined;
+}
+
 /// The step table of one job.
 struct Job {
+    const char *name = ""; ///< for whoever reads a fault of a table
     CounterOf counter = nullptr;
     std::span<const Step> steps = {};
 };

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "core/messages.hpp"
+#include "core/port_scan.hpp"
 #include "core/session.hpp"
 #include "sequencer/panel.hpp"
 #include "ui/frm_modem.hpp"
 #include "ui/small_dialogs.hpp"
 
-#include <array>
 #include <functional>
+#include <vector>
 
 namespace telvox {
 
@@ -23,7 +24,10 @@ struct Desk final : Panel {
     FrmGSM_Status frmGSM_Status;
 
     /// All windows, the main window first.
-    std::array<Form *, 5> forms{&frmModem, &frmPin, &frmMSN, &frmAnschlussart, &frmGSM_Status};
+    std::vector<Form *> forms{&frmModem, &frmPin, &frmMSN, &frmAnschlussart, &frmGSM_Status};
+
+    /// What the last look at the serial ports found.
+    std::vector<PortInfo> ports;
 
     /// Hears every status text, also those that a handler replaces before the window is drawn again.
     std::function<void(std::string_view)> status_changed = [](std::string_view) {};
@@ -40,10 +44,12 @@ struct Desk final : Panel {
             status_changed(text);
         frmModem.StatusBar.text = text;
     }
+    void focus(Control &field) override { field.form->wants_focus = &field; }
     void prz_Eingaben_deaktivieren() override { frmModem.prz_Eingaben_deaktivieren(); }
     void prz_Eingaben_aktivieren() override {
         frmModem.prz_Eingaben_aktivieren();
-        frmGSM_Status.enable_buttons(true);
+        for (Form *form : forms)
+            form->unlock();
     }
 };
 

@@ -11,7 +11,7 @@ Control::Control(Form &owner, const char *control_name, std::string control_capt
     owner.controls_.push_back(this);
 }
 
-bool Control::usable() const { return enabled && visible && (!within || within->usable()); }
+bool Control::usable() const { return form->open && enabled && visible && (!within || within->usable()); }
 
 void OptionButton::choose() {
     for (Control *control : form->controls())
@@ -35,7 +35,10 @@ bool digits_plus(char32_t c) { return digits(c) || c == U'+'; }
 bool digits_star(char32_t c) { return digits(c) || c == U'*'; }
 bool dialling_characters(char32_t c) { return digits_plus(c) || c == U'*' || c == U'#'; }
 
-std::string TextBox::filtered(std::string_view input) const {
+namespace {
+
+/// The accepted characters of a text, at most `max_length` of them (0: all).
+std::string kept_of(std::string_view input, KeyFilter accepts, std::size_t max_length) {
     std::string kept;
     Characters characters(input);
     std::size_t count = 0;
@@ -49,8 +52,20 @@ std::string TextBox::filtered(std::string_view input) const {
     return kept;
 }
 
+} // namespace
+
+std::string TextBox::filtered(std::string_view input) const { return kept_of(input, accepts, max_length); }
+std::string ComboBox::filtered(std::string_view input) const { return kept_of(input, accepts, max_length); }
+
+void ComboBox::write(std::string_view input) {
+    text = filtered(input);
+    changed();
+}
+
 void Form::load() {
-    reset();
+    if (!open)
+        reset();
+    wants_front = open;
     open = true;
 }
 

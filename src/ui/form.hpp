@@ -18,7 +18,7 @@ struct Control {
     Control(const Control &) = delete;
     Control &operator=(const Control &) = delete;
 
-    /// The user can work with it: it and what it stands in are enabled and visible.
+    /// The user can work with it: its window is open, it and what it stands in are enabled and visible.
     [[nodiscard]] bool usable() const;
 
     Form *form;
@@ -73,6 +73,7 @@ bool digits_plus(char32_t c);         ///< phone numbers with "+"
 bool digits_star(char32_t c);         ///< an MSN; "*" takes all calls
 bool dialling_characters(char32_t c); ///< "0" to "9", "+", "*", "#"
 
+/// A box of one line, or of several that only the program writes (`multi_line`, then lines end in "\n").
 struct TextBox : Control {
     using Control::Control;
     /// What remains of a text that is typed or pasted: the accepted characters, up to the limit.
@@ -82,14 +83,46 @@ struct TextBox : Control {
     std::size_t max_length = 0; ///< in characters; 0 is no limit
     KeyFilter accepts = any_character;
     bool read_only = false;
+    bool multi_line = false;
+    std::function<void()> lost_focus = [] {};
 };
 
-/// A list that is not editable; `text` is the chosen entry, empty while none is.
+/// A drop-down list. `text` is the chosen entry, empty while none is; in an editable one any text that its
+/// filter and limit leave.
 struct ComboBox : Control {
     using Control::Control;
+    [[nodiscard]] std::string filtered(std::string_view input) const;
+    /// Gives it a text and runs `changed`, as typing and picking do, also when a program does it.
+    void write(std::string_view input);
+
     std::vector<std::string> items;
+    std::vector<std::string> item_tool_tips; ///< of the entries, as far as it goes
     std::string text;
-    std::function<void()> got_focus = [] {};
+    bool editable = false;
+    std::size_t max_length = 0;
+    KeyFilter accepts = any_character;
+    std::function<void()> got_focus = [] {}; ///< also runs each time the list is opened
+    std::function<void()> changed = [] {};
+};
+
+/// A list that shows several entries at a time, of which at most one is selected.
+struct ListBox : Control {
+    using Control::Control;
+    std::vector<std::string> items;
+    int selected = -1; ///< position from 0, -1: none
+    /// The user has moved the selection, by mouse or key; it stood at `before`.
+    std::function<void(int before)> clicked = [](int) {};
+    std::function<void()> double_clicked = [] {};
+};
+
+/// Tabs around frames.
+struct TabFrame : Control {
+    using Control::Control;
+};
+
+/// A picture; the widget has it from its design.
+struct Picture : Control {
+    using Control::Control;
 };
 
 struct ProgressBar : Control {
@@ -121,16 +154,26 @@ class Form {
         return nullptr;
     }
 
-    /// Opens the window with its fields as they are at design time.
+    /// Opens the window with its fields as they are at design time; one that is open comes to the front as it
+    /// is.
     void load();
     /// Closes it.
-    void unload() { open = false; }
+    virtual void unload() { open = false; }
+
+    /// Updates what is computed from the fields; runs after every event.
+    virtual void compute() {}
+    /// A job has ended: what it locked comes back, by the window's own rules.
+    virtual void unlock() {}
 
     const char *name;
     const char *caption;
     bool open = false;
     /// The button that the title bar's close button and the Escape key press, where there is one.
     Button *cancel = nullptr;
+    /// Gets the focus at the next drawing.
+    Control *wants_focus = nullptr;
+    /// Comes to the front at the next drawing.
+    bool wants_front = false;
 
   protected:
     virtual void reset() {} ///< gives the fields their design-time values

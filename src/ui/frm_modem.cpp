@@ -135,6 +135,8 @@ void FrmModem::choose_variant(const Variant &variant) {
     fraPasswort.visible = variant.password;
     if (variant.password)
         tboPasswort.text = variant.default_password;
+    if (type == ModemType::Analog)
+        chkPasswort.value = tboPasswort.enabled = false;
 
     tboAlarmmeldung.enabled = variant.alarms;
     if (variant.text_limit != 0) {
@@ -224,7 +226,7 @@ void FrmModem::prz_Eingaben_aktivieren() {
 }
 
 void FrmModem::compute() {
-    const std::size_t used = length(tboAlarmmeldung.text);
+    const std::size_t used = length(func_Text_prüfen(tboAlarmmeldung.text));
     const std::size_t limit = tboAlarmmeldung.max_length;
     lblZeichen_frei.caption = "noch " + std::to_string(limit > used ? limit - used : 0);
 }

@@ -20,7 +20,7 @@ class FrmModem : public Form {
     void prz_Eingaben_aktivieren();
 
     /// Updates what is computed from the fields: the characters left for the alarm text.
-    void compute();
+    void compute() override;
 
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};
     MenuEntry mnuMSN_festlegen{*this, "mnuMSN_festlegen", "&MSN festlegen", &mnuISDN};

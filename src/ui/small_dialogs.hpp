@@ -2,6 +2,8 @@
 
 #include "ui/form.hpp"
 
+#include <algorithm>
+
 namespace telvox {
 
 /// Enters the SIM's PIN, which the device keeps.
@@ -87,6 +89,15 @@ class FrmGSM_Status : public Form {
             button->enabled = on;
     }
 
+    /// Shows what "+CSQ" tells: the bar, and for a script the number.
+    void show_signal(int value) {
+        signal_known = value != signal_not_known;
+        pzbSignalstaerke.value = signal_known ? std::clamp(value, 1, pzbSignalstaerke.maximum) : 0;
+    }
+    bool signal_known = false;
+
+    void unlock() override { enable_buttons(true); }
+
     Button cbuPIN_Status{*this, "cbuPIN_Status", "&Pin Status abfragen"};
     Label lblStatus{*this, "lblStatus", "Status:"};
     TextBox tboStatus{*this, "tboStatus"};
@@ -106,7 +117,11 @@ class FrmGSM_Status : public Form {
     void reset() override {
         tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = unknown;
         pzbSignalstaerke.value = 0;
+        signal_known = false;
     }
+
+  private:
+    static constexpr int signal_not_known = 99;
 };
 
 } // namespace telvox

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <stdexcept>
 
 namespace telvox::test {
 
@@ -54,7 +55,7 @@ std::string bytes_of(std::string_view text) {
 }
 
 Rig::Rig(DataFolders folders)
-    : program({.comSeriell = port, .scanner = scanner, .Timer1 = timer, .boxes = message_boxes},
+    : program({.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = message_boxes},
               std::move(folders)) {
     program.desk.status_changed = [this](std::string_view text) { note("status " + std::string(text)); };
 }
@@ -127,9 +128,13 @@ void Rig::FakePort::Output(std::string_view bytes) {
 
 void Rig::FakePort::drain(milliseconds) { rig.note("drain"); }
 
-std::string Rig::FakeScanner::PortOpen(bool open) {
-    const bool free = std::find(rig.free_ports.begin(), rig.free_ports.end(), number) != rig.free_ports.end();
-    return open && !free ? "not there" : "";
+std::vector<PortInfo> Rig::FakeScan::ports() {
+    std::vector<PortInfo> found = rig.busy_ports;
+    for (const int number : rig.free_ports)
+        if (number <= last_port)
+            found.push_back({.number = number});
+    std::sort(found.begin(), found.end(), [](const auto &a, const auto &b) { return a.number < b.number; });
+    return found;
 }
 
 void Rig::FakeTimer::Interval(milliseconds value) {
@@ -143,12 +148,23 @@ void Rig::FakeTimer::Enabled(bool enabled) {
     on = enabled;
 }
 
-void Rig::FakeBoxes::show(const Message &message) {
+void Rig::answer(bool yes) {
+    if (answers.empty())
+        throw std::logic_error("no box waits for an answer");
+    const Answered answered = answers.front();
+    answers.erase(answers.begin());
+    answered(yes);
+}
+
+void Rig::FakeBoxes::show(const Message &message, Answered answered) {
+    if (answered)
+        rig.answers.push_back(std::move(answered));
     rig.boxes.push_back(message);
     std::string lines = message.text;
     for (std::size_t at = 0; (at = lines.find('\r', at)) != std::string::npos;)
         lines.replace(at, 1, "\\r");
-    rig.note("box " + lines + (message.title != program_title ? " [" + message.title + "]" : "") +
+    rig.note((message.asks ? "asks " : "box ") + lines +
+             (message.title != program_title ? " [" + message.title + "]" : "") +
              (message.icon == Icon::exclamation ? " (!)" : ""));
 }
 

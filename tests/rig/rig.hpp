@@ -31,6 +31,9 @@ class Rig {
     void arrive(std::string_view bytes, std::size_t piece = 0);
     void note(const std::string &event);
 
+    /// The user closes the oldest box that somebody waits for: OK or Ja, or else Nein.
+    void answer(bool yes);
+
     /// Opens the port lists with these free ports and chooses them.
     void choose_cable_port(int number);
     void choose_modem_port(int number);
@@ -38,6 +41,8 @@ class Rig {
     milliseconds now{0};
     Journal journal;
     std::vector<Message> boxes;
+    std::vector<Answered> answers;    ///< of the boxes that are still open
+    std::vector<PortInfo> busy_ports; ///< ports that are there but cannot be opened
     std::vector<int> free_ports{3};
     std::string open_failure; ///< why the port cannot be opened, empty: it can
     // The far end of the line, where a test has one.
@@ -67,27 +72,16 @@ class Rig {
         bool watches = false;
         std::string pending;
     };
-    /// Tries ports without a trace in the journal.
-    struct FakeScanner final : SerialPort {
-        explicit FakeScanner(Rig &owner) : rig(owner) {}
-        void CommPort(int value) override { number = value; }
-        [[nodiscard]] int CommPort() const override { return number; }
-        void Settings(const SerialFormat &) override {}
-        std::string PortOpen(bool open) override;
-        [[nodiscard]] bool PortOpen() const override { return false; }
-        void DTREnable(bool) override {}
-        void Output(std::string_view) override {}
-        std::string Input() override { return {}; }
-        void drain(milliseconds) override {}
-        void watch_carrier(bool) override {}
-
+    struct FakeScan final : PortScan {
+        explicit FakeScan(Rig &owner) : rig(owner) {}
+        std::vector<PortInfo> ports() override;
         Rig &rig;
-        int number = 0;
     };
     struct FakeTimer final : Timer {
         explicit FakeTimer(Rig &owner) : rig(owner) {}
         void Interval(milliseconds value) override;
         void Enabled(bool on) override;
+        [[nodiscard]] milliseconds now() const override { return rig.now; }
 
         Rig &rig;
         milliseconds period{100};
@@ -96,13 +90,13 @@ class Rig {
     };
     struct FakeBoxes final : MessageBoxes {
         explicit FakeBoxes(Rig &owner) : rig(owner) {}
-        void show(const Message &message) override;
+        void show(const Message &message, Answered answered) override;
         Rig &rig;
     };
 
   public:
     FakePort port{*this};
-    FakeScanner scanner{*this};
+    FakeScan scan{*this};
     FakeTimer timer{*this};
     FakeBoxes message_boxes{*this};
     Telvox program;

@@ -1,0 +1,21 @@
+#include "dialogues/parsers.hpp"
+
+#include <algorithm>
+#include <charconv>
+
+namespace telvox::dialogues {
+
+std::optional<int> parse_signal(std::string_view text) {
+    constexpr std::size_t value_at = 6;
+    const std::size_t comma = text.find(',', value_at);
+    if (comma == std::string_view::npos || comma == value_at || comma > value_at + 2)
+        return std::nullopt;
+    const std::string_view digits = text.substr(value_at, comma - value_at);
+    int value = 0;
+    if (!std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        return std::nullopt;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return value;
+}
+
+} // namespace telvox::dialogues

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "sequencer/launch.hpp"
+#include "sequencer/sequencer.hpp"
+#include "ui/desk.hpp"
+
+/// What starts jobs: per group of windows the launches and the handlers of their buttons.
+namespace telvox {
+
+/// A check that a field of the main window is not empty.
+template <auto Field> constexpr Check filled(const char *otherwise) {
+    return {.holds = [](const Desk &d) { return !(d.frmModem.*Field).text.empty(); },
+            .otherwise = otherwise,
+            .field = [](Desk &d) -> Control * { return &(d.frmModem.*Field); }};
+}
+
+/// The cabled device's port must be chosen.
+inline constexpr Check cable_chosen = filled<&FrmModem::cobSchnittstelle>(
+    "Zum parametrieren muss die Schnittstelle ausgewählt werden, an der das Telvox-A angeschlossen ist.");
+/// Modem port and number must be there for a configuration in a call.
+inline constexpr Check modem_chosen = filled<&FrmModem::cobModem_Port>(
+    "Zum parametrieren muss die Schnittstelle ausgewählt werden, an der ein Modem angeschlossen ist.");
+inline constexpr Check number_entered = filled<&FrmModem::tboRufnummer_Modem>(
+    "Um das Telvox-A aus der Ferne zu parametrieren, muss eine Rufnummer eingegeben werden.");
+
+/// Gives the buttons and menu entries of the main window and of the small dialogs their click handlers.
+void connect_main_window(Desk &desk, Sequencer &sequencer);
+void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
+
+/// A menu entry's handler that opens a window.
+[[nodiscard]] inline std::function<void()> opens(Form &form) {
+    return [&form] { form.load(); };
+}
+
+} // namespace telvox

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "core/port_scan.hpp"
+#include "link/link.hpp"
+#include "ui/desk.hpp"
+
+namespace telvox {
+
+/// Fills both port lists with the ports that can be opened at this moment, but leaves them as they are while
+/// the session has its own port open. A chosen port that is still there stays chosen. A box says so if there
+/// is none.
+void prz_freie_Schnittstellen(Desk &desk, const Link &link, PortScan &scan);
+
+/// Has the lists filled when they get the focus or are opened.
+void connect_port_lists(Desk &desk, const Link &link, PortScan &scan);
+
+} // namespace telvox

@@ -1,0 +1,85 @@
+#include "ui/jobs.hpp"
+
+namespace telvox {
+
+namespace {
+
+constexpr Check cable_checks[] = {cable_chosen};
+
+constexpr Launch set_pin = {.checks = cable_checks,
+                            .counter = &JobState::bytePin_Counter,
+                            .cable_only = true,
+                            .prepare = [](Desk &d) { d.session.strPIN = d.frmPin.tboPin.text; }};
+constexpr Launch set_msn = {.checks = cable_checks,
+                            .counter = &JobState::byteMSN_Counter,
+                            .cable_only = true,
+                            .prepare = [](Desk &d) { d.session.strMSN = d.frmMSN.tboMSN.text; }};
+constexpr Launch set_line_type = {.checks = cable_checks,
+                                  .counter = &JobState::byteISDN_Anschluss_Counter,
+                                  .cable_only = true,
+                                  .prepare = [](Desk &d) {
+                                      d.session.byteISDN_Anschlussart =
+                                          d.frmAnschlussart.optMehrgeraeteanschluss.value ? 0 : 1;
+                                  }};
+
+/// The queries of the GSM status dialog lock its buttons and blank their fields.
+constexpr Launch query_pin = {.checks = cable_checks,
+                              .flag = &JobState::boolPIN_Status_lesen,
+                              .counter = &JobState::bytePin_Status_Counter,
+                              .cable_only = true,
+                              .prepare = [](Desk &d) {
+                                  d.frmGSM_Status.tboStatus.text = d.frmGSM_Status.tboPIN_hinterlegt.text =
+                                      "-";
+                                  d.frmGSM_Status.enable_buttons(false);
+                              }};
+constexpr Launch query_registration = {.checks = cable_checks,
+                                       .flag = &JobState::boolREG_lesen,
+                                       .counter = &JobState::byteGSM_Reg_Counter,
+                                       .cable_only = true,
+                                       .prepare = [](Desk &d) {
+                                           d.frmGSM_Status.tboReg_zustand.text = unknown;
+                                           d.frmGSM_Status.enable_buttons(false);
+                                       }};
+constexpr Launch query_signal = {.checks = cable_checks,
+                                 .flag = &JobState::boolFeld_lesen,
+                                 .counter = &JobState::byteGSM_Signal_Counter,
+                                 .cable_only = true,
+                                 .prepare = [](Desk &d) {
+                                     d.frmGSM_Status.pzbSignalstaerke.value = 0;
+                                     d.frmGSM_Status.enable_buttons(false);
+                                 }};
+constexpr Launch query_imei = {.checks = cable_checks,
+                               .flag = &JobState::boolIMEI_lesen,
+                               .counter = &JobState::byteIMEI_Counter,
+                               .cable_only = true,
+                               .prepare = [](Desk &d) {
+                                   d.frmGSM_Status.tboIMEI.text = unknown;
+                                   d.frmGSM_Status.enable_buttons(false);
+                               }};
+
+} // namespace
+
+void connect_small_dialogs(Desk &desk, Sequencer &sequencer) {
+    FrmModem &main = desk.frmModem;
+    main.mnuPin_festlegen.clicked = opens(desk.frmPin);
+    main.mnuMSN_festlegen.clicked = opens(desk.frmMSN);
+    main.mnuISDN_Anschluss.clicked = opens(desk.frmAnschlussart);
+    main.mnuStatus_abfragen.clicked = opens(desk.frmGSM_Status);
+
+    const auto start_and_unload = [&](const Launch &launch, Form &form) {
+        return [&] {
+            if (sequencer.start(launch))
+                form.unload();
+        };
+    };
+    desk.frmPin.cbuPin_Eingabe.clicked = start_and_unload(set_pin, desk.frmPin);
+    desk.frmMSN.cbuMSN_einstellen.clicked = start_and_unload(set_msn, desk.frmMSN);
+    desk.frmAnschlussart.cmdAnschlussart_einstellen.clicked =
+        start_and_unload(set_line_type, desk.frmAnschlussart);
+    desk.frmGSM_Status.cbuPIN_Status.clicked = [&] { sequencer.start(query_pin); };
+    desk.frmGSM_Status.cbuReg_zustand.clicked = [&] { sequencer.start(query_registration); };
+    desk.frmGSM_Status.cbuSignalstaerke.clicked = [&] { sequencer.start(query_signal); };
+    desk.frmGSM_Status.cbuIMEI.clicked = [&] { sequencer.start(query_imei); };
+}
+
+} // namespace telvox
