@@ -60,7 +60,10 @@ struct JobCase {
 };
 
 template <auto Button> void press_main(Telvox &p) { p.click(p.desk.frmModem.*Button); }
-template <auto Dialog, auto Button> void press_dialog(Telvox &p) { p.click((p.desk.*Dialog).*Button); }
+template <auto Dialog, auto Button> void press_dialog(Telvox &p) {
+    (p.desk.*Dialog).load();
+    p.click((p.desk.*Dialog).*Button);
+}
 
 constexpr auto parametrieren = press_main<&FrmModem::cbuParametrieren>;
 constexpr auto test_alarm = press_main<&FrmModem::cbuTest>;
@@ -156,7 +159,7 @@ class AnsweringPort final : public QObject, public SerialPort {
             if (!open_)
                 return;
             pending_ += answer->bytes;
-            event(answer->carrier ? CommEvent::carrier : CommEvent::data);
+            event(answer->carrier ? CommEvent::carrier_rise : CommEvent::data);
         });
     }
     std::string Input() override { return std::exchange(pending_, {}); }
@@ -169,6 +172,10 @@ class AnsweringPort final : public QObject, public SerialPort {
     std::string pending_;
 };
 
+struct NoScan final : PortScan {
+    std::vector<PortInfo> ports() override { return {}; }
+};
+
 struct RealJob final : MessageBoxes {
     explicit RealJob(const JobCase &what) : job(what) {
         timer.tick = [this] {
@@ -178,16 +185,17 @@ struct RealJob final : MessageBoxes {
         };
         port.event = [this](CommEvent reason) { program.comSeriell_OnComm(reason); };
     }
-    void show(const Message &) override {}
+    void show(const Message &, Answered) override {}
     void start() {
         clock.start();
         launch(program, job);
     }
 
     const JobCase &job;
-    AnsweringPort port, scanner;
+    AnsweringPort port;
+    NoScan scan;
     QtTimer timer;
-    Telvox program{{.comSeriell = port, .scanner = scanner, .Timer1 = timer, .boxes = *this},
+    Telvox program{{.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = *this},
                    {"/nonexistent", "/nonexistent"}};
     QElapsedTimer clock;
     qint64 took = -1;

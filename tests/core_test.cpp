@@ -198,9 +198,9 @@ TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
                                              {"300", "7", "odd", "2"}, outbox));
     const auto boxes = outbox.take();
     ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0].text,
+    EXPECT_EQ(boxes[0].message.text,
               "Die Einstellungen konnten nicht gespeichert werden.\rDer Datenträger ist voll.");
-    EXPECT_THAT(boxes[1].text, StartsWith("Die Einstellungen konnten nicht gespeichert werden.\r"));
+    EXPECT_THAT(boxes[1].message.text, StartsWith("Die Einstellungen konnten nicht gespeichert werden.\r"));
 }
 
 TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {

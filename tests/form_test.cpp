@@ -31,6 +31,8 @@ TEST_F(MainWindow, BoxesTakeOnlyTheirCharacters) {
     EXPECT_EQ(entered(f.tboService_Center, "+49 171*#"), "+49171");
     EXPECT_EQ(entered(f.tboAmt, "a0+*#1"), "0+*#1");
     EXPECT_EQ(entered(f.tboAlarmmeldung, "a\r\nb\tc\x7F\xC2\x85\xE2\x80\xA8\xFF!ü"), "abc!ü");
+    rig.program.desk.frmMSN.load();
+    rig.program.desk.frmPin.load();
     EXPECT_EQ(entered(rig.program.desk.frmMSN.tboMSN, "*12a+#"), "*12");
     EXPECT_EQ(entered(rig.program.desk.frmPin.tboPin, "1*2 3"), "123");
     rig.program.set(f.chkPasswort, true);
@@ -212,7 +214,7 @@ TEST_F(MainWindow, PortListsStayAsTheyAreDuringAHangUp) {
     EXPECT_THAT(rig.boxes, IsEmpty());
 }
 
-TEST_F(MainWindow, ClosingInTheMiddleOfACallDropsIt) {
+TEST_F(MainWindow, LeavingInMidJobAsksAndThenHangsUp) {
     rig.program.choose(f.optFernverbindung);
     rig.free_ports = {6};
     rig.choose_modem_port(6);
@@ -220,10 +222,19 @@ TEST_F(MainWindow, ClosingInTheMiddleOfACallDropsIt) {
     rig.program.click(f.cbuTest);
     rig.turn_by(milliseconds{5000});
     rig.program.click(f.cbuBeenden);
-    EXPECT_FALSE(f.open);
+    EXPECT_EQ(rig.journal.back(), "5000 | asks Es läuft noch ein Vorgang. Trotzdem beenden?");
+    rig.answer(false);
+    EXPECT_TRUE(f.open && rig.program.busy());
+    rig.program.close(f);
+    rig.answer(true);
+    EXPECT_TRUE(f.open) << "the call is hung up first";
+    rig.turn_by(milliseconds{3300});
+    EXPECT_FALSE(f.open || rig.port.is_open || rig.timer.on);
+    EXPECT_EQ(rig.boxes.size(), 2u) << "no message beside the two questions";
     rig.program.Form_Unload();
-    EXPECT_FALSE(rig.port.is_open || rig.timer.on);
-    EXPECT_EQ(*(rig.journal.end() - 2), "5000 | DTR off");
+    f.open = true;
+    rig.program.click(f.cbuTest);
+    EXPECT_FALSE(rig.program.busy()) << "after the end nothing starts any more";
 }
 
 } // namespace

@@ -257,7 +257,7 @@ TEST(Ports, GetTheLowestFreeNumbersAndKeepThem) {
     EXPECT_EQ(ports.find(1)->device, "/dev/ttyUSB0");
     EXPECT_EQ(ports.find(2)->device, "/dev/ttyUSB2");
     EXPECT_EQ(ports.find(3), nullptr);
-    EXPECT_EQ(ports.tool_tip(1), "/dev/ttyUSB0\nAdapter");
+    EXPECT_EQ(ports.info(1), (PortInfo{1, "/dev/ttyUSB0", "Adapter", ""}));
 
     present = {{"/dev/ttyACM0", ""}, {"/dev/ttyUSB2", ""}};
     EXPECT_TRUE(wait_for([&] { return ports.find(3) != nullptr; })) << "one came, one went";

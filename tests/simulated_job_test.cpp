@@ -48,7 +48,7 @@ class Bench {
             if (const bool now = device_.carrier(rig.now); now != carrier) {
                 carrier = now;
                 if (rig.port.watches)
-                    rig.program.comSeriell_OnComm(CommEvent::carrier);
+                    rig.program.comSeriell_OnComm(now ? CommEvent::carrier_rise : CommEvent::carrier_fall);
             }
         }
     }

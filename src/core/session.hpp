@@ -41,6 +41,8 @@ struct JobState {
     Counter byteISDN_Anwahl_Counter = 0; ///< dial attempts so far
     Counter byteSchnittstellenaenderung_Counter = 0;
 
+    bool running = false; ///< a job was started and has not ended, whatever else stands here
+
     bool boolAnwahl_Fehler = false;  ///< awaits the carrier of the dialled call
     bool boolAntwort_Fehler = false; ///< awaits the device's answer after the connection
     bool boolPasswort_Fehler = false;

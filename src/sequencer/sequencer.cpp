@@ -70,6 +70,7 @@ bool Sequencer::start(const Launch &launch) {
     if (launch.flag)
         c_.jobs.*launch.flag = true;
     c_.jobs.*launch.counter = 1;
+    c_.jobs.running = true;
     c_.panel.prz_Eingaben_deaktivieren();
     c_.link.last_command.clear();
     receiver_.clear();
@@ -120,7 +121,7 @@ void Sequencer::Timer1_Timer() {
 }
 
 bool Sequencer::stalled() const {
-    return busy() && c_.jobs.byteAuflege_Counter == 0 &&
+    return c_.jobs.running && c_.jobs.byteAuflege_Counter == 0 &&
            std::none_of(job_counters.begin(), job_counters.end(),
                         [this](CounterOf counter) { return c_.jobs.*counter != 0; });
 }

@@ -149,7 +149,14 @@ class Player {
                    with<MenuEntry>(name, [&](auto &c) { p.click(c); });
         if (verb == "shows")
             return with<TextBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
-                   with<ProgressBar>(name, [&](auto &c) { expect(name, c.value, std::stoi(argument)); });
+                   with<ComboBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
+                   with<ProgressBar>(name, [&](auto &c) { expect(name, c.value, std::stoi(argument)); }) ||
+                   with<OptionButton>(
+                       name,
+                       [&](auto &c) { expect<std::string>(name, c.value ? "set" : "clear", argument); }) ||
+                   with<CheckBox>(name, [&](auto &c) {
+                       expect<std::string>(name, c.value ? "set" : "clear", argument);
+                   });
         if (verb == "close") {
             for (Form *form : p.desk.forms)
                 if (name == form->name)
@@ -167,11 +174,16 @@ class Player {
             return rig.open_failure = name + " " + argument, true;
         if (verb == "can-open")
             return rig.open_failure.clear(), true;
-        if (verb == "carrier") {
+        if (verb == "carrier" || verb == "no-carrier") {
             if (!rig.port.watches)
                 complain("nobody watches the carrier");
-            return p.comSeriell_OnComm(CommEvent::carrier), true;
+            p.comSeriell_OnComm(verb == "carrier" ? CommEvent::carrier_rise : CommEvent::carrier_fall);
+            return true;
         }
+        if (verb == "pick")
+            return with<ComboBox>(name, [&](auto &c) { p.select(c, argument); });
+        if (verb == "answer")
+            return rig.answer(name == "ja"), true;
         if (verb == "lost")
             return lose_port(), true;
         if (verb == "end")
