@@ -123,6 +123,35 @@ inline constexpr std::array job_counters = {
     &JobState::byteIPT_lese_Counter,
 };
 
+/// The mobile-data settings as the running job writes them, taken over when it starts: whatever becomes of
+/// the dialog meanwhile, a device gets one consistent set. The targets are the device's codes: 0 off, 2 by
+/// address, 3 by domain name.
+struct GprsSettings {
+    std::string apn;
+    std::string user;
+    std::string password;
+    std::string ip;
+    std::string ip_port;
+    std::string domain;
+    std::string domain_port;
+    std::string number1; ///< callers that are let in; empty: everybody
+    std::string number2;
+    std::string keep_alive; ///< minutes
+    bool pap = false;
+    int callback1 = 0;
+    int callback2 = 0;
+    int leased_line = 0;
+};
+
+/// The IP-telemetry settings, likewise.
+struct IptSettings {
+    std::string user;
+    std::string password;
+    std::string fixed_key;
+    std::string challenge_key;
+    int mode = 0; ///< 0 off, 2 unscrambled, 3 scrambled
+};
+
 /// What survives the end of a job.
 struct Session {
     std::string strCOMparameter_direkt;     ///< format toward the cabled device, e.g. "2400,e,8,1"
@@ -134,7 +163,9 @@ struct Session {
     std::string str_Port;
     std::string str_Gateway;
     std::string str_Netzmaske;
-    std::string strGRPS_APN;
+    std::string strGRPS_APN; ///< access point chosen in the GPRS settings dialog
+    GprsSettings gprs;
+    IptSettings ipt;
     /// Protocol codes of the chosen service number; they live only as long as the program.
     std::string strSMS_Protokoll;
     std::string strSMS_Protokoll_ISDN;
