@@ -41,10 +41,14 @@ template <class Far> class Host {
     std::string line(const std::string &text, Time span = 1s) { return raw(text + "\r", span); }
 
     /// Plays a transcript of lines "sent -> answer" and "wait -> answer", and "raw bytes -> answer" without a
-    /// carriage return. "~" stands for a line's end in the answer, "_" for a blank before one, "^" with a
-    /// letter for a control character. Every line has 5 s for its answer.
+    /// carriage return, one to a line or with " ; " between them. "~" stands for a line's end in the answer,
+    /// "_" for a blank before one, "^" with a letter for a control character. Every line has 5 s for its
+    /// answer.
     void play(const char *transcript) {
-        std::istringstream lines{transcript};
+        std::string rows{transcript};
+        for (std::size_t at; (at = rows.find(" ; ")) != std::string::npos;)
+            rows.replace(at, 3, "\n");
+        std::istringstream lines{rows};
         for (std::string row; std::getline(lines, row);) {
             const auto begin = row.find_first_not_of(' ');
             if (begin == std::string::npos)
@@ -119,98 +123,36 @@ struct OnCable {
 
 const OnCable on_cable[] = {
     {"GSM", make<Gsm, Generation::newer>, R"(
-        ATI -> KWT Telvox-A GSM V3.2
-        AT**DST1=0171
-        AT**MSG1="Pumpe 1"
-        AT**INPUT1=1
-        AT**SMS=1
-        AT**SCN=+49172
-        AT**SMS=1
-        AT**SMS=2
-        AT**IMEI? -> IMEI: 001010000000017
-        ATQ0 -> OK
-        AT -> OK
-        AT**SCN=+49171 -> OK
-        AT**NONSENSE -> ERROR
-        AT**DST2=0815 -> ERROR
-        AT**MSG1=Pumpe 2 -> ERROR
-        AT**MSG1="a"b" -> ERROR
-        AT**INPUT1=7 -> ERROR
-        AT**PIN=47x1 -> ERROR
-        AT**PIN? -> PIN: inactive~OK
-        AT**PIN=4711 -> OK
-        AT**PIN? -> PIN: active~OK
-        AT+CREG? -> +CREG: 0,1~OK
-        AT+CPIN? -> +CPIN: READY~OK
-        ATQ1
+        ATI -> KWT Telvox-A GSM V3.2 ; AT**DST1=0171 ; AT**MSG1="Pumpe 1" ; AT**INPUT1=1 ; AT**SMS=1
+        AT**SCN=+49172 ; AT**SMS=1 ; AT**SMS=2 ; AT**IMEI? -> IMEI: 001010000000017 ; ATQ0 -> OK
+        AT -> OK ; AT**SCN=+49171 -> OK ; AT**NONSENSE -> ERROR ; AT**DST2=0815 -> ERROR
+        AT**MSG1=Pumpe 2 -> ERROR ; AT**MSG1="a"b" -> ERROR ; AT**INPUT1=7 -> ERROR
+        AT**PIN=47x1 -> ERROR ; AT**PIN? -> PIN: inactive~OK ; AT**PIN=4711 -> OK
+        AT**PIN? -> PIN: active~OK ; AT+CREG? -> +CREG: 0,1~OK ; AT+CPIN? -> +CPIN: READY~OK ; ATQ1
         AT+CSQ -> +CSQ: 17,0)",
      "to=0171 text=Pumpe 1 service=+49171 pin=4711 armed 1"},
     {"Analog", make<Analog>, R"(
-        ATI -> 33600~OK
-        ATI0 -> Telvox-A Analog~OK
-        AT*V -> NEW ALARM TEXT:_
-        AT&W -> OK
-        AT*M5 -> OK
-        AT*M7 -> ERROR
-        AT%A -> ERROR
-        AT&Z0=0800 -> OK
-        AT&Z2=0171 -> OK
-        AT%A -> OK
-        AT&Z0= -> OK
-        AT%A -> ERROR)",
+        ATI -> 33600~OK ; ATI0 -> Telvox-A Analog~OK ; AT*V -> NEW ALARM TEXT:_ ; AT&W -> OK
+        AT*M5 -> OK ; AT*M7 -> ERROR ; AT%A -> ERROR ; AT&Z0=0800 -> OK ; AT&Z2=0171 -> OK
+        AT%A -> OK ; AT&Z0= -> OK ; AT%A -> ERROR)",
      "to=0171 text=AT&W protocol=M5 unsaved 1"},
     {"ISDN", make<Isdn>, R"(
-        ATI1 -> Telvox-A ISDN 64000~OK
-        AT*V -> NEW ALARM TEXT:_
-        Pumpe -> OK
-        AT*V -> NEW ALARM TEXT:_
-        raw ^M -> OK
-        AT&Z1=0800 -> OK
-        AT&Z3=0171 -> OK
-        AT*X -> OK
-        AT**PTP=1 -> OK
-        AT**PTP=2 -> ERROR
-        AT#Z=11 -> OK
-        AT**MSN=12 -> OK
-        AT&W -> OK)",
+        ATI1 -> Telvox-A ISDN 64000~OK ; AT*V -> NEW ALARM TEXT:_ ; Pumpe -> OK
+        AT*V -> NEW ALARM TEXT:_ ; raw ^M -> OK ; AT&Z1=0800 -> OK ; AT&Z3=0171 -> OK ; AT*X -> OK
+        AT**PTP=1 -> OK ; AT**PTP=2 -> ERROR ; AT#Z=11 -> OK ; AT**MSN=12 -> OK ; AT&W -> OK)",
      "to=0171 service=0800 msn=12 data=11 ptp 1"},
     {"GPRS_alarm", make<Gprs>, R"(
-        ATQ0 -> OK
-        AT+CMGW=0171 -> ERROR
-        AT+CMGF=1 -> OK
-        AT+CMGD=1 -> OK
-        AT+CSCA=+49172 -> OK
-        AT**SAVE -> OK
-        AT**INPUT=1 -> OK
-        AT+CMGW=0171 -> >_
-        Pumpe *1^Z -> +CMGW: 1~OK
-        AT+CMGW=0172 -> >_
-        not in the first slot^Z -> +CMGW: 2~OK
-        AT+CMGW=0172 -> >_
-        AT**RESET
-        ^[AT**RESET
-        AT
-        wait
+        ATQ0 -> OK ; AT+CMGW=0171 -> ERROR ; AT+CMGF=1 -> OK ; AT+CMGD=1 -> OK
+        AT+CSCA=+49172 -> OK ; AT**SAVE -> OK ; AT**INPUT=1 -> OK ; AT+CMGW=0171 -> >_
+        Pumpe *1^Z -> +CMGW: 1~OK ; AT+CMGW=0172 -> >_ ; not in the first slot^Z -> +CMGW: 2~OK
+        AT+CMGW=0172 -> >_ ; AT**RESET ; ^[AT**RESET ; AT ; wait
         AT**IMEI? -> IMEI: 001010000000017)",
      "to=0171 text=Pumpe *1 service=+49172 0"},
     {"Ethernet", make_ethernet, R"(
-        ATI0
-        +++ATI0
-        wait
-        raw +++ -> OK
-        ATI0 -> Telvox-A ETHERNET V1.1~OK
-        AT#IP=192.168.0.256 -> ERROR
-        AT#IP=192.168.0 -> ERROR
-        AT#PORT=65536 -> ERROR
-        AT#IP=192.168.0.7 -> OK
-        AT#PORT=65535 -> OK
-        AT#GW=0.0.0.0 -> OK
-        AT#NM=255.255.0.0 -> OK
-        AT#RESET
-        ATI0
-        raw +++ATI0
-        wait
-        raw +++ -> OK
+        ATI0 ; +++ATI0 ; wait ; raw +++ -> OK ; ATI0 -> Telvox-A ETHERNET V1.1~OK
+        AT#IP=192.168.0.256 -> ERROR ; AT#IP=192.168.0 -> ERROR ; AT#PORT=65536 -> ERROR
+        AT#IP=192.168.0.7 -> OK ; AT#PORT=65535 -> OK ; AT#GW=0.0.0.0 -> OK
+        AT#NM=255.255.0.0 -> OK ; AT#RESET ; ATI0 ; raw +++ATI0 ; wait ; raw +++ -> OK
         ATI0 -> Telvox-A ETHERNET V1.1~OK)",
      "0"},
 };
@@ -281,40 +223,18 @@ TEST(Simulator, last_command_before_closing_arrives_and_a_silent_device_says_not
 }
 
 constexpr const char *gprs_writes = R"(
-    AT**GPRSAPN=internet.OK
-    AT**PPPUSER=a-user-name-of-more-than-a-few-characters
-    AT**PPPPW=
-    AT**PPPAUTH=1
-    AT**AUTOIP=10.0.0.1
-    AT**AUTOPORTIP=65535
-    AT**AUTOURL=a=b?.de
-    AT**AUTOPORTURL=
-    AT**CLIP=1
-    AT**CLIP1=+491
-    AT**CLIP2=
-    AT**Callback=0,3,3
-    AT**LL=2
-    AT**KEEP=255
-    AT**IPTUSER=u
-    AT**IPTPW=p w
-    AT**IPTCONREQ=1
-    AT**IPTWATCHDOG=0
-    AT**IPT=3
-    AT**IPTKEYF=1
-    AT**IPTKEYC=)";
+    AT**GPRSAPN=internet.OK ; AT**PPPUSER=a-user-name-of-more-than-a-few-characters ; AT**PPPPW=
+    AT**PPPAUTH=1 ; AT**AUTOIP=10.0.0.1 ; AT**AUTOPORTIP=65535 ; AT**AUTOURL=a=b?.de
+    AT**AUTOPORTURL= ; AT**CLIP=1 ; AT**CLIP1=+491 ; AT**CLIP2= ; AT**Callback=0,3,3 ; AT**LL=2
+    AT**KEEP=255 ; AT**IPTUSER=u ; AT**IPTPW=p w ; AT**IPTCONREQ=1 ; AT**IPTWATCHDOG=0 ; AT**IPT=3
+    AT**IPTKEYF=1 ; AT**IPTKEYC=)";
 constexpr const char *gprs_reads = R"(
     AT**GPRSAPN? -> GPRSAPN: internet.OK
-    AT**PPPUSER? -> PPPUSER: a-user-name-of-more-than-a-few-characters
-    AT**PPPPW? -> PPPPW:_
-    AT**PPPAUTH? -> PPPAUTH: PAP=1
-    AT**AUTOIP? -> AUTOIP1: 10.0.0.1
-    AT**AUTOPORTIP? -> AUTOPORTIP1: 65535
-    AT**AUTOURL? -> AUTOURL1: a=b?.de
-    AT**AUTOPORTURL? -> AUTOPORTURL1:_
-    AT**CLIP? -> CLIP 1: +491~CLIP 2:_~CLIP 3:_
-    AT**Callback? -> CALLBACK: 0,3,3
-    AT**LL? -> LL1: 2
-    AT**KEEP? -> KEEP: 255
+    AT**PPPUSER? -> PPPUSER: a-user-name-of-more-than-a-few-characters ; AT**PPPPW? -> PPPPW:_
+    AT**PPPAUTH? -> PPPAUTH: PAP=1 ; AT**AUTOIP? -> AUTOIP1: 10.0.0.1
+    AT**AUTOPORTIP? -> AUTOPORTIP1: 65535 ; AT**AUTOURL? -> AUTOURL1: a=b?.de
+    AT**AUTOPORTURL? -> AUTOPORTURL1:_ ; AT**CLIP? -> CLIP 1: +491~CLIP 2:_~CLIP 3:_
+    AT**Callback? -> CALLBACK: 0,3,3 ; AT**LL? -> LL1: 2 ; AT**KEEP? -> KEEP: 255
     AT**IPT? -> IPT: 3~IPTUSER: u~IPTPW: p w~IPTKEYF: 1~IPTKEYC:_)";
 
 TEST(Gprs, settings_are_answered_with_their_labels_and_lost_by_a_restart_unless_saved) {
@@ -326,18 +246,9 @@ TEST(Gprs, settings_are_answered_with_their_labels_and_lost_by_a_restart_unless_
     const auto written = gprs->memory.settings;
     host.play(gprs_reads);
     host.play(R"(
-        ATQ0 -> OK
-        AT**LL=9 -> ERROR
-        AT**Callback=0,3 -> ERROR
-        AT**KEEP=256 -> ERROR
-        AT**AUTOPORTIP=65536 -> ERROR
-        AT**IPTUSER? -> ERROR
-        AT**? -> ERROR
-        AT**LL? -> LL1: 2~OK
-        AT**RESET
-        AT**IMEI?
-        wait
-        AT**IMEI? -> IMEI: 001010000000017)");
+        ATQ0 -> OK ; AT**LL=9 -> ERROR ; AT**Callback=0,3 -> ERROR ; AT**KEEP=256 -> ERROR
+        AT**AUTOPORTIP=65536 -> ERROR ; AT**IPTUSER? -> ERROR ; AT**? -> ERROR
+        AT**LL? -> LL1: 2~OK ; AT**RESET ; AT**IMEI? ; wait ; AT**IMEI? -> IMEI: 001010000000017)");
     EXPECT_EQ(gprs->memory.settings, factory);
     host.play(gprs_writes);
     host.play("AT**SAVE\n AT**RESET\n wait\n wait");
@@ -550,52 +461,25 @@ TEST_F(OverModem, each_family_has_its_way_into_the_remote_configuration) {
     };
     const Call calls[] = {
         {"Analog", analog->memory, R"(
-            ATX3D5411 -> CONNECT 2400
-            ***ATI0*
-            raw **** -> ONLINE
-            WRONG -> ACCESS DENIED
-            BRUNEX
-            raw **** -> ONLINE
-            BRUNEX -> >
-            AT*V -> NEW ALARM TEXT:_
-            Pumpe -> OK~>
-            ATZ -> OK
-            ATI0)",
+            ATX3D5411 -> CONNECT 2400 ; ***ATI0* ; raw **** -> ONLINE ; WRONG -> ACCESS DENIED
+            BRUNEX ; raw **** -> ONLINE ; BRUNEX -> > ; AT*V -> NEW ALARM TEXT:_ ; Pumpe -> OK~>
+            ATZ -> OK ; ATI0)",
          "text=Pumpe unsaved 0"},
         {"ISDN", isdn->memory, R"(
-            ATD5412e -> CONNECT 64000~password:
-            falsch -> access denied~password:
-            GEHEIM -> OK~#
-            altxt=Pumpe -> OK~#
-            aldest=3 -> OK~#
-            aldest=4 -> ERROR~#
-            catab1=0171 -> OK~#
-            catab3=0172 -> OK~#
-            save -> OK~#
-            AT*V -> ERROR~#
-            Alarm -> alarm~OK~#
-            catab1=- -> OK~#
-            quit -> NO CARRIER)",
+            ATD5412e -> CONNECT 64000~password: ; falsch -> access denied~password: ; GEHEIM -> OK~#
+            altxt=Pumpe -> OK~# ; aldest=3 -> OK~# ; aldest=4 -> ERROR~# ; catab1=0171 -> OK~#
+            catab3=0172 -> OK~# ; save -> OK~# ; AT*V -> ERROR~# ; Alarm -> alarm~OK~#
+            catab1=- -> OK~# ; quit -> NO CARRIER)",
          "to=0172 text=Pumpe protocol=3 unsaved 1"},
         {"GSM_older", gsm->memory, R"(
-            ATX3D5413 -> CONNECT 2400
-            AT**TIME?
-            raw *** -> REMOTE CONFIGURATION MODE
-            ATI -> Telvox-A GSM V1.4
-            AT**DST2=0171
-            AT**EXIT
-            ATI)",
+            ATX3D5413 -> CONNECT 2400 ; AT**TIME? ; raw *** -> REMOTE CONFIGURATION MODE
+            ATI -> Telvox-A GSM V1.4 ; AT**DST2=0171 ; AT**EXIT ; ATI)",
          "to=0171 0"},
         {"GSM_newer", gsm->memory, "ATX3D5415 -> CONNECT 2400\n raw ***", "to=0171 0"},
         // It restarts when the call in which it was told to is over.
         {"GPRS", gprs->memory, R"(
-            ATX3D5414 -> CONNECT 2400
-            raw *** -> REMOTE CONFIGURATION MODE
-            AT**LL=2
-            AT**RESET
-            AT**LL? -> LL1: 2
-            AT**EXIT
-            AT**LL?)",
+            ATX3D5414 -> CONNECT 2400 ; raw *** -> REMOTE CONFIGURATION MODE ; AT**LL=2 ; AT**RESET
+            AT**LL? -> LL1: 2 ; AT**EXIT ; AT**LL?)",
          "unsaved 0"},
     };
     for (const auto &[name, memory, transcript, kept] : calls) {
@@ -636,21 +520,14 @@ struct InNetwork : testing::Test {
 };
 
 constexpr const char *logged_in = R"(
-    wait -> Telvox-A Ethernet~Username:_
-    tovri -> Password:_
-    tovri -> AT>_)";
+    wait -> Telvox-A Ethernet~Username:_ ; tovri -> Password:_ ; tovri -> AT>_)";
 
 TEST_F(InNetwork, module_is_configured_by_telnet_and_on_its_cable_in_one_memory) {
     EXPECT_TRUE(network.ping("192.168.0.100", now));
     EXPECT_FALSE(network.ping("192.168.0.9", now) || network.ping("0.0.0.0", now));
     EXPECT_EQ(play((logged_in + std::string{R"(
-        #IP=300.1.1.1 -> ERROR~AT>_
-        #IP=192.168.0.9 -> OK~AT>_
-        #GW=192.168.0.1 -> OK~AT>_
-        #NM=255.255.0.0 -> OK~AT>_
-        #NONSENSE -> ERROR~AT>_
-        raw ^M -> AT>_
-        #RESET -> OK~AT>_
+        #IP=300.1.1.1 -> ERROR~AT>_ ; #IP=192.168.0.9 -> OK~AT>_ ; #GW=192.168.0.1 -> OK~AT>_
+        #NM=255.255.0.0 -> OK~AT>_ ; #NONSENSE -> ERROR~AT>_ ; raw ^M -> AT>_ ; #RESET -> OK~AT>_
         #RESET)"})
                        .c_str()),
               Connection::State::closed);
@@ -672,12 +549,9 @@ TEST_F(InNetwork, connection_is_refused_or_never_made_or_ends_with_the_module) {
     EXPECT_EQ(play("wait", "192.168.0.7"), Connection::State::connecting);
     EXPECT_EQ(play("wait", "192.168.0.100", 1234), Connection::State::rejected);
     EXPECT_EQ(play(R"(
-        wait -> Telvox-A Ethernet~Username:_
-        tovri -> Password:_
-        falsch -> Login incorrect~Username:_
-        raw ^M -> Password:_
-        raw ^M -> Login incorrect~Username:_
-        raw ^M -> Password:_
+        wait -> Telvox-A Ethernet~Username:_ ; tovri -> Password:_
+        falsch -> Login incorrect~Username:_ ; raw ^M -> Password:_
+        raw ^M -> Login incorrect~Username:_ ; raw ^M -> Password:_
         raw ^M -> Login incorrect~Username:_)"),
               Connection::State::closed);
     const auto first = network.connect("192.168.0.100", 23, now);
