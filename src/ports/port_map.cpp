@@ -44,7 +44,7 @@ PortMap::PortMap(const CommonOptions &options, Present present)
     for (const auto &[number, device] : options.ports)
         ports_[number].device = device;
     for (int number = 1; options.simulator && number <= last_port; ++number) {
-        auto device = ports_.contains(number) ? nullptr : simulator::device_on_port(number);
+        auto device = ports_.contains(number) ? nullptr : world_.device_on_port(number);
         if (!device)
             continue;
         Port &port = ports_[number];

@@ -2,7 +2,7 @@
 
 #include "core/port_scan.hpp"
 #include "ports/common_options.hpp"
-#include "simulator/device.hpp"
+#include "simulator/world.hpp"
 
 #include <QElapsedTimer>
 #include <functional>
@@ -52,10 +52,14 @@ class PortMap {
     /// What is known of a number; `refusal` is left to whoever tries it.
     [[nodiscard]] PortInfo info(int number) const;
 
+    /// What stands behind the simulated ports, with its network.
+    [[nodiscard]] simulator::World &world() { return world_; }
+
   private:
     void refresh();
     int lowest_free() const;
 
+    simulator::World world_;
     std::map<int, Port> ports_;
     Present present_;
     bool asks_system_; ///< numbers come from the system as well
