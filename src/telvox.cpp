@@ -22,7 +22,8 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .timer = ports.Timer1,
                   .outbox = desk.outbox,
                   .families = family_of,
-                  .reports = device_reports}) {
+                  .reports = device_reports,
+                  .changes_device = changes_device}) {
     connect_main_window(desk, sequencer_);
     connect_small_dialogs(desk, sequencer_);
     connect_port_lists(desk, link_, ports_.scan);
@@ -139,6 +140,10 @@ void Telvox::Timer1_Timer() {
 
 void Telvox::comSeriell_OnComm(CommEvent reason) {
     event([&] { sequencer_.comSeriell_OnComm(reason); });
+}
+
+void Telvox::cancel() {
+    event([&] { sequencer_.cancel(); });
 }
 
 void Telvox::offer_port(int number) {

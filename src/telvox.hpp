@@ -54,6 +54,8 @@ class Telvox {
     void close(Form &form);
     void Timer1_Timer();
     void comSeriell_OnComm(CommEvent event);
+    /// The user wants the running job to end: it ends with its hang-up, and a box says so.
+    void cancel();
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR. No event does
@@ -63,6 +65,8 @@ class Telvox {
     [[nodiscard]] bool busy() const { return sequencer_.busy(); }
     /// How the last job came out; meaningful once the session is idle again.
     [[nodiscard]] Outcome outcome() const { return sequencer_.outcome(); }
+
+    [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
 
     Desk desk;
 

@@ -285,7 +285,8 @@ TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
                          .timer = rig.timer,
                          .outbox = desk.outbox,
                          .families = lost_family,
-                         .reports = device_reports});
+                         .reports = device_reports,
+                         .changes_device = changes_device});
     const auto run = [&](CounterOf counter) {
         EXPECT_TRUE(sequencer.start({.counter = counter}));
         const milliseconds start = rig.now;

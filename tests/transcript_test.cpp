@@ -26,8 +26,8 @@ class EveryTranscript : public testing::TestWithParam<fs::path> {};
 TEST_P(EveryTranscript, HoldsHoweverItIsPlayed) {
     std::ifstream file(GetParam());
     const Transcript transcript = presets().read(file);
-    for (const Playing how :
-         {Playing::whole, Playing::bytewise, Playing::silent, Playing::lost, Playing::halved}) {
+    for (const Playing how : {Playing::whole, Playing::bytewise, Playing::silent, Playing::lost,
+                              Playing::cancelled, Playing::halved}) {
         const std::string wrong = play(transcript, how);
         EXPECT_TRUE(wrong.empty()) << wrong;
     }

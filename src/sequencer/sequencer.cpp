@@ -76,6 +76,8 @@ bool Sequencer::start(const Launch &launch) {
     receiver_.clear();
     under_.clear();
     rejected_.clear();
+    changed_device_ = false;
+    progress_ = {};
     timed_.clear();
     allowed_ = milliseconds{0};
     started_ = c_.timer.now();
@@ -191,12 +193,17 @@ void Sequencer::send(const Step &step, const Job &job) {
         if (const auto format = parse_format(step.format(c_.desk)))
             c_.link.comSeriell.Settings(*format);
     }
+    progress_ = {.step = step.number, .steps = job.steps.back().number, .wait = step.wait};
+    step_began_ = c_.timer.now();
     if (step.send.given()) {
         const std::string text = step.send(c_.desk);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
         // The set-up speaks to the local modem, and an alarm text may itself be what is looked for.
-        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter && text != "ERROR")
-            under_ = step.status ? step.status : text.substr(0, text.find('='));
+        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter) {
+            changed_device_ |= c_.changes_device(text);
+            if (text != "ERROR")
+                under_ = step.status ? step.status : text.substr(0, text.find('='));
+        }
     }
     if (step.awaits)
         c_.jobs.*step.awaits = true;
@@ -260,6 +267,22 @@ void Sequencer::finish(LineEnd line) {
     prz_Initialisieren();
     if (hang_up)
         start_hang_up();
+}
+
+void Sequencer::cancel() {
+    if (!busy() || c_.jobs.byteAuflege_Counter != 0)
+        return;
+    abandon();
+    c_.outbox.show(std::string("Der Vorgang wurde abgebrochen.") +
+                   (changed_device_ ? " Das Telvox-A ist möglicherweise nur teilweise konfiguriert." : ""));
+}
+
+Progress Sequencer::progress() const {
+    if (!busy())
+        return {};
+    Progress now = progress_;
+    now.passed = c_.timer.now() - step_began_;
+    return now;
 }
 
 void Sequencer::abandon() {

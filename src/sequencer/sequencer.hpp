@@ -24,6 +24,16 @@ enum class Outcome {
     objected,  ///< went to its end, but the device rejected something on the way
 };
 
+/// How far the running job is.
+struct Progress {
+    int step = 0;           ///< of the table that runs; 0: nothing runs
+    int steps = 0;          ///< that the table has
+    milliseconds wait{0};   ///< that the step may take
+    milliseconds passed{0}; ///< of that
+
+    bool operator==(const Progress &) const = default;
+};
+
 /// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.
 class Sequencer {
   public:
@@ -38,6 +48,8 @@ class Sequencer {
         Outbox &outbox;
         Families families;
         const Reports &reports;
+        /// Whether a command line changes something in a device.
+        bool (*changes_device)(std::string_view command);
     };
 
     explicit Sequencer(const Context &context)
@@ -68,8 +80,13 @@ class Sequencer {
     /// Resets the session: counters and flags, the timer's period to 100 ms, inputs usable, status "Bereit".
     void prz_Initialisieren();
 
-    /// Ends the running job without a message, a call with its hang-up.
+    /// Ends the running job at the user's wish, a call with its hang-up, and says what that may mean for the
+    /// device. While a hang-up runs there is nothing left to end.
+    void cancel();
+    /// The same without a message, for a program that ends.
     void abandon();
+
+    [[nodiscard]] Progress progress() const;
 
     /// Leaves the line in order when the program ends: DTR off drops a call that is still up.
     void close_port();
@@ -103,6 +120,9 @@ class Sequencer {
     std::vector<CounterOf> timed_; ///< the counters of those tables
     std::string under_;            ///< what the last command is called, should the device reject it
     std::vector<std::string> rejected_;
+    bool changed_device_ = false;
+    Progress progress_;
+    milliseconds step_began_{0};
 };
 
 } // namespace telvox

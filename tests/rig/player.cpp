@@ -66,6 +66,15 @@ class Player {
         rig.program.comSeriell_OnComm(CommEvent::lost);
     }
 
+    /// A call that is being dialled is down within four seconds.
+    void cancel_twice() {
+        rig.program.cancel();
+        rig.program.cancel();
+        turn_to(rig.now + milliseconds{4000});
+        if (rig.port.is_open)
+            complain("the line is still up");
+    }
+
     /// The session is as before a job.
     void check_idle() {
         if (rig.program.busy())
@@ -278,7 +287,14 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
     return wrong.empty() ? wrong : "silent instead of \"" + transcript[reply].rest + "\":\n" + wrong;
 }
 
-std::string play_lost(const Transcript &transcript) {
+/// What may happen after any output, and the one box that then says so if the job had not ended.
+struct Intervention {
+    const char *what;
+    void (*happens)(Player &);
+    const char *box;
+};
+
+std::string play_interrupted(const Transcript &transcript, const Intervention &intervention) {
     for (int output = 1;; ++output) {
         Player player;
         player.outputs = output;
@@ -289,14 +305,15 @@ std::string play_lost(const Transcript &transcript) {
         if (!player.rig.port.is_open)
             continue; // it was the job's last output
         const bool ended = !player.boxes_of_job().empty();
-        player.lose_port();
+        intervention.happens(player);
         player.turn_to(player.rig.now + long_enough);
         player.check_idle();
         const auto boxes = player.boxes_of_job();
-        if (boxes.size() != 1 || (!ended && !boxes[0].starts_with("Die Verbindung zur Schnittstelle COM ")))
-            player.complain(std::to_string(boxes.size()) + " boxes, not the one of the lost port");
+        if (boxes.size() != 1 || (!ended && !boxes[0].starts_with(intervention.box)))
+            player.complain(std::to_string(boxes.size()) + " boxes, not the one that says so");
         if (!player.faults.empty())
-            return "port lost after output " + std::to_string(output) + ":\n" + player.faults;
+            return std::string(intervention.what) + " after output " + std::to_string(output) + ":\n" +
+                   player.faults;
     }
 }
 
@@ -411,7 +428,11 @@ std::string play(const Transcript &transcript, Playing how) {
     if (how == Playing::whole || how == Playing::bytewise)
         return play_written(transcript, how == Playing::whole ? 0 : 1);
     if (how == Playing::lost)
-        return play_lost(transcript);
+        return play_interrupted(transcript, {"port lost", [](Player &player) { player.lose_port(); },
+                                             "Die Verbindung zur Schnittstelle COM "});
+    if (how == Playing::cancelled)
+        return play_interrupted(transcript, {"cancelled", [](Player &player) { player.cancel_twice(); },
+                                             "Der Vorgang wurde abgebrochen."});
     std::string wrong;
     for (std::size_t i = 0; i < transcript.size(); ++i) {
         if (how == Playing::silent && transcript[i].verb == silent)
