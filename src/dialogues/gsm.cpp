@@ -1,6 +1,5 @@
 #include "dialogues/families.hpp"
-#include "dialogues/parsers.hpp"
-#include "dialogues/shared.hpp"
+#include "dialogues/mobile.hpp"
 
 #include <algorithm>
 
@@ -73,17 +72,7 @@ constexpr Step alarm_off[] = {
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };
 
-constexpr Step set_pin[] = {
-    {.number = 1,
-     .status = "Verbindung wird hergestellt",
-     .send = "AT**TIME?",
-     .wait = 6s,
-     .awaits = &JobState::boolKommunikations_Fehler41},
-    {.number = 2,
-     .send = [](const Desk &d) { return "AT**PIN=" + d.session.strPIN; },
-     .end = End::drop,
-     .message = "Die PIN wurde eingestellt."},
-};
+constexpr auto set_pin = pin_steps("AT**TIME?", 6s);
 
 /// The device normally runs with result codes off; the standard queries need them on for their answers.
 constexpr const char *results_on = "Rückmeldung einschalten";
@@ -98,10 +87,7 @@ constexpr Step pin_status[] = {
     {.number = 2, .status = results_on, .send = "ATQ0", .wait = 1500ms, .next = 3},
     {.number = 3, .status = "Frage Status ab", .send = "AT+CPIN?", .wait = 2200ms, .next = 4},
     // Reached only without a "+CPIN:" answer.
-    {.number = 4,
-     .act = [](Desk &d) { d.frmGSM_Status.tboStatus.text = "keine SIM-Karte"; },
-     .wait = 100ms,
-     .next = 5},
+    no_sim_card(4),
     {.number = 5, .status = results_off, .send = "ATQ1", .wait = 800ms, .next = 6},
     {.number = 6, .end = End::drop},
 };
@@ -150,83 +136,8 @@ constexpr Job jobs[] = {
     {"GSM IMEI", &JobState::byteIMEI_Counter, imei},
 };
 
-bool show_no_pin(Desk &desk, const Found &) {
-    desk.frmGSM_Status.tboPIN_hinterlegt.text = "nein";
-    return true;
-}
-
-bool show_pin(Desk &desk, const Found &) {
-    desk.frmGSM_Status.tboPIN_hinterlegt.text = "ja";
-    return true;
-}
-
 bool note_newer_device(Desk &desk, const Found &) {
     desk.session.boolWavecom_Modem = true;
-    return true;
-}
-
-bool take_sim_state(Desk &desk, const Found &found) {
-    struct State {
-        std::string_view reply;
-        const char *shown;
-    };
-    constexpr State states[] = {
-        {"READY", "PIN korrekt"}, {"SIM PIN", "PIN falsch"}, {"SIM PUK", "PUK eingeben"}};
-    for (const State &state : states) {
-        if (found.text.find(state.reply) != std::string_view::npos) {
-            desk.frmGSM_Status.tboStatus.text = state.shown;
-            return true;
-        }
-    }
-    return false;
-}
-
-bool take_registration(Desk &desk, const Found &found) {
-    constexpr std::size_t status_at = 9; // "+CREG: 0,1"
-    if (found.text.size() <= status_at)
-        return false;
-    const auto shown = [](char status) {
-        switch (status) {
-        case '0':
-            return "nicht eingebucht, keine Suche nach Netz";
-        case '1':
-            return "eingebucht beim Standard Betreiber";
-        case '2':
-            return "nicht eingebucht, Suche nach GSM Netz";
-        case '3':
-            return "abgewiesen";
-        case '5':
-            return "eingebucht, roaming";
-        default:
-            return "unbekannt";
-        }
-    };
-    desk.frmGSM_Status.tboReg_zustand.text = shown(found.text[status_at]);
-    return true;
-}
-
-/// A device that refuses the query knows nothing of a network.
-bool take_refusal(Desk &desk, const Found &found) {
-    if (found.text.find_first_of("\r\n") == std::string_view::npos)
-        return false;
-    desk.frmGSM_Status.tboReg_zustand.text = "unbekannt";
-    return true;
-}
-
-bool take_signal(Desk &desk, const Found &found) {
-    const auto value = parse_signal(found.text);
-    if (!value)
-        return false;
-    desk.frmGSM_Status.show_signal(*value);
-    return true;
-}
-
-bool take_imei(Desk &desk, const Found &found) {
-    constexpr std::size_t label = 6, digits_count = 15; // "IMEI: 123456789012345"
-    if (found.text.size() < label + digits_count)
-        return false;
-    desk.frmGSM_Status.tboIMEI.text =
-        desk.frmGSM_Status.tboIMEI.filtered(from_line(found.text.substr(label, digits_count)));
     return true;
 }
 
@@ -235,30 +146,15 @@ constexpr Reply time_reply(FlagOf awaited, CounterOf counter, Counter becomes, m
         .contains = "TIME:", .awaited = awaited, .counter = counter, .becomes = becomes, .restart = restart};
 }
 
-constexpr Reply pin_lock(const char *text, bool (*show)(Desk &, const Found &)) {
-    return {.contains = text,
-            .awaited = &JobState::boolKommunikations_Fehler42,
-            .take = show,
-            .counter = &JobState::bytePin_Status_Counter,
-            .becomes = 2,
-            .restart = 100ms};
-}
-
 constexpr Reply replies[] = {
     carrier_up,
     carrier_down,
     carrier_back,
     time_reply(&JobState::boolKommunikations_Fehler41, &JobState::bytePin_Counter, 2, 100ms),
     time_reply(&JobState::boolKommunikations_Fehler43, &JobState::byteGSM_Reg_Counter, 2, 100ms),
-    // "inactive" holds "active" too: the row that stands first clears the flag.
-    pin_lock("inactive", show_no_pin),
-    pin_lock("active", show_pin),
-    {.contains = "+CPIN:",
-     .at = {&JobState::bytePin_Status_Counter, 4},
-     .take = take_sim_state,
-     .counter = &JobState::bytePin_Status_Counter,
-     .becomes = 5,
-     .restart = 100ms},
+    pin_lock("inactive", show_no_pin, 2),
+    pin_lock("active", show_pin, 2),
+    sim_state(4),
     {.contains = "+CREG:",
      .at = {&JobState::byteGSM_Reg_Counter, 4},
      .take = take_registration,
@@ -270,18 +166,8 @@ constexpr Reply replies[] = {
      .take = take_refusal,
      .sets = &JobState::answered,
      .restart = 100ms},
-    {.contains = "+CSQ: ",
-     .awaited = &JobState::boolKommunikations_Fehler44,
-     .take = take_signal,
-     .counter = &JobState::byteGSM_Signal_Counter,
-     .becomes = 2,
-     .restart = 100ms},
-    {.contains = "IMEI: ",
-     .awaited = &JobState::boolKommunikations_Fehler71,
-     .take = take_imei,
-     .counter = &JobState::byteIMEI_Counter,
-     .becomes = 2,
-     .restart = 100ms},
+    signal_reply(2),
+    imei_reply(&JobState::boolKommunikations_Fehler71, take_imei, &JobState::byteIMEI_Counter, 2),
     time_reply(&JobState::boolKommunikations_Fehler31, &JobState::byteParametrier_Counter, 2, 1100ms),
     time_reply(&JobState::boolKommunikations_Fehler32, &JobState::byteParametrier_Counter, 8, 1100ms),
     {.contains = "REMOTE CONFIGURATION MODE",
