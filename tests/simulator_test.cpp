@@ -149,11 +149,11 @@ const OnCable on_cable[] = {
         AT**IMEI? -> IMEI: 001010000000017)",
      "to=0171 text=Pumpe *1 service=+49172 0"},
     {"Ethernet", make_ethernet, R"(
-        ATI0 ; +++ATI0 ; wait ; raw +++ -> OK ; ATI0 -> Telvox-A ETHERNET V1.1~OK
+        ATI0 ; +++ATI0 ; wait ; raw +++ -> OK ; ATI0 -> ETHERNET Telvox-A V1.1~OK
         AT#IP=192.168.0.256 -> ERROR ; AT#IP=192.168.0 -> ERROR ; AT#PORT=65536 -> ERROR
         AT#IP=192.168.0.7 -> OK ; AT#PORT=65535 -> OK ; AT#GW=0.0.0.0 -> OK
         AT#NM=255.255.0.0 -> OK ; AT#RESET ; ATI0 ; raw +++ATI0 ; wait ; raw +++ -> OK
-        ATI0 -> Telvox-A ETHERNET V1.1~OK)",
+        ATI0 -> ETHERNET Telvox-A V1.1~OK)",
      "0"},
 };
 
@@ -642,7 +642,7 @@ TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
                                        "ATI1 -> Telvox-A ISDN 64000~OK",
                                        "ATI -> KWT Telvox-A GSM V3.2",
                                        "AT**IMEI? -> IMEI: 001010000000017",
-                                       "raw +++ -> OK\n ATI0 -> Telvox-A ETHERNET V1.1~OK",
+                                       "raw +++ -> OK\n ATI0 -> ETHERNET Telvox-A V1.1~OK",
                                        "AT -> OK"};
     for (int number = 1; number <= 6; ++number) {
         auto device = device_on_port(number);

@@ -29,7 +29,7 @@ constexpr Setting settings[] = {
 const Command<Ethernet> Ethernet::commands[] = {
     {"AT", Form::plain, [](Ethernet &, std::string_view) { return Reply{}; }},
     {"ATI0", Form::plain,
-     [](Ethernet &, std::string_view) { return Reply{.text = "Telvox-A ETHERNET V1.1"}; }},
+     [](Ethernet &, std::string_view) { return Reply{.text = "ETHERNET Telvox-A V1.1"}; }},
     {"AT#RESET", Form::plain,
      [](Ethernet &unit, std::string_view) {
          unit.restart(unit.now());
