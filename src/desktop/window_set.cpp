@@ -1,7 +1,9 @@
 #include "desktop/window_set.hpp"
 
 #include "ui_frm_anschlussart.h"
+#include "ui_frm_gprs.h"
 #include "ui_frm_gsm_status.h"
+#include "ui_frm_ipt.h"
 #include "ui_frm_modem.h"
 #include "ui_frm_msn.h"
 #include "ui_frm_pin.h"
@@ -33,6 +35,8 @@ constexpr Maker makers[] = {
     {"frmMSN", make<Ui::frmMSN, QDialog>},
     {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
     {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
+    {"frmGPRS", make<Ui::frmGPRS, QDialog>},
+    {"frmIPT", make<Ui::frmIPT, QDialog>},
 };
 
 /// Height that a window's fields ask for at the moment.

@@ -4,6 +4,8 @@
 #include "core/port_scan.hpp"
 #include "core/session.hpp"
 #include "sequencer/panel.hpp"
+#include "ui/frm_gprs.hpp"
+#include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
 #include "ui/small_dialogs.hpp"
 
@@ -22,9 +24,13 @@ struct Desk final : Panel {
     FrmMSN frmMSN;
     FrmAnschlussart frmAnschlussart;
     FrmGSM_Status frmGSM_Status;
+    FrmGPRS frmGPRS;
+    FrmIPT frmIPT;
 
     /// All windows, the main window first.
-    std::vector<Form *> forms{&frmModem, &frmPin, &frmMSN, &frmAnschlussart, &frmGSM_Status};
+    std::vector<Form *> forms{&frmModem,        &frmPin,        &frmMSN,
+                              &frmAnschlussart, &frmGSM_Status, &frmGPRS,
+                              &frmIPT};
 
     /// What the last look at the serial ports found.
     std::vector<PortInfo> ports;

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "ui/form.hpp"
+
+namespace telvox {
+
+/// Edits a GPRS device's mobile-data settings: access point, connection targets, permanent connection, and
+/// the callers that it answers or calls back.
+class FrmGPRS : public Form {
+  public:
+    FrmGPRS();
+
+    Frame fraZugang{*this, "fraZugang", "GPRS Zugangsdaten"};
+    Label lblAPN{*this, "lblAPN", "AP&N (Access Point Name):", &fraZugang};
+    ComboBox cobAPN{*this, "cobAPN", {}, &fraZugang};
+    Frame fraPPP{*this, "fraPPP", "PPP-Authentifizierung", &fraZugang};
+    OptionButton optPPP_kein{*this, "optPPP_kein", "&keine", &fraPPP};
+    OptionButton optPPP_PAP{*this, "optPPP_PAP", "&PAP", &fraPPP};
+    Label lblBenutzername{*this, "lblBenutzername", "&Benutzername:", &fraPPP};
+    TextBox tboBenutzername{*this, "tboBenutzername", {}, &fraPPP};
+    Label lblPasswort{*this, "lblPasswort", "Pass&wort:", &fraPPP};
+    TextBox tboPasswort{*this, "tboPasswort", {}, &fraPPP};
+
+    Frame fraAutodial{*this, "fraAutodial", "Autodial Ziele"};
+    Label lblIP{*this, "lblIP", "&IP-Adresse:", &fraAutodial};
+    TextBox tboIP{*this, "tboIP", {}, &fraAutodial};
+    Label lblIP_Beispiel{*this, "lblIP_Beispiel", "Beispiel: 203.0.113.10", &fraAutodial};
+    Label lblPort{*this, "lblPort", "P&ort:", &fraAutodial};
+    TextBox tboIP_Port{*this, "tboIP_Port", {}, &fraAutodial};
+    Label lblDomain{*this, "lblDomain", "&Domain-Name:", &fraAutodial};
+    TextBox tboDomain{*this, "tboDomain", {}, &fraAutodial};
+    TextBox tboDomain_Port{*this, "tboDomain_Port", {}, &fraAutodial};
+
+    Frame fraStandleitung{*this, "fraStandleitung", "Standleitungsbetrieb"};
+    OptionButton optStandleitung_aus{*this, "optStandleitung_aus", "a&us", &fraStandleitung};
+    OptionButton optStandleitung_IP{*this, "optStandleitung_IP", "zu IP-Adr&esse", &fraStandleitung};
+    OptionButton optStandleitung_Domain{*this, "optStandleitung_Domain", "zu Domain-Na&me", &fraStandleitung};
+    Label lblKeep_Alive{*this, "lblKeep_Alive", "Keep Alive &Timer:", &fraStandleitung};
+    TextBox tboKeepAlive{*this, "tboKeepAlive", {}, &fraStandleitung};
+    Label lblMinuten{*this, "lblMinuten", "min", &fraStandleitung};
+    Label lblWarnung{*this, "lblWarnung", "Achtung!   Hierdurch können laufende Kosten entstehen.",
+                     &fraStandleitung};
+
+    Frame fraSelektRuf{*this, "fraSelektRuf", "Selektive Rufannahme / Auslösung Callback"};
+    Label lblNummer1{*this, "lblNummer1", "&1. Nummer:", &fraSelektRuf};
+    TextBox tboNummer1{*this, "tboNummer1", {}, &fraSelektRuf};
+    Frame fraCallback1{*this, "fraCallback1", "Callback", &fraSelektRuf};
+    OptionButton optCallback1_kein{*this, "optCallback1_kein", "kein", &fraCallback1};
+    OptionButton optCallback1_IP{*this, "optCallback1_IP", "IP-Adresse", &fraCallback1};
+    OptionButton optCallback1_Domain{*this, "optCallback1_Domain", "Domain Name", &fraCallback1};
+    Label lblNummer2{*this, "lblNummer2", "&2. Nummer:", &fraSelektRuf};
+    TextBox tboNummer2{*this, "tboNummer2", {}, &fraSelektRuf};
+    Frame fraCallback2{*this, "fraCallback2", "Callback", &fraSelektRuf};
+    OptionButton optCallback2_kein{*this, "optCallback2_kein", "kein", &fraCallback2};
+    OptionButton optCallback2_IP{*this, "optCallback2_IP", "IP-Adresse", &fraCallback2};
+    OptionButton optCallback2_Domain{*this, "optCallback2_Domain", "Domain Name", &fraCallback2};
+
+    Button cbuGPRS_schreiben{*this, "cbuGPRS_schreiben", "Einstellungen &schreiben"};
+    Button cbuGPRS_lesen{*this, "cbuGPRS_lesen", "Einstellungen &lesen"};
+    Button cbuGPRS_Abbrechen{*this, "cbuGPRS_Abbrechen", "&Abbrechen"};
+
+  protected:
+    void reset() override;
+};
+
+} // namespace telvox

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ui/form.hpp"
+
+namespace telvox {
+
+/// Edits a GPRS device's IP-telemetry settings: whether it logs in to a telemetry server, as whom, and the
+/// keys of the scrambled transfer.
+class FrmIPT : public Form {
+  public:
+    FrmIPT();
+
+    CheckBox chkIPT_Betrieb{*this, "chkIPT_Betrieb", "IP-&Telemetrie Betrieb"};
+    Frame fraIPT_Login{*this, "fraIPT_Login", "IP-Telemetrie Server Login"};
+    Label lblBenutzer{*this, "lblBenutzer", "&Benutzer:", &fraIPT_Login};
+    TextBox tboBenutzer{*this, "tboBenutzer", {}, &fraIPT_Login};
+    Label lblPasswort{*this, "lblPasswort", "&Passwort:", &fraIPT_Login};
+    TextBox tboPasswort{*this, "tboPasswort", {}, &fraIPT_Login};
+
+    Frame fraScramble{*this, "fraScramble", "Verschleierung"};
+    OptionButton optUnscrambled{*this, "optUnscrambled", "a&us (unscrambled)", &fraScramble};
+    OptionButton optScrambled{*this, "optScrambled", "&ein (scrambled)", &fraScramble};
+    Label lblFix_Scrambled_Key{*this, "lblFix_Scrambled_Key", "&Fixed Scramble Key (Login):", &fraScramble};
+    TextBox tboFix_Scrambled_Key{*this, "tboFix_Scrambled_Key", {}, &fraScramble};
+    Button cbuDefault_Fix{*this, "cbuDefault_Fix", "&Defaultkey", &fraScramble};
+    Label lblClg_Scrambled_Key{*this, "lblClg_Scrambled_Key", "&Challenge Scramble Key:", &fraScramble};
+    TextBox tboClg_Scrambled_Key{*this, "tboClg_Scrambled_Key", {}, &fraScramble};
+    Button cbuDefault_Clg{*this, "cbuDefault_Clg", "Default&key", &fraScramble};
+
+    Button cbuIPT_lesen{*this, "cbuIPT_lesen", "Einstellungen &lesen"};
+    Button cbuIPT_schreiben{*this, "cbuIPT_schreiben", "Einstellungen &schreiben"};
+    Button cbuIPT_Abbrechen{*this, "cbuIPT_Abbrechen", "&Abbrechen"};
+
+  protected:
+    void reset() override;
+};
+
+} // namespace telvox
