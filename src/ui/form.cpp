@@ -31,6 +31,7 @@ bool any_character(char32_t c) {
     return !control && !line_break && c != 0xFFFD;
 }
 bool digits(char32_t c) { return c >= U'0' && c <= U'9'; }
+bool digits_dot(char32_t c) { return digits(c) || c == U'.'; }
 bool digits_plus(char32_t c) { return digits(c) || c == U'+'; }
 bool digits_star(char32_t c) { return digits(c) || c == U'*'; }
 bool dialling_characters(char32_t c) { return digits_plus(c) || c == U'*' || c == U'#'; }

@@ -69,6 +69,7 @@ struct CheckBox : Control {
 using KeyFilter = bool (*)(char32_t);
 bool any_character(char32_t c);       ///< all but line breaks and control characters
 bool digits(char32_t c);              ///< "0" to "9"
+bool digits_dot(char32_t c);          ///< an IP address
 bool digits_plus(char32_t c);         ///< phone numbers with "+"
 bool digits_star(char32_t c);         ///< an MSN; "*" takes all calls
 bool dialling_characters(char32_t c); ///< "0" to "9", "+", "*", "#"
