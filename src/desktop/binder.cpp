@@ -1,8 +1,7 @@
 #include "desktop/binder.hpp"
 
-#include "desktop/field_filter.hpp"
-
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -11,12 +10,14 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalBlocker>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QToolTip>
 #include <utility>
 
@@ -24,26 +25,24 @@ namespace telvox::desktop {
 
 namespace {
 
-QString text_of(const std::string &utf8) { return QString::fromStdString(utf8); }
-
-/// Changes a widget only if it shows something else.
-template <class Widget, class Get, class Set, class Value>
-void show(Widget &widget, Get get, Set set, const Value &value) {
-    if ((widget.*get)() != value)
-        (widget.*set)(value);
-}
-
 /// Focus that the user did not put there: it comes back from a list, a menu, a box or another program.
 bool returns(Qt::FocusReason reason) {
     return reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason ||
            reason == Qt::MenuBarFocusReason;
 }
 
-/// A key that types only characters that the box refuses. It must not even replace a selection.
-bool types_nothing(const TextBox &box, const QKeyEvent &key) {
+/// A key that types only characters that the field refuses. It must not even replace a selection.
+bool types_nothing(const TextField &field, const QKeyEvent &key) {
     const QString text = key.text();
     return !text.isEmpty() && text.at(0).isPrint() && !key.modifiers().testFlag(Qt::AltModifier) &&
-           box.filtered(text.toStdString()).empty();
+           field.filtered(text.toStdString()).empty();
+}
+
+/// A key that opens a drop-down list.
+bool opens_list(const QComboBox &list, const QKeyEvent &key) {
+    const bool up_or_down = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
+    return key.key() == Qt::Key_F4 || (up_or_down && key.modifiers().testFlag(Qt::AltModifier)) ||
+           (key.key() == Qt::Key_Space && !list.isEditable());
 }
 
 } // namespace
@@ -52,117 +51,48 @@ Binder::Binder(Form &form, QWidget &window, Telvox &program)
     : form_(form), window_(window), program_(program) {
     window_.setWindowTitle(form_.caption);
     window_.installEventFilter(this);
-    for (Control *control : form_.controls()) {
-        if (auto *entry = dynamic_cast<MenuEntry *>(control)) {
-            if (QAction *action = action_of(*control))
-                bind(*entry, *action);
-            else
-                without_widget_ << control->name;
-            continue;
-        }
-        bind_as<Frame, QGroupBox>(*control) || bind_as<Label, QLabel>(*control) ||
-            bind_as<Button, QPushButton>(*control) || bind_as<OptionButton, QRadioButton>(*control) ||
-            bind_as<CheckBox, QCheckBox>(*control) || bind_as<TextBox, QLineEdit>(*control) ||
-            bind_as<ComboBox, QComboBox>(*control) || bind_as<ProgressBar, QProgressBar>(*control) ||
-            bind_as<StatusPanel, QStatusBar>(*control);
-    }
+    for (Control *control : form_.controls())
+        if (!bind_to_action(*control) && !bind_to_widget(*control))
+            without_widget_ << control->name;
+}
+
+bool Binder::bind_to_action(Control &control) {
+    auto *entry = dynamic_cast<MenuEntry *>(&control);
+    QAction *action = entry ? action_of(control) : nullptr;
+    if (action)
+        bind(*entry, *action);
+    return action != nullptr;
+}
+
+bool Binder::bind_to_widget(Control &control) {
+    if (auto *frame = dynamic_cast<Frame *>(&control))
+        for (auto *tabs : window_.findChildren<QTabWidget *>())
+            for (int i = 0; i < tabs->count(); ++i)
+                if (tabs->widget(i)->objectName() == control.name) {
+                    bind_page(*frame, *tabs, *tabs->widget(i));
+                    return true;
+                }
+    return bind_as<Frame, QGroupBox>(control) || bind_as<TabFrame, QTabWidget>(control) ||
+           bind_as<Label, QLabel>(control) || bind_as<Picture, QLabel>(control) ||
+           bind_as<Button, QPushButton>(control) || bind_as<OptionButton, QRadioButton>(control) ||
+           bind_as<CheckBox, QCheckBox>(control) || bind_as<TextBox, QLineEdit>(control) ||
+           bind_as<TextBox, QPlainTextEdit>(control) || bind_as<ComboBox, QComboBox>(control) ||
+           bind_as<ListBox, QListWidget>(control) || bind_as<ProgressBar, QProgressBar>(control) ||
+           bind_as<StatusPanel, QStatusBar>(control);
 }
 
 template <class Kind, class Widget> bool Binder::bind_as(Control &control) {
     auto *kind = dynamic_cast<Kind *>(&control);
-    if (!kind)
+    auto *widget = kind ? window_.findChild<Widget *>(QString::fromUtf8(control.name)) : nullptr;
+    if (!widget)
         return false;
-    auto *widget = window_.findChild<Widget *>(QString::fromUtf8(control.name));
-    if (!widget) {
-        without_widget_ << control.name;
-        return true;
-    }
+    if constexpr (std::is_same_v<Kind, TextBox>)
+        if (kind->multi_line != std::is_same_v<Widget, QPlainTextEdit>)
+            return false;
     widget->installEventFilter(this);
     bind(*kind, *widget);
     drawers_.emplace_back([this, &control, widget] { draw_common(control, *widget); });
     return true;
-}
-
-void Binder::bind(Frame &control, QGroupBox &widget) {
-    drawers_.emplace_back(
-        [&] { show(widget, &QGroupBox::title, &QGroupBox::setTitle, text_of(control.caption)); });
-}
-
-void Binder::bind(Label &control, QLabel &widget) {
-    widget.setTextFormat(Qt::PlainText);
-    drawers_.emplace_back([&] { show(widget, &QLabel::text, &QLabel::setText, text_of(control.caption)); });
-}
-
-void Binder::bind(Button &control, QPushButton &widget) {
-    connect(&widget, &QPushButton::clicked, this, [&] { program_.click(control); });
-    drawers_.emplace_back(
-        [&] { show(widget, &QPushButton::text, &QPushButton::setText, text_of(control.caption)); });
-}
-
-void Binder::bind(OptionButton &control, QRadioButton &widget) {
-    connect(&widget, &QRadioButton::clicked, this, [&] { program_.choose(control); });
-    drawers_.emplace_back([&] {
-        show(widget, &QRadioButton::text, &QRadioButton::setText, text_of(control.caption));
-        if (widget.isChecked() == control.value)
-            return;
-        // Which one of a group is set is the form's business; left to itself, a group keeps one set.
-        widget.setAutoExclusive(false);
-        widget.setChecked(control.value);
-        widget.setAutoExclusive(true);
-    });
-}
-
-void Binder::bind(CheckBox &control, QCheckBox &widget) {
-    connect(&widget, &QCheckBox::clicked, this, [&](bool on) { program_.set(control, on); });
-    drawers_.emplace_back([&] {
-        show(widget, &QCheckBox::text, &QCheckBox::setText, text_of(control.caption));
-        show(widget, &QCheckBox::isChecked, &QCheckBox::setChecked, control.value);
-    });
-}
-
-void Binder::bind(TextBox &control, QLineEdit &widget) {
-    // Wide enough for an international number, or for what a device answers.
-    const int shown_characters = control.read_only ? 30 : 16;
-    widget.setMinimumWidth(shown_characters * widget.fontMetrics().horizontalAdvance('0'));
-    widget.setReadOnly(control.read_only);
-    if (!control.read_only)
-        widget.setValidator(new FieldFilter(control, widget));
-    connect(&widget, &QLineEdit::textEdited, this,
-            [&](const QString &text) { program_.enter(control, text.toStdString()); });
-    drawers_.emplace_back(
-        [&] { show(widget, &QLineEdit::text, &QLineEdit::setText, text_of(control.text)); });
-}
-
-void Binder::bind(ComboBox &control, QComboBox &widget) {
-    connect(&widget, &QComboBox::textActivated, this,
-            [&](const QString &entry) { program_.select(control, entry.toStdString()); });
-    drawers_.emplace_back([&] { draw_entries(control, widget); });
-}
-
-void Binder::bind(ProgressBar &control, QProgressBar &widget) {
-    drawers_.emplace_back([&] {
-        show(widget, &QProgressBar::maximum, &QProgressBar::setMaximum, control.maximum);
-        show(widget, &QProgressBar::value, &QProgressBar::setValue, control.value);
-    });
-}
-
-void Binder::bind(StatusPanel &control, QStatusBar &widget) {
-    auto *panel = new QLabel(&widget);
-    panel->setTextFormat(Qt::PlainText);
-    widget.addWidget(panel, 1);
-    drawers_.emplace_back([&control, panel] {
-        show(*panel, &QLabel::text, &QLabel::setText, text_of(control.text));
-        show(*panel, &QLabel::accessibleName, &QLabel::setAccessibleName, text_of(control.text));
-    });
-}
-
-void Binder::bind(MenuEntry &control, QAction &action) {
-    connect(&action, &QAction::triggered, this, [&] { program_.click(control); });
-    drawers_.emplace_back([&] {
-        show(action, &QAction::text, &QAction::setText, text_of(control.caption));
-        action.setEnabled(control.enabled);
-        action.setVisible(control.visible);
-    });
 }
 
 QAction *Binder::action_of(const Control &control) const {
@@ -170,28 +100,6 @@ QAction *Binder::action_of(const Control &control) const {
     if (auto *menu = window_.findChild<QMenu *>(name))
         return menu->menuAction();
     return window_.findChild<QAction *>(name);
-}
-
-void Binder::draw_entries(const ComboBox &control, QComboBox &widget) {
-    QStringList entries;
-    for (const std::string &item : control.items)
-        entries << text_of(item);
-    QStringList shown;
-    for (int i = 0; i < widget.count(); ++i)
-        shown << widget.itemText(i);
-    if (entries != shown) {
-        widget.clear();
-        widget.addItems(entries);
-    }
-    const auto tool_tip = [&](int i) {
-        const auto at = static_cast<std::size_t>(i);
-        return at < control.item_tool_tips.size() ? text_of(control.item_tool_tips[at]) : QString();
-    };
-    for (int i = 0; i < widget.count(); ++i)
-        widget.setItemData(i, tool_tip(i), Qt::ToolTipRole);
-    const int chosen = static_cast<int>(entries.indexOf(text_of(control.text)));
-    show(widget, &QComboBox::currentIndex, &QComboBox::setCurrentIndex, chosen);
-    widget.setToolTip(chosen < 0 ? QString() : tool_tip(chosen));
 }
 
 void Binder::draw_common(const Control &control, QWidget &widget) {
@@ -228,6 +136,7 @@ bool Binder::usable(const QWidget *widget) const {
 }
 
 bool Binder::eventFilter(QObject *watched, QEvent *event) {
+    const std::string name = watched->objectName().toStdString();
     switch (event->type()) {
     case QEvent::Close:
         if (watched == &window_) {
@@ -235,21 +144,33 @@ bool Binder::eventFilter(QObject *watched, QEvent *event) {
             return true;
         }
         break;
-    case QEvent::KeyPress: {
-        const auto &key = *static_cast<QKeyEvent *>(event);
-        if (watched == &window_ && key.matches(QKeySequence::Cancel) && qobject_cast<QDialog *>(&window_)) {
-            close_window();
-            return true;
-        }
-        if (const auto *edit = qobject_cast<QLineEdit *>(watched); edit && !edit->isReadOnly())
-            if (const auto *box = form_.find<TextBox>(edit->objectName().toStdString()))
-                return types_nothing(*box, key);
+    case QEvent::KeyPress:
+        return key_pressed(*watched, *static_cast<QKeyEvent *>(event));
+    case QEvent::FocusIn: {
+        const auto reason = static_cast<QFocusEvent *>(event)->reason();
+        auto *list = form_.find<ComboBox>(name);
+        // A click gives the focus and opens the list; one look is enough.
+        const bool opens_too = list && !list->editable && reason == Qt::MouseFocusReason;
+        if (list && !drawing_ && !returns(reason) && !opens_too)
+            program_.focus(*list);
         break;
     }
-    case QEvent::FocusIn:
+    case QEvent::FocusOut:
         if (!drawing_ && !returns(static_cast<QFocusEvent *>(event)->reason()))
-            if (auto *list = form_.find<ComboBox>(watched->objectName().toStdString()))
+            if (auto *box = form_.find<TextBox>(name))
+                program_.leave(*box);
+        break;
+    case QEvent::MouseButtonPress:
+        if (static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+            if (auto *list = form_.find<ComboBox>(name))
                 program_.focus(*list);
+        break;
+    case QEvent::Wheel:
+        // Over a closed list it scrolls what the list stands in.
+        if (qobject_cast<QComboBox *>(watched)) {
+            event->ignore();
+            return true;
+        }
         break;
     case QEvent::ToolTip:
         // Plain text would be one line as long as it takes; marked as rich text it is wrapped.
@@ -265,6 +186,68 @@ bool Binder::eventFilter(QObject *watched, QEvent *event) {
     return false;
 }
 
+bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
+    if (&watched == &window_ && key.matches(QKeySequence::Cancel) && qobject_cast<QDialog *>(&window_)) {
+        close_window();
+        return true;
+    }
+    const std::string name = watched.objectName().toStdString();
+    if (const auto *box = form_.find<TextBox>(name))
+        return !box->read_only && types_nothing(*box, key);
+    if (auto *list = qobject_cast<QComboBox *>(&watched)) {
+        auto *control = form_.find<ComboBox>(name);
+        if (control && opens_list(*list, key))
+            program_.focus(*control);
+        return control && control->editable ? types_nothing(*control, key) : search(*list, key);
+    }
+    if (const auto *view = qobject_cast<QAbstractItemView *>(&watched)) {
+        for (QWidget *above = view->parentWidget(); above; above = above->parentWidget())
+            if (auto *list = qobject_cast<QComboBox *>(above))
+                return search(*list, key);
+        // The first entry has the focus before it is selected; without this the first step would skip it.
+        if (auto *list = qobject_cast<QListWidget *>(&watched);
+            list && key.key() == Qt::Key_Down && list->selectedItems().isEmpty()) {
+            list->setCurrentRow(0);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Binder::search(QComboBox &list, const QKeyEvent &key) {
+    const QString typed = key.text();
+    const bool goes_on = searched_ == &list && search_pause_.isValid() &&
+                         search_pause_.elapsed() < QApplication::keyboardInputInterval();
+    if (typed.isEmpty() || !typed.at(0).isLetterOrNumber() || key.modifiers().testFlag(Qt::AltModifier))
+        return false;
+    searched_ = &list;
+    search_pause_.start();
+    QAbstractItemView &view = *list.view();
+    const bool is_open = view.isVisible();
+    const int at = is_open ? view.currentIndex().row() : list.currentIndex();
+    const auto find = [&](const QString &text, int from) {
+        for (int i = 0; i < list.count(); ++i) {
+            const int row = (std::max(from, 0) + i) % list.count();
+            for (const QString &word : list.itemText(row).split(' '))
+                if (word.startsWith(text, Qt::CaseInsensitive) ||
+                    list.itemText(row).startsWith(text, Qt::CaseInsensitive))
+                    return row;
+        }
+        return -1;
+    };
+    search_ = goes_on ? search_ + typed : typed;
+    int row = find(search_, goes_on ? at : at + 1);
+    if (row < 0 && goes_on)
+        row = find(search_ = typed, at + 1);
+    if (row < 0)
+        return true;
+    if (is_open)
+        view.setCurrentIndex(list.model()->index(row, list.modelColumn(), list.rootModelIndex()));
+    else if (auto *control = form_.find<ComboBox>(list.objectName().toStdString()))
+        program_.select(*control, list.itemText(row).toStdString());
+    return true;
+}
+
 bool Binder::close_window() {
     program_.close(form_);
     return !form_.open;
@@ -274,13 +257,17 @@ QStringList Binder::mismatches() const {
     QStringList names = without_widget_;
     const auto check = [&](const QObject *object) {
         const QString name = object->objectName();
-        if (!name.isEmpty() && !name.startsWith("qt_") && !form_.find(name.toStdString()))
+        const bool within_a_widget =
+            name.startsWith("qt_") || (object->parent() && object->parent()->objectName().startsWith("qt_"));
+        if (!name.isEmpty() && !within_a_widget && !form_.find(name.toStdString()))
             names << name;
     };
+    constexpr const char *kinds[] = {"QAbstractButton", "QLabel",       "QLineEdit", "QComboBox",
+                                     "QGroupBox",       "QProgressBar", "QMenu",     "QListWidget",
+                                     "QPlainTextEdit",  "QTabWidget"};
     for (const QWidget *widget : window_.findChildren<QWidget *>())
-        if (widget->inherits("QAbstractButton") || widget->inherits("QLabel") ||
-            widget->inherits("QLineEdit") || widget->inherits("QComboBox") || widget->inherits("QGroupBox") ||
-            widget->inherits("QProgressBar") || widget->inherits("QMenu"))
+        if (std::any_of(std::begin(kinds), std::end(kinds),
+                        [&](auto kind) { return widget->inherits(kind); }))
             check(widget);
     for (const QAction *action : window_.findChildren<QAction *>())
         check(action);

@@ -2,6 +2,7 @@
 
 #include "telvox.hpp"
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QStringList>
 #include <QWidget>
@@ -12,17 +13,31 @@ class QAction;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
+class QListWidget;
+class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 class QRadioButton;
 class QStatusBar;
+class QTabWidget;
 
 namespace telvox::desktop {
 
+[[nodiscard]] inline QString text_of(const std::string &utf8) { return QString::fromStdString(utf8); }
+
+/// Changes a widget only if it shows something else.
+template <class Widget, class Get, class Set, class Value>
+void show(Widget &widget, Get get, Set set, const Value &value) {
+    if ((widget.*get)() != value)
+        (widget.*set)(value);
+}
+
 /// Ties a form to the window that shows it. A control and its widget carry the same name: what the user does
-/// to the widget goes to the program as an event, and the control's values go to the widget.
+/// to the widget goes to the program as an event, and the control's values go to the widget. A frame may also
+/// be a page of a tab widget; its caption is the tab's then.
 class Binder final : public QObject {
   public:
     Binder(Form &form, QWidget &window, Telvox &program);
@@ -38,21 +53,32 @@ class Binder final : public QObject {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
+    bool bind_to_action(Control &control);
+    bool bind_to_widget(Control &control);
     template <class Kind, class Widget> bool bind_as(Control &control);
     void bind(Frame &control, QGroupBox &widget);
+    void bind(TabFrame &control, QTabWidget &widget);
+    void bind_page(Frame &control, QTabWidget &tabs, QWidget &page);
     void bind(Label &control, QLabel &widget);
+    void bind(Picture &control, QLabel &widget);
     void bind(Button &control, QPushButton &widget);
     void bind(OptionButton &control, QRadioButton &widget);
     void bind(CheckBox &control, QCheckBox &widget);
     void bind(TextBox &control, QLineEdit &widget);
+    void bind(TextBox &control, QPlainTextEdit &widget);
     void bind(ComboBox &control, QComboBox &widget);
+    void bind(ListBox &control, QListWidget &widget);
     void bind(ProgressBar &control, QProgressBar &widget);
     void bind(StatusPanel &control, QStatusBar &widget);
     void bind(MenuEntry &control, QAction &action);
     QAction *action_of(const Control &control) const;
-    void draw_entries(const ComboBox &control, QComboBox &widget);
+    static void draw_list(const ComboBox &control, QComboBox &widget);
+    static void draw_list(const ListBox &control, QListWidget &widget);
     void draw_common(const Control &control, QWidget &widget);
     [[nodiscard]] bool usable(const QWidget *widget) const;
+    bool key_pressed(QObject &watched, const QKeyEvent &key);
+    /// Finds the entry of a drop-down list by the beginning of one of its words: "3" is "COM 3".
+    bool search(QComboBox &list, const QKeyEvent &key);
     bool close_window();
 
     Form &form_;
@@ -63,6 +89,10 @@ class Binder final : public QObject {
     bool drawing_ = false;
     /// Had the focus until its control was locked.
     QPointer<QWidget> locked_focus_;
+    // The search by typing: in which list, for what, and when it was last typed at.
+    QPointer<QComboBox> searched_;
+    QString search_;
+    QElapsedTimer search_pause_;
 };
 
 } // namespace telvox::desktop

@@ -7,7 +7,7 @@ namespace telvox::desktop {
 namespace {
 
 /// The accepted characters of a text, at most `limit` of them.
-QString accepted(const TextBox &box, const QString &text, std::size_t limit) {
+QString accepted(const TextField &box, const QString &text, std::size_t limit) {
     QString kept;
     std::size_t count = 0;
     for (const char32_t c : text.toStdU32String())

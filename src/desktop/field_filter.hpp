@@ -7,16 +7,16 @@
 
 namespace telvox::desktop {
 
-/// Makes a line edit take what its text box takes, as it is typed, pasted or dropped: other characters fall
-/// out, the cursor stays behind what came in, and where the box is full the new text is cut, never the old.
+/// Makes a line edit take what its control takes, as it is typed, pasted or dropped: other characters fall
+/// out, the cursor stays behind what came in, and where it is full the new text is cut, never the old.
 class FieldFilter final : public QValidator {
   public:
-    FieldFilter(const TextBox &box, QLineEdit &edit) : QValidator(&edit), box_(box) {}
+    FieldFilter(const TextField &box, QLineEdit &edit) : QValidator(&edit), box_(box) {}
 
     State validate(QString &input, int &cursor) const override;
 
   private:
-    const TextBox &box_;
+    const TextField &box_;
 };
 
 } // namespace telvox::desktop

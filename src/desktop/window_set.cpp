@@ -105,8 +105,13 @@ void WindowSet::show_or_hide(Form &form) {
     QWidget &window = this->window(form);
     const int height = window.height();
     binder(form).draw();
-    if (visible)
+    if (visible) {
+        if (std::exchange(form.wants_front, false)) {
+            window.raise();
+            window.activateWindow();
+        }
         return follow_content(made_[&form], height);
+    }
     if (auto *dialog = qobject_cast<QDialog *>(&window)) {
         if (QWidget *focus = dialog->focusWidget())
             focus->clearFocus(); // each time it opens it begins at its first field

@@ -36,10 +36,7 @@ bool digits_plus(char32_t c) { return digits(c) || c == U'+'; }
 bool digits_star(char32_t c) { return digits(c) || c == U'*'; }
 bool dialling_characters(char32_t c) { return digits_plus(c) || c == U'*' || c == U'#'; }
 
-namespace {
-
-/// The accepted characters of a text, at most `max_length` of them (0: all).
-std::string kept_of(std::string_view input, KeyFilter accepts, std::size_t max_length) {
+std::string TextField::filtered(std::string_view input) const {
     std::string kept;
     Characters characters(input);
     std::size_t count = 0;
@@ -52,11 +49,6 @@ std::string kept_of(std::string_view input, KeyFilter accepts, std::size_t max_l
     }
     return kept;
 }
-
-} // namespace
-
-std::string TextBox::filtered(std::string_view input) const { return kept_of(input, accepts, max_length); }
-std::string ComboBox::filtered(std::string_view input) const { return kept_of(input, accepts, max_length); }
 
 void ComboBox::write(std::string_view input) {
     text = filtered(input);

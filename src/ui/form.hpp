@@ -74,8 +74,8 @@ bool digits_plus(char32_t c);         ///< phone numbers with "+"
 bool digits_star(char32_t c);         ///< an MSN; "*" takes all calls
 bool dialling_characters(char32_t c); ///< "0" to "9", "+", "*", "#"
 
-/// A box of one line, or of several that only the program writes (`multi_line`, then lines end in "\n").
-struct TextBox : Control {
+/// What text is typed into.
+struct TextField : Control {
     using Control::Control;
     /// What remains of a text that is typed or pasted: the accepted characters, up to the limit.
     [[nodiscard]] std::string filtered(std::string_view input) const;
@@ -83,6 +83,11 @@ struct TextBox : Control {
     std::string text;
     std::size_t max_length = 0; ///< in characters; 0 is no limit
     KeyFilter accepts = any_character;
+};
+
+/// A box of one line, or of several that only the program writes (`multi_line`, then lines end in "\n").
+struct TextBox : TextField {
+    using TextField::TextField;
     bool read_only = false;
     bool multi_line = false;
     std::function<void()> lost_focus = [] {};
@@ -90,18 +95,14 @@ struct TextBox : Control {
 
 /// A drop-down list. `text` is the chosen entry, empty while none is; in an editable one any text that its
 /// filter and limit leave.
-struct ComboBox : Control {
-    using Control::Control;
-    [[nodiscard]] std::string filtered(std::string_view input) const;
+struct ComboBox : TextField {
+    using TextField::TextField;
     /// Gives it a text and runs `changed`, as typing and picking do, also when a program does it.
     void write(std::string_view input);
 
     std::vector<std::string> items;
     std::vector<std::string> item_tool_tips; ///< of the entries, as far as it goes
-    std::string text;
     bool editable = false;
-    std::size_t max_length = 0;
-    KeyFilter accepts = any_character;
     std::function<void()> got_focus = [] {}; ///< also runs each time the list is opened
     std::function<void()> changed = [] {};
 };
@@ -116,14 +117,15 @@ struct ListBox : Control {
     std::function<void()> double_clicked = [] {};
 };
 
-/// Tabs around frames.
+/// Tabs, each with a frame that may carry its caption.
 struct TabFrame : Control {
     using Control::Control;
 };
 
-/// A picture; the widget has it from its design.
+/// A picture: the design's, or what stands in a file.
 struct Picture : Control {
     using Control::Control;
+    std::string file; ///< path; empty: the design's
 };
 
 struct ProgressBar : Control {

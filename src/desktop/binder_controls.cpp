@@ -1,0 +1,240 @@
+#include "desktop/binder.hpp"
+#include "desktop/field_filter.hpp"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTabWidget>
+
+/// How each kind of control and its widget are tied.
+namespace telvox::desktop {
+
+namespace {
+
+QStringList texts_of(const std::vector<std::string> &utf8) {
+    QStringList texts;
+    for (const std::string &text : utf8)
+        texts << text_of(text);
+    return texts;
+}
+
+/// Wide enough for an international number, or for what a device answers.
+void give_width(QWidget &widget, int characters) {
+    widget.setMinimumWidth(characters * widget.fontMetrics().horizontalAdvance('0'));
+}
+
+int selected_row(const QListWidget &list) {
+    const auto selected = list.selectionModel()->selectedRows();
+    return selected.isEmpty() ? -1 : selected.front().row();
+}
+
+} // namespace
+
+void Binder::bind(Frame &control, QGroupBox &widget) {
+    drawers_.emplace_back(
+        [&] { show(widget, &QGroupBox::title, &QGroupBox::setTitle, text_of(control.caption)); });
+}
+
+void Binder::bind(TabFrame &, QTabWidget &) {}
+
+void Binder::bind_page(Frame &control, QTabWidget &tabs, QWidget &page) {
+    drawers_.emplace_back([&] {
+        const int at = tabs.indexOf(&page);
+        if (!control.caption.empty() && tabs.tabText(at) != text_of(control.caption))
+            tabs.setTabText(at, text_of(control.caption));
+        tabs.setTabVisible(at, control.visible);
+        page.setEnabled(control.enabled);
+    });
+}
+
+void Binder::bind(Label &control, QLabel &widget) {
+    widget.setTextFormat(Qt::PlainText);
+    drawers_.emplace_back([&] { show(widget, &QLabel::text, &QLabel::setText, text_of(control.caption)); });
+}
+
+void Binder::bind(Picture &control, QLabel &widget) {
+    drawers_.emplace_back([&, shown = std::string()]() mutable {
+        if (shown != control.file)
+            widget.setPixmap(QPixmap(text_of(shown = control.file)));
+    });
+}
+
+void Binder::bind(Button &control, QPushButton &widget) {
+    connect(&widget, &QPushButton::clicked, this, [&] { program_.click(control); });
+    drawers_.emplace_back(
+        [&] { show(widget, &QPushButton::text, &QPushButton::setText, text_of(control.caption)); });
+}
+
+void Binder::bind(OptionButton &control, QRadioButton &widget) {
+    connect(&widget, &QRadioButton::clicked, this, [&] { program_.choose(control); });
+    drawers_.emplace_back([&] {
+        show(widget, &QRadioButton::text, &QRadioButton::setText, text_of(control.caption));
+        if (widget.isChecked() == control.value)
+            return;
+        // Which one of a group is set is the form's business; left to itself, a group keeps one set.
+        widget.setAutoExclusive(false);
+        widget.setChecked(control.value);
+        widget.setAutoExclusive(true);
+    });
+}
+
+void Binder::bind(CheckBox &control, QCheckBox &widget) {
+    connect(&widget, &QCheckBox::clicked, this, [&](bool on) { program_.set(control, on); });
+    drawers_.emplace_back([&] {
+        show(widget, &QCheckBox::text, &QCheckBox::setText, text_of(control.caption));
+        show(widget, &QCheckBox::isChecked, &QCheckBox::setChecked, control.value);
+    });
+}
+
+void Binder::bind(TextBox &control, QLineEdit &widget) {
+    give_width(widget, control.read_only ? 30 : 16);
+    widget.setReadOnly(control.read_only);
+    if (!control.read_only)
+        widget.setValidator(new FieldFilter(control, widget));
+    connect(&widget, &QLineEdit::textEdited, this,
+            [&](const QString &text) { program_.enter(control, text.toStdString()); });
+    drawers_.emplace_back(
+        [&] { show(widget, &QLineEdit::text, &QLineEdit::setText, text_of(control.text)); });
+}
+
+void Binder::bind(TextBox &control, QPlainTextEdit &widget) {
+    widget.setReadOnly(true);
+    widget.setTabChangesFocus(true);
+    drawers_.emplace_back([&] {
+        const QString text = text_of(control.text);
+        const QString shown = widget.toPlainText();
+        if (text == shown)
+            return;
+        // Who reads further up is left there; who follows the end goes on following it.
+        QScrollBar &bar = *widget.verticalScrollBar();
+        const int reads_at = bar.value();
+        const bool follows = reads_at == bar.maximum();
+        if (!shown.isEmpty() && text.startsWith(shown)) {
+            QTextCursor end(widget.document());
+            end.movePosition(QTextCursor::End);
+            end.insertText(text.mid(shown.size()));
+        } else {
+            widget.setPlainText(text);
+        }
+        bar.setValue(follows ? bar.maximum() : reads_at);
+    });
+}
+
+void Binder::bind(ComboBox &control, QComboBox &widget) {
+    connect(&widget, &QComboBox::textActivated, this, [&](const QString &entry) {
+        if (entry != text_of(control.text)) // leaving an editable list "picks" what was typed once more
+            program_.select(control, entry.toStdString());
+    });
+    widget.view()->installEventFilter(this);
+    if (control.editable) {
+        widget.setEditable(true);
+        widget.setInsertPolicy(QComboBox::NoInsert);
+        widget.setCompleter(nullptr); // it would add what nobody typed
+        widget.setValidator(new FieldFilter(control, *widget.lineEdit()));
+        give_width(widget, 20);
+        connect(widget.lineEdit(), &QLineEdit::textEdited, this,
+                [&](const QString &text) { program_.select(control, text.toStdString()); });
+    }
+    drawers_.emplace_back([&] { draw_list(control, widget); });
+}
+
+void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
+    const QStringList entries = texts_of(control.items);
+    QStringList shown;
+    for (int i = 0; i < widget.count(); ++i)
+        shown << widget.itemText(i);
+    if (entries != shown) {
+        widget.clear();
+        widget.addItems(entries);
+    }
+    const auto tool_tip = [&](int i) {
+        const auto at = static_cast<std::size_t>(i);
+        return at < control.item_tool_tips.size() ? text_of(control.item_tool_tips[at]) : QString();
+    };
+    for (int i = 0; i < widget.count(); ++i)
+        widget.setItemData(i, tool_tip(i), Qt::ToolTipRole);
+    const QString text = text_of(control.text);
+    const int chosen = static_cast<int>(entries.indexOf(text));
+    const QLineEdit *edit = widget.lineEdit();
+    const int cursor = edit && edit->text() == text ? edit->cursorPosition() : -1;
+    if (!edit || chosen >= 0)
+        show(widget, &QComboBox::currentIndex, &QComboBox::setCurrentIndex, chosen);
+    if (edit && edit->text() != text)
+        widget.setEditText(text);
+    if (cursor >= 0)
+        widget.lineEdit()->setCursorPosition(cursor);
+    widget.setToolTip(chosen < 0 ? QString() : tool_tip(chosen));
+}
+
+void Binder::bind(ListBox &control, QListWidget &widget) {
+    widget.setSelectionMode(QAbstractItemView::SingleSelection);
+    const auto draw_it = [this, &control, &widget] {
+        drawing_ = true;
+        draw_list(control, widget);
+        drawing_ = false;
+    };
+    connect(&widget, &QListWidget::itemSelectionChanged, this, [this, &control, &widget] {
+        if (const int row = selected_row(widget); !drawing_ && row >= 0 && row != control.selected)
+            program_.select(control, row);
+    });
+    // Once the widget is through with its click: the form may have chosen another entry, or none.
+    connect(&widget, &QListWidget::itemSelectionChanged, this, draw_it, Qt::QueuedConnection);
+    connect(&widget, &QListWidget::itemDoubleClicked, this, [&] { program_.double_click(control); });
+    drawers_.emplace_back([&] { draw_list(control, widget); });
+}
+
+void Binder::draw_list(const ListBox &control, QListWidget &widget) {
+    const QStringList entries = texts_of(control.items);
+    QStringList shown;
+    for (int i = 0; i < widget.count(); ++i)
+        shown << widget.item(i)->text();
+    if (entries != shown) {
+        widget.clear();
+        widget.addItems(entries);
+    }
+    if (control.selected == selected_row(widget))
+        return;
+    if (control.selected < 0)
+        widget.clearSelection();
+    else
+        widget.setCurrentRow(control.selected);
+}
+
+void Binder::bind(ProgressBar &control, QProgressBar &widget) {
+    drawers_.emplace_back([&] {
+        show(widget, &QProgressBar::maximum, &QProgressBar::setMaximum, control.maximum);
+        show(widget, &QProgressBar::value, &QProgressBar::setValue, control.value);
+    });
+}
+
+void Binder::bind(StatusPanel &control, QStatusBar &widget) {
+    auto *panel = new QLabel(&widget);
+    panel->setTextFormat(Qt::PlainText);
+    widget.addWidget(panel, 1);
+    drawers_.emplace_back([&control, panel] {
+        show(*panel, &QLabel::text, &QLabel::setText, text_of(control.text));
+        show(*panel, &QLabel::accessibleName, &QLabel::setAccessibleName, text_of(control.text));
+    });
+}
+
+void Binder::bind(MenuEntry &control, QAction &action) {
+    connect(&action, &QAction::triggered, this, [&] { program_.click(control); });
+    drawers_.emplace_back([&] {
+        show(action, &QAction::text, &QAction::setText, text_of(control.caption));
+        action.setEnabled(control.enabled);
+        action.setVisible(control.visible);
+    });
+}
+
+} // namespace telvox::desktop
