@@ -21,7 +21,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .link = link_,
                   .timer = ports.Timer1,
                   .outbox = desk.outbox,
-                  .families = family_of,
+                  .families = family_of_job,
                   .reports = device_reports,
                   .changes_device = changes_device}) {
     connect_main_window(desk, sequencer_);

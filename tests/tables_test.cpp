@@ -262,13 +262,13 @@ TEST(Sequencer, EndsAJobWhoseVariantWasChangedUnderIt) {
 }
 
 /// A family whose jobs lead nowhere: no device table may have them, but an answer could make one of any.
-const Family &lost_family(ModemType) {
+const Family &lost_family(const Desk &) {
     static constexpr Step circle[] = {{.number = 1, .send = "A", .wait = milliseconds{2000}, .next = 2},
                                       {.number = 2, .send = "B", .next = 1}};
     static constexpr Step stall[] = {{.number = 1, .send = "A"}};
     static constexpr Job jobs[] = {{"circle", &JobState::byteParametrier_Counter, circle},
                                    {"stall", &JobState::byteAlarmtest_Counter, stall}};
-    static constexpr Family family{jobs, {}};
+    static constexpr Family family{"", jobs, {}};
     return family;
 }
 

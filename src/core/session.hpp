@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace telvox {
@@ -40,6 +41,8 @@ struct JobState {
     Counter bytePasswort_Counter = 0;    ///< password characters typed so far
     Counter byteISDN_Anwahl_Counter = 0; ///< dial attempts so far
     Counter byteSchnittstellenaenderung_Counter = 0;
+    Counter byteErkennen_Counter = 0; ///< asks what hangs on the cable
+    Counter byteErkennen_Format = 0;  ///< serial formats tried without an answer
 
     bool running = false; ///< a job was started and has not ended, whatever else stands here
 
@@ -79,6 +82,7 @@ struct JobState {
     bool boolFeld_lesen = false;
     bool boolIMEI_lesen = false;
     bool boolUART_umstellen = false;
+    bool boolErkennen = false;
 
     /// Generation that a configuration began with, so that it does not change in the middle of one.
     bool newer_generation = false;
@@ -86,6 +90,8 @@ struct JobState {
     bool line_dropped = false; ///< it has fallen: what answers now is the local modem itself
     bool text_asked = false;   ///< the device has asked for its alarm text; it does so once per configuration
     bool answered = false;     ///< a query that the next step does not wait for has had its answer
+
+    std::optional<ModemType> recognized; ///< variant that has identified itself
 
     /// The job exists only over the device's own cable, so it counts as direct whatever the connection way.
     bool cable_only = false;
@@ -121,6 +127,7 @@ inline constexpr std::array job_counters = {
     &JobState::byteGPRS_lese_Counter,
     &JobState::byteIPT_Counter,
     &JobState::byteIPT_lese_Counter,
+    &JobState::byteErkennen_Counter,
 };
 
 /// The mobile-data settings as the running job writes them, taken over when it starts: whatever becomes of

@@ -130,6 +130,6 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family analog_family{dialogues::jobs, dialogues::replies};
+constexpr Family analog_family{"Analog", dialogues::jobs, dialogues::replies};
 
 } // namespace telvox

@@ -1,5 +1,7 @@
 #include "dialogues/families.hpp"
 
+#include "ui/desk.hpp"
+
 #include <algorithm>
 #include <iterator>
 
@@ -13,7 +15,7 @@ bool changes_device(std::string_view command) {
 }
 
 const Family &family_of(ModemType type) {
-    static constexpr Family none{};
+    static constexpr Family none{.name = "Ethernet"};
     switch (type) {
     case ModemType::Analog:
         return analog_family;
@@ -27,6 +29,10 @@ const Family &family_of(ModemType type) {
         break;
     }
     return none;
+}
+
+const Family &family_of_job(const Desk &desk) {
+    return desk.jobs.boolErkennen ? recognition_family : family_of(desk.modem_type());
 }
 
 } // namespace telvox

@@ -30,6 +30,6 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family gprs_family{dialogues::jobs, dialogues::replies};
+constexpr Family gprs_family{"GPRS", dialogues::jobs, dialogues::replies};
 
 } // namespace telvox

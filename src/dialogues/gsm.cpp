@@ -190,6 +190,6 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family gsm_family{dialogues::jobs, dialogues::replies};
+constexpr Family gsm_family{"GSM", dialogues::jobs, dialogues::replies};
 
 } // namespace telvox

@@ -237,6 +237,6 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family isdn_family{dialogues::jobs, dialogues::replies};
+constexpr Family isdn_family{"ISDN", dialogues::jobs, dialogues::replies};
 
 } // namespace telvox

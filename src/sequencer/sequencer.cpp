@@ -76,7 +76,8 @@ bool Sequencer::start(const Launch &launch) {
     receiver_.clear();
     under_.clear();
     rejected_.clear();
-    changed_device_ = false;
+    changed_device_ = heard_ = false;
+    checks_ = 0;
     progress_ = {};
     timed_.clear();
     allowed_ = milliseconds{0};
@@ -115,11 +116,18 @@ void Sequencer::Timer1_Timer() {
     receiver_.clear();
     if (const auto report =
             due_report(c_.reports, c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
-        fail(report->line, {.text = report->text});
+        fail(report->line, {.text = report->text + hint_at_wrong_device()});
     else if (stalled())
         fail(LineEnd::by_mode, {.text = no_such_function});
     run_jobs();
     hang_up_step();
+}
+
+std::string Sequencer::hint_at_wrong_device() const {
+    if (checks_ != 1 || !heard_ || c_.panel.remote())
+        return {};
+    return std::string("\r\rEs hat ein Gerät geantwortet, aber nicht wie ein Telvox-A ") +
+           c_.families(c_.desk).name + ". 'Erkennen' stellt den Typ fest.";
 }
 
 bool Sequencer::stalled() const {
@@ -136,7 +144,7 @@ void Sequencer::note_rejection() {
 }
 
 void Sequencer::run_jobs() {
-    const Family &family = c_.families(c_.panel.modem_type());
+    const Family &family = c_.families(c_.desk);
     for (const CounterOf counter : job_counters) {
         const Counter number = c_.jobs.*counter;
         if (number == 0 || c_.jobs.byteAuflege_Counter != 0)
@@ -179,8 +187,8 @@ void Sequencer::run(const Step &step, const Job &job) {
 }
 
 void Sequencer::send(const Step &step, const Job &job) {
-    if (step.status)
-        c_.panel.status(step.status);
+    if (step.status.given())
+        c_.panel.status(step.status(c_.desk));
     if (step.act)
         step.act(c_.desk);
     if (step.sets)
@@ -201,24 +209,26 @@ void Sequencer::send(const Step &step, const Job &job) {
         // The set-up speaks to the local modem, and an alarm text may itself be what is looked for.
         if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter) {
             changed_device_ |= c_.changes_device(text);
-            if (text != "ERROR")
-                under_ = step.status ? step.status : text.substr(0, text.find('='));
+            if (text != "ERROR" && !c_.families(c_.desk).guesses)
+                under_ = step.status.given() ? step.status(c_.desk) : text.substr(0, text.find('='));
         }
     }
     if (step.awaits)
         c_.jobs.*step.awaits = true;
+    if (step.awaits || step.reads != 0)
+        ++checks_;
 }
 
 void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
-        return fail(LineEnd::by_mode, {.text = step.message});
+        return fail(LineEnd::by_mode, {.text = step.message(c_.desk)});
     // A query has no message; what its fields show says it all.
-    outcome_ = rejected_.empty() || !step.message ? Outcome::succeeded : Outcome::objected;
+    outcome_ = rejected_.empty() || !step.message.given() ? Outcome::succeeded : Outcome::objected;
+    Message message{.text = step.message.given() ? step.message(c_.desk) : ""};
     // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
     step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
-    if (!step.message)
+    if (!step.message.given())
         return;
-    Message message{.text = step.message};
     if (!rejected_.empty()) {
         message.icon = Icon::exclamation;
         message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
@@ -303,8 +313,9 @@ void Sequencer::close_port() {
 }
 
 void Sequencer::comSeriell_OnComm(CommEvent event) {
+    heard_ |= event == CommEvent::data;
     if (event != CommEvent::lost)
-        return receiver_.handle(event, c_.families(c_.panel.modem_type()).replies);
+        return receiver_.handle(event, c_.families(c_.desk).replies);
     // Once a hang-up runs the job's end has been reported, and a line without its port is down anyway.
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return finish(LineEnd::drop);

@@ -107,6 +107,7 @@ class Sequencer {
     void allow_time_for(const Job &job);
     void note_rejection();
     [[nodiscard]] bool stalled() const;
+    [[nodiscard]] std::string hint_at_wrong_device() const;
     void hang_up_step();
     void start_hang_up();
     void fail(LineEnd line, Message message);
@@ -121,6 +122,8 @@ class Sequencer {
     std::string under_;            ///< what the last command is called, should the device reject it
     std::vector<std::string> rejected_;
     bool changed_device_ = false;
+    bool heard_ = false; ///< the device has sent something
+    int checks_ = 0;     ///< steps so far that wait for an answer
     Progress progress_;
     milliseconds step_began_{0};
 };

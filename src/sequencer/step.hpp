@@ -59,7 +59,7 @@ enum class OnFall {
 struct Step {
     Counter number = 0;
     bool (*when)(const Desk &) = nullptr; ///< condition on the inputs; none: always
-    const char *status = nullptr;         ///< status text; none: unchanged
+    RowText status = {};                  ///< status text; none: unchanged
     void (*act)(Desk &) = nullptr;        ///< done before sending
     FlagOf sets = nullptr;                ///< job flag set before sending
     FlagOf clears = nullptr;              ///< job flag cleared before sending
@@ -73,7 +73,7 @@ struct Step {
     std::size_t (*times)(const Desk &) = nullptr; ///< how often a row runs that names itself as the next
     Counter next = 0; ///< the counter afterwards; 0 waits for a reply row to move it
     End end = End::no;
-    const char *message = nullptr; ///< box at the end
+    RowText message = {}; ///< box at the end
 };
 
 constexpr std::array<Step, 1> rows_of(const Step &row) { return {row}; }
@@ -98,11 +98,13 @@ struct Job {
 
 /// Everything that is particular to one device variant.
 struct Family {
+    const char *name = ""; ///< of the variant, as it is called to the user
     std::span<const Job> jobs = {};
     std::span<const Reply> replies = {};
+    bool guesses = false; ///< asks what a device may not know, so a rejection is an answer like others
 };
 
-/// The tables of a variant.
-using Families = const Family &(*)(ModemType);
+/// The tables of the job that runs, or could: those of the chosen variant.
+using Families = const Family &(*)(const Desk &);
 
 } // namespace telvox

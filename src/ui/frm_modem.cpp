@@ -91,6 +91,8 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
         "zusätzlich eingetragen werden.";
     tboRufnummer_Empfaenger.tool_tip =
         "Geben Sie in diesem Feld die Nummer der im Fehlerfall zu alamierenden Stelle ein.";
+    cbuErkennen.tool_tip =
+        "Fragt das Gerät am Kabel, welches Telvox-A es ist. Am Gerät wird nichts verändert.";
     cbuTest.tool_tip = "Zum testen der Alarmmeldung auf dieses Button klicken";
 
     optDirektverbindung.choose();

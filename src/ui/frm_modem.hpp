@@ -46,6 +46,8 @@ class FrmModem : public Form {
     OptionButton optGPRS{*this, "optGPRS", "GPRS", &fraModemart};
     OptionButton optEthernet{*this, "optEthernet", "Ethernet", &fraModemart};
 
+    Button cbuErkennen{*this, "cbuErkennen", "Erkennen", &fraModemart};
+
     Frame fraVerbindungsart{*this, "fraVerbindungsart", "Verbindungsart"};
     OptionButton optDirektverbindung{*this, "optDirektverbindung", "Direktverbindung mit &Kabel",
                                      &fraVerbindungsart};

@@ -11,6 +11,9 @@ constexpr Check password_entered = {
     .otherwise = "Bitte geben Sie das Konfigurations Passwort ein.",
     .field = [](Desk &d) -> Control * { return &d.frmModem.tboPasswort; }};
 
+constexpr Check cable_chosen_to_ask = filled<&FrmModem::cobSchnittstelle>(
+    "Zum Erkennen muss die Schnittstelle ausgewählt werden, an der das Telvox-A angeschlossen ist.");
+
 constexpr Check test_remote_checks[] = {
     filled<&FrmModem::cobModem_Port>(
         "Zur Anwahl muss die Schnittstelle ausgewählt werden,\ran der ein Modem angeschlossen ist."),
@@ -83,12 +86,20 @@ const Launch &configure(const Desk &desk) {
     return mobile ? configure_direct_mobile : configure_direct;
 }
 
+/// Asks what hangs on the cable, whatever variant is chosen.
+constexpr Check recognise_checks[] = {cable_chosen_to_ask};
+constexpr Launch recognise = {.checks = recognise_checks,
+                              .flag = &JobState::boolErkennen,
+                              .counter = &JobState::byteErkennen_Counter,
+                              .cable_only = true};
+
 } // namespace
 
 void connect_main_window(Desk &desk, Sequencer &sequencer) {
     FrmModem &main = desk.frmModem;
     const bool &remote = main.optFernverbindung.value;
     main.cbuParametrieren.clicked = [&] { sequencer.start(configure(desk)); };
+    main.cbuErkennen.clicked = [&] { sequencer.start(recognise); };
     main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct); };
     main.cbuAlarm_aus.clicked = [&] { sequencer.start(remote ? alarm_off_remote : alarm_off_direct); };
 

@@ -1,0 +1,147 @@
+#include "core/serial_format.hpp"
+#include "dialogues/families.hpp"
+#include "dialogues/shared.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace telvox {
+
+namespace dialogues {
+namespace {
+
+/// Formats in which the devices are usually left, beside the one that the session has for the cable.
+constexpr std::array usual_formats = {"2400,e,8,1", "9600,n,8,1", "19200,n,8,1", "38400,n,8,1",
+                                      "9600,e,8,1", "4800,e,8,1", "1200,e,8,1"};
+
+std::string own_format(const Desk &desk) {
+    return parse_format(desk.session.strCOMparameter_direkt) ? desk.session.strCOMparameter_direkt
+                                                             : default_direkt;
+}
+
+/// The format to try: the session's own, then the usual ones without it.
+std::string candidate(const Desk &desk, std::size_t number) {
+    if (number == 0)
+        return own_format(desk);
+    for (const char *format : usual_formats)
+        if (format != own_format(desk) && --number == 0)
+            return format;
+    return {};
+}
+std::string tried(const Desk &desk) { return candidate(desk, desk.jobs.byteErkennen_Format); }
+
+/// An intelligible answer says that the format is right, so no other one is tried.
+bool others_left(const Desk &desk) {
+    return !desk.jobs.answered && !candidate(desk, desk.jobs.byteErkennen_Format + std::size_t{1}).empty();
+}
+
+OptionButton &option_of(Desk &desk, ModemType type) {
+    FrmModem &f = desk.frmModem;
+    switch (type) {
+    case ModemType::Analog:
+        return f.optAnalog;
+    case ModemType::ISDN:
+        return f.optISDN;
+    case ModemType::GSM:
+        return f.optGSM;
+    case ModemType::GPRS:
+        return f.optGPRS;
+    case ModemType::Ethernet:
+        break;
+    }
+    return f.optEthernet;
+}
+
+/// The form gets the variant that was found, the session the format that it speaks; what was entered for the
+/// variant stays if it was chosen already.
+void take_over(Desk &desk) {
+    OptionButton &option = option_of(desk, *desk.jobs.recognized);
+    if (!option.value)
+        option.choose();
+    if (desk.jobs.byteErkennen_Format != 0)
+        desk.session.strCOMparameter_direkt = tried(desk);
+}
+
+/// "Telvox-A ISDN an COM 2, 2400,e,8,1"
+std::string found_device(const Desk &desk) {
+    return std::string("Telvox-A ") + family_of(*desk.jobs.recognized).name + " an " +
+           desk.frmModem.cobSchnittstelle.text + ", " + tried(desk);
+}
+
+/// A question, given the formats that there are. "AT**TIME?" comes before "AT**IMEI?", which a GSM device
+/// answers too.
+constexpr Step ask(Counter number, RowText status, const char *command) {
+    return {.number = number,
+            .status = status,
+            .send = command,
+            .wait = 1200ms,
+            .times = [](const Desk &) { return usual_formats.size() + 1; },
+            .next = static_cast<Counter>(number + 1)};
+}
+
+template <std::size_t Length> struct Name {
+    consteval Name(const char (&literal)[Length]) { std::copy_n(literal, Length, text); }
+    char text[Length];
+};
+/// "Suche mit 2400,e,8,1: ISDN"
+template <Name Variant> std::string looking_for(const Desk &desk) {
+    return "Suche mit " + tried(desk) + ": " + Variant.text;
+}
+
+constexpr Step search[] = {
+    ask(1, looking_for<"GSM">, "AT**TIME?"),
+    ask(2, looking_for<"GPRS">, "AT**IMEI?"),
+    ask(3, looking_for<"GSM, Analog">, "ATI"),
+    ask(4, looking_for<"ISDN">, "ATI1"),
+    ask(5, looking_for<"Ethernet">, "ATI0"),
+    // A module in its data mode passes everything on to the network; nobody else must get an escape.
+    {.number = 6, .when = [](const Desk &d) { return d.jobs.answered; }, .next = 8},
+    {.number = 6, .send = "+++", .as = Write::raw, .wait = 1200ms, .next = 7},
+    ask(7, looking_for<"Ethernet">, "ATI0"),
+    {.number = 8,
+     .when = others_left,
+     .act = [](Desk &d) { ++d.jobs.byteErkennen_Format; },
+     .format = tried,
+     .wait = 100ms,
+     .next = 1},
+    {.number = 8,
+     .when = [](const Desk &d) { return d.jobs.answered; },
+     .end = End::failed,
+     .message = "Es hat ein Gerät geantwortet, aber nicht wie ein Telvox-A."},
+    {.number = 8, .end = End::failed, .message = no_connection_check},
+    {.number = 9, .act = take_over, .end = End::drop, .message = found_device},
+};
+
+constexpr Job jobs[] = {{"Erkennen", &JobState::byteErkennen_Counter, search}};
+
+template <ModemType Type> bool is(Desk &desk, const Found &) {
+    desk.jobs.recognized = Type;
+    return true;
+}
+constexpr Reply identifies(const char *text, bool (*take)(Desk &, const Found &), At at = {}) {
+    return {.contains = text,
+            .at = at,
+            .when = [](const Desk &d) { return !d.jobs.recognized; },
+            .take = take,
+            .counter = &JobState::byteErkennen_Counter,
+            .becomes = 9,
+            .restart = 100ms};
+}
+
+constexpr Reply replies[] = {
+    identifies("TIME:", is<ModemType::GSM>),
+    identifies("IMEI:", is<ModemType::GPRS>),
+    identifies("KWT Telvox-A", is<ModemType::GSM>),
+    identifies("33600", is<ModemType::Analog>),
+    identifies("64", is<ModemType::ISDN>, {&JobState::byteErkennen_Counter, 5}),
+    identifies("ETHERNET", is<ModemType::Ethernet>),
+    {.contains = "OK", .sets = &JobState::answered},
+    {.contains = "ERROR", .sets = &JobState::answered},
+};
+
+} // namespace
+} // namespace dialogues
+
+constexpr Family recognition_family{"", dialogues::jobs, dialogues::replies, true};
+
+} // namespace telvox
