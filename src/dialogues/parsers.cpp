@@ -18,4 +18,13 @@ std::optional<int> parse_signal(std::string_view text) {
     return value;
 }
 
+std::optional<Labelled> labelled(std::string_view answer, std::string_view label) {
+    const std::size_t start = answer.find(label);
+    const std::size_t end = answer.find('\r', start);
+    if (start == std::string_view::npos || end == std::string_view::npos ||
+        answer.find("OK", end) == std::string_view::npos)
+        return std::nullopt;
+    return Labelled{answer.substr(start, end - start), start + 1, label.size() + 1};
+}
+
 } // namespace telvox::dialogues
