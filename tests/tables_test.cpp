@@ -75,6 +75,9 @@ TEST(Tables, LeadEveryJobToAnEnd) {
                 EXPECT_FALSE(step.reads != 0 && (step.next != 0 || step.awaits)) << at;
                 EXPECT_FALSE(step.awaits && step.next != 0) << at << " does not wait for what it awaits";
                 EXPECT_FALSE(step.awaits && step.end != End::no) << at;
+                EXPECT_TRUE(!step.sets || std::any_of(job.steps.begin(), job.steps.end(),
+                                                      [&](const Step &s) { return s.clears == step.sets; }))
+                    << at << " sets what no step clears";
                 const bool last_of_number =
                     i + 1 == job.steps.size() || job.steps[i + 1].number != step.number;
                 EXPECT_EQ(step.when == nullptr, last_of_number)
@@ -86,6 +89,21 @@ TEST(Tables, LeadEveryJobToAnEnd) {
             EXPECT_TRUE(ends) << where << "no end";
         }
     }
+}
+
+/// The answer to a read command ends the wait for it and leads to the step behind the one that sent it.
+void expect_query_before(const Family &family, const Reply &row) {
+    const std::vector<Move> moves = moves_of(row);
+    EXPECT_TRUE(std::any_of(moves.begin(), moves.end(), [&](const Move &move) {
+        return !move.when && move.counter == row.at.counter && move.becomes == 0;
+    })) << row.contains;
+    const Job *job = job_of(family, row.counter);
+    ASSERT_TRUE(job) << row.contains;
+    EXPECT_EQ(1, std::count_if(job->steps.begin(), job->steps.end(),
+                               [&](const Step &step) {
+                                   return step.reads == row.at.value && step.number + 1 == row.becomes;
+                               }))
+        << row.contains;
 }
 
 TEST(Tables, AnswerAndReportEveryArmedFlag) {
@@ -124,9 +142,12 @@ TEST(Tables, AnswerAndReportEveryArmedFlag) {
                 const Job *job = job_of(family, move.counter);
                 EXPECT_TRUE(!job || has_step(*job, move.becomes)) << row.contains;
             }
+            if (row.at.counter == &JobState::byteGPRS_Leseschritt)
+                expect_query_before(family, row);
             const auto awaits_it = [&](const Job &job) {
-                return std::any_of(job.steps.begin(), job.steps.end(),
-                                   [&](const Step &step) { return step.awaits == row.awaited; });
+                return std::any_of(job.steps.begin(), job.steps.end(), [&](const Step &step) {
+                    return step.awaits == row.awaited || step.sets == row.awaited;
+                });
             };
             const bool by_a_row =
                 std::any_of(family.replies.begin(), family.replies.end(),
