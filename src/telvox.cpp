@@ -12,7 +12,6 @@ namespace telvox {
 
 Telvox::Telvox(const Ports &ports, DataFolders folders)
     : ports_(ports),
-      folders_(std::move(folders)),
       link_(ports.comSeriell),
       sequencer_({.desk = desk,
                   .panel = desk,
@@ -24,12 +23,13 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .families = family_of_job,
                   .reports = device_reports,
                   .changes_device = changes_device}) {
+    desk.folders = std::move(folders);
     connect_main_window(desk, sequencer_);
     connect_small_dialogs(desk, sequencer_);
     connect_port_lists(desk, link_, ports_.scan);
     connect_the_end();
     sequencer_.prz_Initialisieren();
-    prz_Einstellungen_laden(desk.session, folders_.settings);
+    prz_Einstellungen_laden(desk.session, desk.folders.settings);
     desk.frmModem.open = true;
     desk.frmModem.compute();
 }

@@ -78,7 +78,6 @@ class Telvox {
     void leave();
 
     Ports ports_;
-    DataFolders folders_;
     Link link_;
     Sequencer sequencer_;
     bool leaving_ = false; ///< the program ends as soon as the session is idle

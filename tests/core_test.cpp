@@ -208,7 +208,7 @@ TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 0) << "the probe was left behind";
     EXPECT_EQ(choose_data_folders("/proc", "/user").settings, "/user"); // cannot be written
     write("");
-    EXPECT_EQ(choose_data_folders(folder, "/user").lists, folder);
+    EXPECT_EQ(choose_data_folders(folder, "/user").settings, folder);
 }
 
 } // namespace

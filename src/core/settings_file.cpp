@@ -1,5 +1,7 @@
 #include "core/settings_file.hpp"
 
+#include "core/list_files.hpp"
+
 #include <array>
 #include <cerrno>
 #include <fstream>
@@ -120,16 +122,16 @@ void prz_Einstellungen_laden(Session &session, const fs::path &folder) {
 
 DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &user_folder) {
     std::error_code error;
+    const DataFolders beside_the_program{program_folder, list_folders(program_folder, program_folder)};
     if (fs::exists(program_folder / file_name, error))
-        return {program_folder, program_folder};
+        return beside_the_program;
     // Whether a folder can be written is only certain once something was written.
     const fs::path probe = program_folder / ".telvox-schreibprobe";
     const bool writable = std::ofstream(probe).is_open();
     fs::remove(probe, error);
     if (writable)
-        return {program_folder, program_folder};
-    const fs::path shared = program_folder.parent_path() / "share" / "telvox";
-    return {user_folder, fs::is_directory(shared, error) ? shared : program_folder};
+        return beside_the_program;
+    return {user_folder, list_folders(user_folder, program_folder)};
 }
 
 } // namespace telvox

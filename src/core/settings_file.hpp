@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 namespace telvox {
 
@@ -29,12 +30,12 @@ void prz_Einstellungen_laden(Session &session, const std::filesystem::path &fold
 
 /// Where the program's files lie.
 struct DataFolders {
-    std::filesystem::path settings; ///< `Com.ini`, read and written
-    std::filesystem::path lists;    ///< the supplied list files, read
+    std::filesystem::path settings;           ///< `Com.ini`, read and written
+    std::vector<std::filesystem::path> lists; ///< the list files, read: looked for in this order
 };
 
 /// Chooses them: the program's own folder if it can be written or already holds `Com.ini`; otherwise the
-/// user's configuration folder for the settings, and the program's folder or `../share/telvox` for the lists.
+/// user's configuration folder. The lists may lie there too, or where the program was installed.
 [[nodiscard]] DataFolders choose_data_folders(const std::filesystem::path &program_folder,
                                               const std::filesystem::path &user_folder);
 

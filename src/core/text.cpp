@@ -147,4 +147,14 @@ std::string number_text(std::string_view text) {
     return digits.empty() ? "0" : digits;
 }
 
+bool number_exceeds(std::string_view text, unsigned limit) {
+    unsigned long long value = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9' || value > limit)
+            break;
+        value = 10 * value + static_cast<unsigned long long>(c - '0');
+    }
+    return value > limit;
+}
+
 } // namespace telvox

@@ -43,4 +43,7 @@ class Characters {
 /// stops at the first other character. All digits are kept. "0541 123" gives "541123", no digits give "0".
 [[nodiscard]] std::string number_text(std::string_view text);
 
+/// Whether the number that a text begins with is above a limit, however many digits it has. No digits are 0.
+[[nodiscard]] bool number_exceeds(std::string_view text, unsigned limit);
+
 } // namespace telvox

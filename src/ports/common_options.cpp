@@ -1,5 +1,6 @@
 #include "ports/common_options.hpp"
 
+#include "core/list_files.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "simulator/device.hpp"
@@ -108,11 +109,11 @@ std::optional<int> parse_port_number(std::string_view text) {
 }
 
 DataFolders data_folders(const CommonOptions &options) {
-    if (!options.data_folder.empty())
-        return {.settings = path_of(options.data_folder), .lists = path_of(options.data_folder)};
+    const auto program = path_of(QCoreApplication::applicationDirPath().toStdString());
+    if (const auto data = path_of(options.data_folder); !data.empty())
+        return {.settings = data, .lists = list_folders(data, program)};
     const QString user = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return choose_data_folders(path_of(QCoreApplication::applicationDirPath().toStdString()),
-                               path_of(user.toStdString()) / "telvox");
+    return choose_data_folders(program, path_of(user.toStdString()) / "telvox");
 }
 
 std::string common_options_help() {

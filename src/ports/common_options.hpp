@@ -55,7 +55,7 @@ bool take_common_option(Arguments &arguments, CommonOptions &options);
 /// A COM number written as "3" or "COM 3"; nothing for other texts and other numbers.
 [[nodiscard]] std::optional<int> parse_port_number(std::string_view text);
 
-/// The folders that a call asks for: its data folder for everything, or else the usual ones.
+/// The folders that a call asks for: its data folder before all others, or else the usual ones.
 [[nodiscard]] DataFolders data_folders(const CommonOptions &options);
 
 /// Lines of a help text about the common options.

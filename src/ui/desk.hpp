@@ -3,6 +3,7 @@
 #include "core/messages.hpp"
 #include "core/port_scan.hpp"
 #include "core/session.hpp"
+#include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
 #include "ui/frm_gprs.hpp"
 #include "ui/frm_ipt.hpp"
@@ -19,6 +20,7 @@ struct Desk final : Panel {
     JobState jobs;
     Session session;
     Outbox outbox;
+    DataFolders folders;
     FrmModem frmModem{outbox};
     FrmPin frmPin;
     FrmMSN frmMSN;
@@ -28,9 +30,8 @@ struct Desk final : Panel {
     FrmIPT frmIPT;
 
     /// All windows, the main window first.
-    std::vector<Form *> forms{&frmModem,        &frmPin,        &frmMSN,
-                              &frmAnschlussart, &frmGSM_Status, &frmGPRS,
-                              &frmIPT};
+    std::vector<Form *> forms{&frmModem,      &frmPin,  &frmMSN, &frmAnschlussart,
+                              &frmGSM_Status, &frmGPRS, &frmIPT};
 
     /// What the last look at the serial ports found.
     std::vector<PortInfo> ports;

@@ -20,7 +20,7 @@ std::string bytes_of(std::string_view text);
 /// Simulated outside: a port, a timer and boxes that write a journal, and a clock that the test turns.
 class Rig {
   public:
-    explicit Rig(DataFolders folders = {"/nonexistent", "/nonexistent"});
+    explicit Rig(DataFolders folders = {"/nonexistent", {}});
 
     /// Turns the clock forward to this time; every tick that falls due on the way runs at its time.
     void turn_to(milliseconds time);

@@ -1,0 +1,76 @@
+#include "core/list_files.hpp"
+
+#include "core/text.hpp"
+
+#include <fstream>
+#include <system_error>
+
+namespace telvox {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t largest_file = 256 * 1024;
+constexpr std::size_t most_lines = 5000;
+
+bool valid_utf8(std::string_view text) {
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000}; // by the number of bytes
+    Characters characters(text);
+    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
+        const char32_t point = code_point(c);
+        const bool malformed = c.size() == 1 && point >= 0x80;
+        const bool surrogate = point >= 0xD800 && point < 0xE000;
+        if (malformed || surrogate || point < smallest[c.size()] || point > 0x10FFFF)
+            return false;
+    }
+    return true;
+}
+
+/// The beginning of a file, as far as whole lines of it fit. Anything but a file (a device, a pipe) would
+/// wait for bytes.
+std::string beginning_of(const fs::path &path) {
+    std::error_code error;
+    if (!fs::is_regular_file(path, error))
+        return {};
+    std::ifstream file(path, std::ios::binary);
+    std::string text(largest_file + 1, '\0');
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    if (text.size() > largest_file)
+        text.resize(text.rfind('\n') + 1); // nothing of it, where there are no lines
+    return text;
+}
+
+} // namespace
+
+std::vector<std::string> read_lines(const fs::path &file) {
+    std::string text = beginning_of(file);
+    if (constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF"; text.starts_with(byte_order_mark))
+        text.erase(0, byte_order_mark.size());
+    if (!valid_utf8(text))
+        text = from_line(text);
+    std::vector<std::string> lines;
+    for (std::size_t from = 0; from < text.size() && lines.size() < most_lines;) {
+        const std::size_t end = std::min(text.find('\n', from), text.size());
+        lines.push_back(text.substr(from, end - from));
+        if (lines.back().ends_with('\r'))
+            lines.back().pop_back();
+        from = end + 1;
+    }
+    return lines;
+}
+
+std::vector<fs::path> list_folders(const fs::path &data_folder, const fs::path &program_folder) {
+    return {data_folder, program_folder, program_folder.parent_path() / "share" / "telvox"};
+}
+
+fs::path find_list_file(const std::vector<fs::path> &folders, std::string_view name) {
+    std::error_code error;
+    for (const fs::path &folder : folders)
+        if (fs::path file = folder / name; fs::is_regular_file(file, error))
+            return file;
+    return {};
+}
+
+} // namespace telvox
