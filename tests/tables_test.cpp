@@ -225,6 +225,12 @@ TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuSignalstaerke); },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuIMEI); }}},
         {&FrmModem::optGPRS, {alarm_off}},
+        {&FrmModem::optEthernet,
+         {[](Telvox &p) {
+              p.enter(p.desk.frmEthernet.tboIP, "1.2.3.4");
+              p.click(p.desk.frmEthernet.cbuEthernet_Konfigurieren);
+          },
+          [](Telvox &p) { p.click(p.desk.frmGateway.cbuEthernet_GW_Kabel); }}},
     };
     for (const Start &start : starts) {
         for (const bool remote : {false, true}) {

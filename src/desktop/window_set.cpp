@@ -1,6 +1,8 @@
 #include "desktop/window_set.hpp"
 
 #include "ui_frm_anschlussart.h"
+#include "ui_frm_ethernet.h"
+#include "ui_frm_gateway.h"
 #include "ui_frm_gprs.h"
 #include "ui_frm_gsm_status.h"
 #include "ui_frm_ipt.h"
@@ -35,6 +37,8 @@ constexpr Maker makers[] = {
     {"frmMSN", make<Ui::frmMSN, QDialog>},
     {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
     {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
+    {"frmEthernet", make<Ui::frmEthernet, QDialog>},
+    {"frmGateway", make<Ui::frmGateway, QDialog>},
     {"frmGPRS", make<Ui::frmGPRS, QDialog>},
     {"frmIPT", make<Ui::frmIPT, QDialog>},
 };

@@ -26,7 +26,7 @@ const Family &family_of(ModemType type) {
     case ModemType::GPRS:
         return gprs_family;
     case ModemType::Ethernet:
-        break;
+        return ethernet_family;
     }
     return none;
 }

@@ -21,5 +21,6 @@ extern const Family analog_family;
 extern const Family isdn_family;
 extern const Family gsm_family;
 extern const Family gprs_family;
+extern const Family ethernet_family;
 
 } // namespace telvox

@@ -5,6 +5,8 @@
 #include "core/session.hpp"
 #include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
+#include "ui/frm_ethernet.hpp"
+#include "ui/frm_gateway.hpp"
 #include "ui/frm_gprs.hpp"
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
@@ -26,12 +28,14 @@ struct Desk final : Panel {
     FrmMSN frmMSN;
     FrmAnschlussart frmAnschlussart;
     FrmGSM_Status frmGSM_Status;
+    FrmEthernet frmEthernet;
+    FrmGateway frmGateway;
     FrmGPRS frmGPRS;
     FrmIPT frmIPT;
 
     /// All windows, the main window first.
-    std::vector<Form *> forms{&frmModem,      &frmPin,  &frmMSN, &frmAnschlussart,
-                              &frmGSM_Status, &frmGPRS, &frmIPT};
+    std::vector<Form *> forms{&frmModem,    &frmPin,     &frmMSN,  &frmAnschlussart, &frmGSM_Status,
+                              &frmEthernet, &frmGateway, &frmGPRS, &frmIPT};
 
     /// What the last look at the serial ports found.
     std::vector<PortInfo> ports;

@@ -26,6 +26,7 @@ inline constexpr Check number_entered = filled<&FrmModem::tboRufnummer_Modem>(
 /// Gives the buttons and menu entries of the main window and of the small dialogs their click handlers.
 void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
+void connect_ethernet(Desk &desk, Sequencer &sequencer);
 
 /// A menu entry's handler that opens a window.
 [[nodiscard]] inline std::function<void()> opens(Form &form) {
