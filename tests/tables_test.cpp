@@ -4,6 +4,7 @@
 #include "rig/rig.hpp"
 
 #include "dialogues/families.hpp"
+#include "dialogues/parsers.hpp"
 
 #include <gmock/gmock.h>
 
@@ -157,6 +158,38 @@ TEST(Tables, AnswerAndReportEveryArmedFlag) {
                 << "nobody awaits " << row.contains;
         }
     }
+}
+
+TEST(Parsers, TakeALabelledLineOnlyWhenItIsComplete) {
+    struct Case {
+        const char *answer;
+        const char *label;
+        const char *text; ///< none: not complete
+        std::size_t position = 1;
+    };
+    constexpr Case cases[] = {
+        {"KEEP: 5\r\nOK", "KEEP:", "5"},
+        {"\r\nOK\r\nKEEP: 5\r\nOK\r\n", "KEEP:", "5", 7},
+        {"PPPPW: OK\r\nOK", "PPPPW:", "OK"},
+        {"PPPPW: \r\nOK", "PPPPW:", ""},
+        {"PPPPW:\r\nOK", "PPPPW:", ""},
+        {"PPPPW:  a b \r\nOK", "PPPPW:", " a b "},
+        {"CLIP 1: 7\r\nCLIP 2: 8\r\nOK", "CLIP 2:", "8", 12},
+        {"PPPPW: OK\r\nO", "PPPPW:", nullptr},
+        {"OK\r\nPPPPW: x\r", "PPPPW:", nullptr},
+        {"PPPPW: OK", "PPPPW:", nullptr},
+        {"PPPUSER: x\r\nOK", "PPPPW:", nullptr},
+        {"", "PPPPW:", nullptr},
+    };
+    for (const Case &c : cases) {
+        const auto line = dialogues::labelled(c.answer, c.label);
+        ASSERT_EQ(line.has_value(), c.text != nullptr) << c.answer;
+        if (line) {
+            EXPECT_TRUE(line->text() == c.text && line->position == c.position) << c.answer;
+        }
+    }
+    const auto codes = dialogues::labelled("CALLBACK: 2,3\r\nOK", "CALLBACK:");
+    EXPECT_TRUE(codes->code(10) == '2' && codes->code(12) == '3' && codes->code(13) == '\0');
 }
 
 TEST(ErrorReports, SayWhatFailedAndWhatBecomesOfTheLine) {

@@ -2,6 +2,11 @@
 
 namespace telvox {
 
+void Receiver::begin() {
+    clear();
+    recognised_ = false;
+}
+
 void Receiver::clear() {
     link_.strCOM_Eingang.clear();
     acted_ = 0;
@@ -36,6 +41,7 @@ bool Receiver::holds(const Reply &row, CommEvent event) {
 }
 
 void Receiver::apply(const Reply &row) {
+    recognised_ |= row.event == CommEvent::data;
     if (row.awaited)
         jobs_.*row.awaited = false;
     if (row.clears)

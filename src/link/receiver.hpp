@@ -20,6 +20,10 @@ class Receiver {
     /// job runs, its line stands, and nothing is being hung up. A row for data acts once per filling of the
     /// buffer, one for the carrier each time.
     void handle(CommEvent event, std::span<const Reply> rows);
+    /// A job begins: nothing of it was recognised yet.
+    void begin();
+    /// Whether any reply of the running job was recognised.
+    [[nodiscard]] bool recognised() const { return recognised_; }
     /// Empties the receive buffer: what comes from now on answers the next command.
     void clear();
 
@@ -32,6 +36,7 @@ class Receiver {
     Link &link_;
     Timer &timer_;
     std::uint64_t acted_ = 0; ///< bit per row that has acted since the buffer was emptied
+    bool recognised_ = false;
 };
 
 } // namespace telvox

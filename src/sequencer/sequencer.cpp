@@ -73,11 +73,10 @@ bool Sequencer::start(const Launch &launch) {
     c_.jobs.running = true;
     c_.panel.prz_Eingaben_deaktivieren();
     c_.link.last_command.clear();
-    receiver_.clear();
+    receiver_.begin();
     under_.clear();
     rejected_.clear();
     changed_device_ = heard_ = false;
-    checks_ = 0;
     progress_ = {};
     timed_.clear();
     allowed_ = milliseconds{0};
@@ -124,7 +123,7 @@ void Sequencer::Timer1_Timer() {
 }
 
 std::string Sequencer::hint_at_wrong_device() const {
-    if (checks_ != 1 || !heard_ || c_.panel.remote())
+    if (receiver_.recognised() || !heard_ || c_.panel.remote())
         return {};
     return std::string("\r\rEs hat ein Gerät geantwortet, aber nicht wie ein Telvox-A ") +
            c_.families(c_.desk).name + ". 'Erkennen' stellt den Typ fest.";
@@ -215,8 +214,6 @@ void Sequencer::send(const Step &step, const Job &job) {
     }
     if (step.awaits)
         c_.jobs.*step.awaits = true;
-    if (step.awaits || step.reads != 0)
-        ++checks_;
 }
 
 void Sequencer::end(const Step &step) {

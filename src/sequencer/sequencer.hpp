@@ -123,7 +123,6 @@ class Sequencer {
     std::vector<std::string> rejected_;
     bool changed_device_ = false;
     bool heard_ = false; ///< the device has sent something
-    int checks_ = 0;     ///< steps so far that wait for an answer
     Progress progress_;
     milliseconds step_began_{0};
 };
