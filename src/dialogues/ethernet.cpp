@@ -69,6 +69,6 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family ethernet_family{dialogues::jobs, dialogues::replies};
+constexpr Family ethernet_family{"Ethernet", dialogues::jobs, dialogues::replies};
 
 } // namespace telvox
