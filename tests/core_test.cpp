@@ -15,7 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 TEST(Text, IsCleanedForTheDevice) {
     const std::pair<const char *, const char *> cases[] = {{"Größe", "Grosse"},
@@ -196,11 +195,16 @@ TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
     EXPECT_EQ(read(), factory_file);
     EXPECT_FALSE(prz_Einstellungen_speichern(session, "/dev/null/x", {"300", "7", "odd", "2"},
                                              {"300", "7", "odd", "2"}, outbox));
+    fs::create_directories(folder / "sub" / "Com.ini" / "x");
+    EXPECT_FALSE(prz_Einstellungen_speichern(session, folder / "sub", {"300", "7", "odd", "2"},
+                                             {"300", "7", "odd", "2"}, outbox));
     const auto boxes = outbox.take();
-    ASSERT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(boxes[0].message.text,
-              "Die Einstellungen konnten nicht gespeichert werden.\rDer Datenträger ist voll.");
-    EXPECT_THAT(boxes[1].message.text, StartsWith("Die Einstellungen konnten nicht gespeichert werden.\r"));
+    const std::array reasons = {"Der Datenträger ist voll.", "Der Ordner ist nicht vorhanden.",
+                                "An der Stelle der Datei steht ein Ordner."};
+    ASSERT_EQ(boxes.size(), reasons.size());
+    for (std::size_t i = 0; i < reasons.size(); ++i)
+        EXPECT_EQ(boxes[i].message.text,
+                  std::string("Die Einstellungen konnten nicht gespeichert werden.\r") + reasons[i]);
 }
 
 TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {

@@ -1,6 +1,7 @@
 #include "core/settings_file.hpp"
 
 #include "core/list_files.hpp"
+#include "core/system_error.hpp"
 
 #include <array>
 #include <cerrno>
@@ -28,22 +29,6 @@ std::string section(const char *heading, const SerialTexts &texts) {
 std::string settings_text(const SerialTexts &texts) {
     return texts.baud + "," + texts.parity.substr(0, 1) + "," + texts.bits.substr(0, 1) + "," +
            texts.stop.substr(0, 1);
-}
-
-std::string reason(int error) {
-    switch (error) {
-    case ENOSPC:
-        return "Der Datenträger ist voll.";
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return "Der Ordner ist schreibgeschützt.";
-    case ENOENT:
-    case ENOTDIR:
-        return "Der Ordner ist nicht vorhanden.";
-    default:
-        return std::generic_category().message(error);
-    }
 }
 
 /// Writes a whole file beside the target and moves it over it. Returns 0 or the error number.
@@ -88,7 +73,7 @@ bool prz_Einstellungen_speichern(Session &session, const fs::path &folder, const
     const std::string content = section("Schnittstellenparameter Direktverbindung", direkt) + "\r\n" +
                                 section("Schnittstellenparameter Modemverbindung", fern);
     if (const int error = replace_file(folder / file_name, content); error != 0) {
-        outbox.show("Die Einstellungen konnten nicht gespeichert werden.\r" + reason(error));
+        outbox.show("Die Einstellungen konnten nicht gespeichert werden.\r" + german_reason(error));
         return false;
     }
     session.strCOMparameter_direkt = settings_text(direkt);

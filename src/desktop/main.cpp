@@ -57,6 +57,10 @@ int main(int argc, char **argv) {
         std::fprintf(stderr, "telvox: %s\n", error.what());
         return 2;
     }
+    if (call.options.version) {
+        std::fputs(version_text("telvox").c_str(), stdout);
+        return 0;
+    }
     if (call.help) {
         std::printf("Aufruf: telvox [Optionen]\n\n%s", common_options_help().c_str());
         return 0;

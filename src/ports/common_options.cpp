@@ -3,12 +3,14 @@
 #include "core/list_files.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
+#include "core/version.hpp"
 #include "simulator/device.hpp"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
 #include <algorithm>
 #include <charconv>
+#include <sstream>
 #include <system_error>
 
 namespace telvox {
@@ -28,6 +30,15 @@ std::filesystem::path path_of(const std::string &utf8) {
     return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
 
+/// An option's value as it was given.
+const std::string &checked(const std::string &name, const std::string &value) {
+    if (!valid_utf8(value))
+        throw UsageError(name + ": kein gültiger Text (UTF-8)");
+    return value;
+}
+
+} // namespace
+
 void take_port(const std::string &value, CommonOptions &options) {
     const auto equals = value.find('=');
     const auto number = parse_port_number(std::string_view(value).substr(0, equals));
@@ -40,7 +51,13 @@ void take_port(const std::string &value, CommonOptions &options) {
     options.ports[*number] = device;
 }
 
-} // namespace
+bool valid_utf8(std::string_view text) {
+    Characters characters(text);
+    for (auto c = characters.next(); !c.empty(); c = characters.next())
+        if (code_point(c) == 0xFFFD && c != "\uFFFD")
+            return false;
+    return true;
+}
 
 UsageError::UsageError(std::string_view why) : std::runtime_error(one_line(why)) {}
 
@@ -54,15 +71,17 @@ bool Arguments::next() {
         attached_ = name_.substr(equals + 1);
         name_.resize(equals);
     }
+    if (!valid_utf8(name_))
+        throw UsageError("Angabe " + std::to_string(at_) + ": kein gültiger Text (UTF-8)");
     return true;
 }
 
 std::string Arguments::value() {
     if (attached_)
-        return *attached_;
+        return checked(name_, *attached_);
     if (at_ == all_.size() || all_[at_].starts_with("--"))
         throw UsageError(name_ + ": Wert fehlt");
-    return all_[at_++];
+    return checked(name_, all_[at_++]);
 }
 
 void Arguments::no_value() const {
@@ -91,6 +110,9 @@ bool take_common_option(Arguments &arguments, CommonOptions &options) {
         arguments.once();
         arguments.no_value();
         options.simulator = true;
+    } else if (name == "--version") {
+        arguments.no_value();
+        options.version = true;
     } else {
         return false;
     }
@@ -98,9 +120,13 @@ bool take_common_option(Arguments &arguments, CommonOptions &options) {
 }
 
 std::optional<int> parse_port_number(std::string_view text) {
-    for (const std::string_view prefix : {"COM", " "})
-        if (text.starts_with(prefix))
-            text.remove_prefix(prefix.size());
+    constexpr std::string_view prefix = "com";
+    const auto same = [](char typed, char wanted) { return (typed | 0x20) == wanted; };
+    if (text.size() > prefix.size() &&
+        std::equal(prefix.begin(), prefix.end(), text.begin(), [&](char w, char t) { return same(t, w); }))
+        text.remove_prefix(prefix.size());
+    if (text.starts_with(' '))
+        text.remove_prefix(1);
     int number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc{} || end != text.data() + text.size() || number < 1 || number > last_port)
@@ -121,16 +147,35 @@ std::string common_options_help() {
     for (int number = 1; number <= last_port; ++number)
         if (const std::string device = simulator::description_of_port(number); !device.empty())
             devices += help_line("", port_entry(number) + ": " + device);
-    return help_line("--port N=GERÄT", "nennt ein Gerät \"COM N\" (N von 1 bis 15); mehrfach möglich.") +
-           help_line("", "Sonst vergibt das System die Nummern.") +
+    return help_line("--port N=GERÄT", "nennt ein Gerät \"COM N\" (N von 1 bis 15); mehrfach möglich. "
+                                       "Sonst vergibt das System die Nummern.") +
            help_line("--datenordner ORDNER", "Ordner von Com.ini und der Listendateien") +
+           help_line("--version", "nennt die Version") +
            help_line("--simulator", "simulierte Geräte (ein mit --port genanntes geht vor):") + devices;
 }
 
+std::string version_text(std::string_view program) {
+    return std::string(program) + " " + program_version + "\n";
+}
+
 std::string help_line(const std::string &option, const std::string &purpose) {
-    constexpr std::size_t column = 30;
-    const std::size_t used = length(option);
-    return "  " + option + std::string(used < column ? column - used : 1, ' ') + purpose + "\n";
+    constexpr std::size_t column = 30, width = 80;
+    std::string text, line = "  " + option;
+    const auto fill = [&] { line.resize(line.size() + column + 1 - std::min(length(line), column), ' '); };
+    fill();
+    std::istringstream words(purpose);
+    for (std::string word; words >> word;) {
+        const bool first = line.ends_with(' ');
+        if (!first && length(line) + 1 + length(word) > width) {
+            text += line + "\n";
+            line.clear();
+            fill();
+        } else if (!first) {
+            line += ' ';
+        }
+        line += word;
+    }
+    return text + line + "\n";
 }
 
 } // namespace telvox

@@ -22,10 +22,12 @@ struct CommonOptions {
     std::map<int, std::string> ports; ///< devices named by "--port", by COM number
     std::string data_folder;          ///< "--datenordner"; empty: the usual folders
     bool simulator = false;
+    bool version = false; ///< asks for nothing but the version
 };
 
 /// Reads a call's arguments one after the other. An option's value is the next argument, or stands behind
-/// "=" in the same one; a value that begins with "--" has to, so a forgotten value is noticed.
+/// "=" in the same one; a value that begins with "--" has to, so a forgotten value is noticed. What is no
+/// valid UTF-8 is refused: nobody could say which characters were meant.
 class Arguments {
   public:
     explicit Arguments(std::vector<std::string> all) : all_(std::move(all)) {}
@@ -51,8 +53,13 @@ class Arguments {
 
 /// Takes the current argument if it is one of the common options. Returns whether it was.
 bool take_common_option(Arguments &arguments, CommonOptions &options);
+/// Takes the value of "--port", "N=GERÄT".
+void take_port(const std::string &value, CommonOptions &options);
 
-/// A COM number written as "3" or "COM 3"; nothing for other texts and other numbers.
+/// Whether a text is UTF-8 throughout.
+[[nodiscard]] bool valid_utf8(std::string_view text);
+
+/// A COM number written as "3", "COM 3" or "com3"; nothing for other texts and other numbers.
 [[nodiscard]] std::optional<int> parse_port_number(std::string_view text);
 
 /// The folders that a call asks for: its data folder before all others, or else the usual ones.
@@ -61,7 +68,10 @@ bool take_common_option(Arguments &arguments, CommonOptions &options);
 /// Lines of a help text about the common options.
 [[nodiscard]] std::string common_options_help();
 
-/// One line of a help text: an option and, in the second column, what it is for.
+/// Name and version of a program, one line.
+[[nodiscard]] std::string version_text(std::string_view program);
+
+/// An option in a help text and, in the second column, what it is for, broken where the line is full.
 [[nodiscard]] std::string help_line(const std::string &option, const std::string &purpose);
 
 } // namespace telvox

@@ -1,5 +1,6 @@
 #include "ports/os.hpp"
 
+#include "core/system_error.hpp"
 #include "ports/line.hpp"
 
 #include <cerrno>
@@ -50,7 +51,17 @@ int port_number(const std::string &) { return 0; }
 std::string refusal(const std::string &device) {
     struct stat status {};
     if (::stat(device.c_str(), &status) != 0)
-        return errno == EACCES ? "Keine Berechtigung für die Schnittstelle." : port_absent;
+        switch (errno) {
+        case EACCES:
+            return "Keine Berechtigung für die Schnittstelle.";
+        case ENAMETOOLONG:
+        case ELOOP:
+            return german_reason(errno);
+        default:
+            return port_absent;
+        }
+    if (S_ISDIR(status.st_mode))
+        return "Das ist ein Ordner, keine serielle Schnittstelle.";
     if (!S_ISCHR(status.st_mode))
         return "Das Gerät ist keine serielle Schnittstelle.";
     if (::faccessat(AT_FDCWD, device.c_str(), R_OK | W_OK, AT_EACCESS) != 0)
