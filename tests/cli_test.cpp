@@ -3,6 +3,7 @@
 #include "cli/call.hpp"
 #include "cli/operator.hpp"
 #include "cli/tracing_port.hpp"
+#include "core/text.hpp"
 #include "rig/rig.hpp"
 
 #include <QCoreApplication>
@@ -38,7 +39,7 @@ std::vector<std::string> words(const std::string &call) {
 struct FilledDesk {
     std::string refusal(const std::string &call) {
         try {
-            Operator(rig.program, ports).work(parse_call(words(call)));
+            at_the_form.work(parse_call(words(call)));
             return {};
         } catch (const UsageError &error) {
             return error.what();
@@ -48,6 +49,7 @@ struct FilledDesk {
     Rig rig;
     FrmModem &form = rig.program.desk.frmModem;
     PortMap ports{CommonOptions{.ports = {{3, "/dev/a"}, {6, "/dev/b"}}}};
+    Operator at_the_form{rig.program, ports};
 };
 
 TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
@@ -78,6 +80,11 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"pin", "--pin fehlt"},
         {"pin --pin 1 --msn 2", "--msn gehört nur zu msn"},
         {"anschlussart", "--anschlussart fehlt"},
+        {"alarmtest --alarmtext A\xE0\x80\xA2"
+         "B",
+         "--alarmtext: kein gültiger Text (UTF-8)"},
+        {"alarmtest --alarmtext=\xFF", "--alarmtext: kein gültiger Text (UTF-8)"},
+        {"alarmtest \xFF", "Angabe 2: kein gültiger Text"},
     };
     for (const auto &[call, because] : cases) {
         try {
@@ -92,8 +99,8 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
 
 TEST(CliCall, TakesValuesInBothSpellings) {
     const Call call = parse_call(words("parametrieren --alarmtext=--Achtung= --typ gsm --port=3=/dev/x=y"));
-    EXPECT_EQ(call.values.at("--alarmtext"), "--Achtung=");
-    EXPECT_EQ(call.values.at("--typ"), "gsm");
+    EXPECT_EQ(call.values.at("--alarmtext").value, "--Achtung=");
+    EXPECT_EQ(call.values.at("--typ").value, "gsm");
     EXPECT_EQ(call.common.ports.at(3), "/dev/x=y");
     EXPECT_TRUE(parse_call(words("--help")).help);
 }
@@ -103,25 +110,27 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         const char *call, *because;
     } cases[] = {
         {"alarmtest --typ telex", "--typ: \"telex\" gibt es nicht (analog, isdn, gsm, gprs, ethernet)"},
-        {"alarmtest --empfaenger abc",
-         "--empfaenger: \"abc\" wird von tboRufnummer_Empfaenger nicht angenommen"},
-        {"alarmtest --empfaenger +49", "tboRufnummer_Empfaenger nicht angenommen"},
+        {"alarmtest --empfaenger abc", "--empfaenger: nur Ziffern"},
+        {"alarmtest --empfaenger +49", "--empfaenger: nur Ziffern; + als 00 eingeben"},
+        {"alarmtest --service-center 01/2", "--service-center: nur Ziffern, +"},
         {"alarmtest --typ gsm --alarmtext "
          "12345678901234567890123456789012345678901234567890123456789012345678901",
-         "tboAlarmmeldung nicht angenommen"},
-        {"alarmtest --typ gsm --amt 0", "chkAmt steht bei dieser Auswahl nicht zur Verfügung"},
-        {"alarmtest --typ gsm --passwort x", "chkPasswort steht"},
-        {"alarmtest --typ isdn --nachricht fax", "optFAX steht"},
-        {"alarmtest --nachricht fax --service-center 1", "tboService_Center steht"},
-        {"alarmtest --rufnummer-modem 1", "tboRufnummer_Modem steht"},
-        {"alarmtest --modemanschluss 6", "cobModem_Port steht"},
-        {"alarmtest --verbindung fern --schnittstelle 3", "cobSchnittstelle steht"},
-        {"alarmtest --typ ethernet", "cbuTest steht"},
-        {"parametrieren --typ gprs --verbindung fern", "cbuParametrieren steht"},
-        {"msn --msn 1", "mnuMSN_festlegen steht"},
-        {"msn --typ isdn --msn 12a", "tboMSN nicht angenommen"},
-        {"imei --typ gsm --verbindung fern", "mnuStatus_abfragen steht"},
-        {"anschlussart --typ isdn --anschlussart s0", "punkt-zu-punkt, mehrgeraete"},
+         "--alarmtext: mehr als 70 Zeichen"},
+        {"alarmtest --typ gsm --amt 0", "--amt gibt es nicht mit --typ gsm --verbindung direkt"},
+        {"alarmtest --typ gsm --passwort x", "--passwort gibt es nicht"},
+        {"alarmtest --typ isdn --nachricht fax", "--nachricht gibt es nicht mit --typ isdn"},
+        {"alarmtest --nachricht fax --service-center 1",
+         "--service-center gibt es nicht mit --typ analog --verbindung direkt --nachricht fax"},
+        {"alarmtest --rufnummer-modem 1", "--rufnummer-modem gibt es nicht"},
+        {"alarmtest --modemanschluss 6", "--modemanschluss gibt es nicht"},
+        {"alarmtest --verbindung fern --schnittstelle 3", "--schnittstelle gibt es nicht"},
+        {"alarmtest --typ ethernet", "alarmtest gibt es nicht mit --typ ethernet"},
+        {"parametrieren --typ gprs --verbindung fern", "parametrieren gibt es nicht mit --typ gprs"},
+        {"msn --typ gsm --msn 1", "msn gibt es nur mit --typ isdn"},
+        {"pin --pin 1", "pin: --typ gsm oder gprs fehlt"},
+        {"msn --msn 12a", "--msn: nur Ziffern, *"},
+        {"imei --typ gsm --verbindung fern", "imei gibt es nicht mit --typ gsm --verbindung fern"},
+        {"anschlussart --anschlussart s0", "punkt-zu-punkt, mehrgeraete"},
         {"alarmtest --com-direkt 2400,,8,1", "--com-direkt"},
         {"alarmtest --schnittstelle 16", "--schnittstelle: \"16\""},
         {"alarmtest --schnittstelle COM.0", "--schnittstelle: \"COM 0\""},
@@ -138,7 +147,7 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
 TEST(CliCall, FillsTheFormAndPressesTheButton) {
     FilledDesk desk;
     desk.rig.free_ports = {3, 6};
-    EXPECT_EQ(desk.refusal("parametrieren --typ analog --verbindung fern --modemanschluss COM.6 --amt 0 "
+    EXPECT_EQ(desk.refusal("parametrieren --typ analog --verbindung Fern --modemanschluss com6 --amt 0 "
                            "--rufnummer-modem 0541 --empfaenger 0171 --passwort geheim --alarmtext Öl.läuft "
                            "--com-fern 2400,e,8,1"),
               "");
@@ -184,6 +193,7 @@ TEST(CliCall, NamesADeviceByItsPath) {
     EXPECT_THAT(desk.refusal("alarmtest --schnittstelle /dev/not-there"), HasSubstr("vorhandenes Gerät"));
     EXPECT_EQ(desk.refusal("alarmtest --schnittstelle /dev/null"), "");
     EXPECT_EQ(desk.rig.port.number, 1) << "the lowest that is free";
+    EXPECT_EQ(desk.at_the_form.by_path("COM 1 ist nicht COM 11"), "/dev/null ist nicht COM 11");
 }
 
 TEST(CliCall, LeavesTheChecksToTheForm) {
@@ -192,23 +202,100 @@ TEST(CliCall, LeavesTheChecksToTheForm) {
     EXPECT_EQ(desk.rig.program.outcome(), Outcome::refused);
     ASSERT_EQ(desk.rig.boxes.size(), 1u);
     EXPECT_THAT(desk.rig.boxes[0].text, HasSubstr("Service-Center Nummer"));
+    EXPECT_EQ(desk.at_the_form.named_by_check(parse_call({"parametrieren"})), "--service-center");
 }
 
-TEST(CliTrace, ShowsTheDialogueLineByLineAndPassesItOn) {
+TEST(CliCall, TakesValuesFromLines) {
+    const auto filled = [](const std::string &call, const std::string &lines) {
+        Call complete = parse_call(words(call));
+        std::istringstream input(lines);
+        cli::complete_call(complete, input);
+        return complete;
+    };
+    const Call call = filled("pin --typ gprs --aus - --schnittstelle 4",
+                             "\xEF\xBB\xBF# Gerät 7\r\n\r\ntyp=gsm\r\npin=-\r\nalarmtext= a=b \n");
+    EXPECT_EQ(call.find("--typ")->value, "gprs") << "the option wins";
+    EXPECT_EQ(call.find("--pin")->value, "-");
+    EXPECT_EQ(call.find("--pin")->from, "Standardeingabe, Zeile 4: pin");
+    EXPECT_EQ(call.find("--alarmtext")->value, " a=b ");
+    EXPECT_EQ(filled("pin --typ gsm --pin -", "1234\r\n5678").find("--pin")->value, "1234");
+
+    const struct {
+        const char *call;
+        std::string lines;
+        const char *because;
+    } cases[] = {
+        {"pin --pin -", "", "--pin: die Standardeingabe ist zu Ende"},
+        {"pin --pin -", "\xC3\n", "--pin: kein gültiger Text"},
+        {"pin --aus -", "typ=gsm\n", "--pin fehlt"},
+        {"pin --aus -", "pin=1\napn=x\n", "Standardeingabe, Zeile 2: \"apn\" ist keine Angabe von pin"},
+        {"pin --aus -", "pin=1\npin=1", "Zeile 2: pin ist doppelt"},
+        {"pin --aus -", "pin\n", "hat nicht die Form name=wert"},
+        {"pin --aus -", std::string("pin=\0", 5), "ist kein Text"},
+        {"pin --aus -", std::string(70000, 'x'), "größer als 64 KB"},
+        {"pin --aus /etc", "", "\"/etc\" lässt sich nicht lesen. An der Stelle der Datei steht ein Ordner."},
+        {"pin --aus /nonexistent", "", "\"/nonexistent\" gibt es nicht"},
+    };
+    for (const auto &[words, lines, because] : cases) {
+        try {
+            static_cast<void>(filled(words, lines));
+            ADD_FAILURE() << lines << " was taken";
+        } catch (const UsageError &error) {
+            EXPECT_THAT(error.what(), HasSubstr(because));
+        }
+    }
+}
+
+TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {
+    for (const cli::JobCommand &job : cli::job_commands())
+        for (const std::string &help : {cli::help_text(&job), cli::help_text(nullptr)}) {
+            EXPECT_THAT(help, HasSubstr(job.name));
+            for (const cli::Option &option : job.options)
+                EXPECT_THAT(help, HasSubstr(option.name)) << job.name;
+            std::istringstream lines(help);
+            for (std::string line; std::getline(lines, line);)
+                EXPECT_LE(length(line), 95u) << line;
+        }
+}
+
+TEST(CliTrace, ShowsTheDialogueLineByLineAndKeepsSecrets) {
     Rig rig;
     std::vector<std::string> lines;
-    cli::TracingPort traced(rig.port, [&](const std::string &line) { lines.push_back(line); });
+    cli::TracingPort traced(
+        rig.port, cli::Mask([] {
+            return std::vector<std::string>{"BRÜNEX", "1234"};
+        }),
+        [&] { return rig.now; }, [&](const std::string &line) { lines.push_back(line); });
+    const auto receive = [&](const std::string &bytes) {
+        rig.port.pending = bytes;
+        EXPECT_EQ(traced.Input(), bytes);
+    };
     traced.Output("AT**MSG1=\"\xD6l\"\r");
-    rig.port.pending = "TIME: 2000\r\n\x1B[2J\x9D par";
-    EXPECT_EQ(traced.Input(), "TIME: 2000\r\n\x1B[2J\x9D par");
+    receive("TIME: 2000\r\n\x1B[2J\x9D par");
+    rig.now = milliseconds{1200};
     traced.Output("+++");
     traced.Output("\r");
-    rig.port.pending = std::string(450, 'n');
-    traced.Input();
+    receive(std::string(450, 'n'));
+    traced.Output("AT**PIN=99\r");
+    receive("AT**PIN=99\r\nPPPPW: geh\r\nPPPUSER: 1234x\r\nIPTKEYF:\r\nIPTKEYC: 12");
+    traced.Output("AT**PPPPW?\r");
+    receive("34\r\nOK\r\n");
+    for (const char *typed : {"B", "R", "\xDC", "N", "E"}) {
+        traced.Output(typed);
+        receive(typed);
+    }
+    traced.Output("X");
+    traced.Output("\r");
+    receive("X\r\nBUSY\r\n");
     traced.PortOpen(false);
-    EXPECT_THAT(lines, testing::ElementsAre("-> AT**MSG1=\"Öl\"", "<- TIME: 2000", "<- \\x1B[2J\\x9D par",
-                                            "-> +++", "-> \\x0D", "<- " + std::string(200, 'n'),
-                                            "<- " + std::string(200, 'n'), "<- " + std::string(50, 'n')));
+    EXPECT_THAT(lines,
+                testing::ElementsAre("0 -> AT**MSG1=\"Öl\"", "0 <- TIME: 2000", "0 <- \\x1B[2J\\x9D par",
+                                     "1200 -> +++", "1200 -> \\x0D", "1200 <- " + std::string(200, 'n'),
+                                     "1200 <- " + std::string(200, 'n'), "1200 <- " + std::string(50, 'n'),
+                                     "1200 -> AT**PIN=***", "1200 <- AT**PIN=***", "1200 <- PPPPW: ***",
+                                     "1200 <- PPPUSER: ***x", "1200 <- IPTKEYF:", "1200 <- IPTKEYC: ***",
+                                     "1200 -> AT**PPPPW?", "1200 <- ***", "1200 <- OK", "1200 -> ***",
+                                     "1200 <- ***", "1200 -> \\x0D", "1200 <- BUSY"));
 }
 
 /// The built program itself.
@@ -262,6 +349,7 @@ TEST_F(CliProgram, TellsAFailureFromARefusal) {
     start("parametrieren --simulator --schnittstelle 1");
     EXPECT_EQ(result(), 2);
     EXPECT_THAT(out, HasSubstr("Rufnummer des Empfängers"));
+    EXPECT_THAT(err, HasSubstr("--empfaenger"));
     start("parametrieren --empfaenger x");
     EXPECT_EQ(result(), 2);
     EXPECT_EQ(out, "");
@@ -270,7 +358,14 @@ TEST_F(CliProgram, TellsAFailureFromARefusal) {
     EXPECT_EQ(result(), 2);
     start("alarm-aus --port 4=/dev/no-such-device --schnittstelle 4");
     EXPECT_EQ(result(), 1);
-    EXPECT_THAT(out, HasSubstr("konnte nicht geöffnet werden.\nDie Schnittstelle ist nicht vorhanden.\n"));
+    EXPECT_EQ(out, "COM 4 konnte nicht geöffnet werden.\nDie Schnittstelle ist nicht vorhanden.\n");
+    start("alarm-aus --schnittstelle /etc");
+    EXPECT_EQ(result(), 1);
+    EXPECT_EQ(out, "/etc konnte nicht geöffnet werden.\nDas ist ein Ordner, keine serielle Schnittstelle.\n");
+    process.setStandardOutputFile("/dev/full");
+    start("--version");
+    EXPECT_EQ(result(), 1);
+    EXPECT_THAT(err, HasSubstr("Der Datenträger ist voll."));
 }
 
 TEST_F(CliProgram, AnInterruptEndsInOrder) {
@@ -281,6 +376,7 @@ TEST_F(CliProgram, AnInterruptEndsInOrder) {
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     EXPECT_EQ(result(), 130);
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_THAT(err, HasSubstr("möglicherweise nur teilweise konfiguriert"));
 }
 
 } // namespace

@@ -1,53 +1,86 @@
 #include "cli/call.hpp"
 
+#include "core/system_error.hpp"
+
 #include <algorithm>
-#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
 
 namespace telvox::cli {
 
 namespace {
 
-/// An option with a value that a job may need, in the order of the help text.
-struct ValueOption {
-    const char *name;
-    const char *value;
-    const char *help;
-};
-constexpr auto value_options = std::to_array<ValueOption>({
-    {"--typ", "TYP", "analog, isdn, gsm, gprs oder ethernet (sonst analog)"},
-    {"--verbindung", "WEG", "direkt (Kabel) oder fern (lokales Modem); sonst direkt"},
-    {"--schnittstelle", "3|GERÄT", "Schnittstelle des Telvox-A: COM-Nummer oder Gerätepfad"},
-    {"--modemanschluss", "6|GERÄT", "Schnittstelle des lokalen Modems"},
-    {"--rufnummer-modem", "NUMMER", "Rufnummer des Telvox-A"},
-    {"--empfaenger", "NUMMER", "Nummer des Empfängers"},
-    {"--amt", "ZEICHEN", "Zeichen zur Amtsholung"},
-    {"--service-center", "NUMMER", "Service-Center Nummer"},
-    {"--nachricht", "TYP", "sms oder fax"},
-    {"--passwort", "TEXT", "Passwort, wenn nicht das Standard Passwort gilt"},
-    {"--alarmtext", "TEXT", "Alarmmeldung"},
-    {"--com-direkt", "2400,e,8,1", "Schnittstellenparameter für das Kabel"},
-    {"--com-fern", "9600,n,8,1", "Schnittstellenparameter für das lokale Modem"},
-    {"--pin", "PIN", "nur für pin"},
-    {"--msn", "MSN", "nur für msn"},
-    {"--anschlussart", "ART", "nur für anschlussart: punkt-zu-punkt oder mehrgeraete"},
-});
+/// A file of values is some lines; whatever is longer was not meant.
+constexpr std::size_t largest_file = 65536;
 
-bool takes_value(const std::string &name) {
-    return std::any_of(value_options.begin(), value_options.end(),
-                       [&](const ValueOption &option) { return option.name == name; });
+/// An option of another job is refused, one that the job cannot do without is missed.
+void check_options(const Call &call) {
+    for (const auto &[name, given] : call.values)
+        if (!find_option(*call.job, name))
+            throw UsageError(name + " gehört nur zu " + jobs_with(name));
+    if (!call.file.empty())
+        return;
+    for (const Option &option : call.job->options)
+        if (option.required && !call.find(option.name))
+            throw UsageError(std::string(call.job->name) + ": " + option.name + " fehlt");
 }
 
-/// An option that belongs to one job is needed by it and wrong with every other.
-void check_own_option(const Call &call) {
-    for (const JobCommand &job : job_commands()) {
-        if (!job.own_option)
+/// One line without its end; false behind the last.
+bool read_line(std::istream &stream, std::string &line) {
+    if (!std::getline(stream, line))
+        return false;
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
+std::string whole_text(std::istream &stream, const std::string &name) {
+    std::string text(largest_file + 1, '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    if (stream.bad())
+        throw UsageError("--aus: \"" + name + "\" lässt sich nicht lesen");
+    if (text.size() > largest_file)
+        throw UsageError("--aus: \"" + name + "\" ist größer als 64 KB");
+    return text;
+}
+
+std::string file_text(const std::string &name) {
+    const std::filesystem::path path(std::u8string(name.begin(), name.end()));
+    std::error_code error;
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file && errno == ENOENT)
+        throw UsageError("--aus: \"" + name + "\" gibt es nicht");
+    if (!file || std::filesystem::is_directory(path, error))
+        throw UsageError("--aus: \"" + name + "\" lässt sich nicht lesen. " +
+                         german_reason(file ? EISDIR : errno));
+    return whole_text(file, name);
+}
+
+void take_lines(Call &call, std::string text, const std::string &source) {
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.erase(0, 3);
+    if (text.find('\0') != std::string::npos || !valid_utf8(text))
+        throw UsageError("--aus: " + source + " ist kein Text (UTF-8)");
+    std::istringstream lines(text);
+    std::map<std::string, Given> values;
+    std::string line;
+    for (int number = 1; read_line(lines, line); ++number) {
+        if (line.empty() || line.starts_with('#'))
             continue;
-        const bool given = call.find(job.own_option) != nullptr;
-        if (&job == call.job && !given)
-            throw UsageError(std::string(job.name) + ": " + job.own_option + " fehlt");
-        if (&job != call.job && given)
-            throw UsageError(std::string(job.own_option) + " gehört nur zu " + job.name);
+        const auto equals = line.find('=');
+        const std::string name = line.substr(0, equals);
+        const std::string from = source + ", Zeile " + std::to_string(number) + ": ";
+        if (equals == std::string::npos)
+            throw UsageError(from + "\"" + line + "\" hat nicht die Form name=wert");
+        if (!find_option(*call.job, "--" + name))
+            throw UsageError(from + "\"" + name + "\" ist keine Angabe von " + call.job->name);
+        if (!values.emplace("--" + name, Given{line.substr(equals + 1), from + name}).second)
+            throw UsageError(from + name + " ist doppelt angegeben");
     }
+    call.values.merge(values); // what the call itself gives stays
 }
 
 } // namespace
@@ -57,17 +90,25 @@ Call parse_call(const std::vector<std::string> &all) {
     Arguments arguments(all);
     while (arguments.next()) {
         const std::string name = arguments.name();
-        if (name == "--help" || name == "-h") {
-            call.help = true;
-        } else if (take_common_option(arguments, call.common)) {
-            continue;
-        } else if (name == "--mitschnitt") {
+        const auto flag = [&](bool &of) {
             arguments.once();
             arguments.no_value();
-            call.trace = true;
-        } else if (takes_value(name)) {
+            of = true;
+        };
+        if (name == "--help" || name == "-h") {
+            call.help = true;
+        } else if (name == "--mitschnitt") {
+            flag(call.trace);
+        } else if (name == "--trotzdem") {
+            flag(call.despite);
+        } else if (name == "--aus") {
             arguments.once();
-            call.values[name] = arguments.value();
+            call.file = arguments.value();
+        } else if (take_common_option(arguments, call.common)) {
+            continue;
+        } else if (find_option(name)) {
+            arguments.once();
+            call.values[name] = {arguments.value(), name};
         } else if (!call.job && !name.starts_with("-")) {
             call.job = find_job(name);
             if (!call.job)
@@ -76,29 +117,30 @@ Call parse_call(const std::vector<std::string> &all) {
             arguments.refuse();
         }
     }
-    if (call.help)
+    if (call.help || call.common.version)
         return call;
     if (!call.job)
         throw UsageError("Auftrag fehlt, siehe telvox-cli --help");
-    check_own_option(call);
+    check_options(call);
     return call;
 }
 
-std::string help_text() {
-    std::string text = "Aufruf: telvox-cli AUFTRAG [Optionen]\n\n"
-                       "Füllt das Formular von telvox aus und drückt dieselbe Taste.\n\nAufträge:\n";
-    for (const JobCommand &job : job_commands())
-        text += help_line(job.name, job.help);
-    text += "\nOptionen:\n";
-    for (const ValueOption &option : value_options)
-        text += help_line(std::string(option.name) + " " + option.value, option.help);
-    text += help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät (Standardfehler)");
-    text += common_options_help();
-    return text + "\nStatustexte gehen auf den Standardfehler, Meldungen und Werte auf die Standardausgabe.\n"
-                  "Ein Wert, der mit \"--\" beginnt, wird mit \"=\" angehängt: --alarmtext=--Text\n"
-                  "\nErgebnis: 0 Auftrag gelungen, 1 Auftrag meldet einen Fehler, 2 Aufruf oder Prüfung\n"
-                  "abgelehnt; 130 oder 143 abgebrochen mit Strg-C oder SIGTERM (die Schnittstelle wird\n"
-                  "dabei geschlossen).\n";
+void complete_call(Call &call, std::istream &standard_input) {
+    for (auto &[name, given] : call.values) {
+        if (!find_option(*call.job, name)->secret || given.value != "-")
+            continue;
+        if (!read_line(standard_input, given.value))
+            throw UsageError(name + ": die Standardeingabe ist zu Ende");
+        if (!valid_utf8(given.value))
+            throw UsageError(name + ": kein gültiger Text (UTF-8)");
+    }
+    if (call.file.empty())
+        return;
+    const bool piped = call.file == "-";
+    take_lines(call, piped ? whole_text(standard_input, "-") : file_text(call.file),
+               piped ? "Standardeingabe" : call.file);
+    call.file.clear();
+    check_options(call);
 }
 
 } // namespace telvox::cli

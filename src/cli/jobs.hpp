@@ -1,24 +1,43 @@
 #pragma once
 
-#include "ui/desk.hpp"
+#include "cli/option.hpp"
 
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvox::cli {
 
-/// One job of the command line: the button that starts it, and the way there.
+/// One job of the command line: the button that starts it, the way there, and the fields of its window.
 struct JobCommand {
     const char *name;
     const char *help;
-    Button &(*button)(Desk &);
-    MenuEntry FrmModem::*menu = nullptr;     ///< opens the dialog that the button is in
-    const char *own_option = nullptr;        ///< option that belongs to this job alone
+    const char *variants = ""; ///< words of "--typ" that have it; empty: all. A single one need not be given
+    ControlOf button = nullptr;
+    ControlOf menu = nullptr; ///< opens the dialog that the button is in
+    std::span<const Option> options = {};
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
+    bool writes = true;                      ///< changes the device
+    /// For a job that only tells something: what happens in place of a button.
+    void (*look)(Telvox &) = nullptr;
 };
 
 [[nodiscard]] std::span<const JobCommand> job_commands();
 [[nodiscard]] const JobCommand *find_job(std::string_view name);
+
+/// Variant and way, which every job has, and the fields of the main window.
+[[nodiscard]] std::span<const Option> way_options();
+[[nodiscard]] std::span<const Option> alarm_options();
+
+/// The job's option of this name: one of its own or of the main window's; nullptr if it has none.
+[[nodiscard]] const Option *find_option(const JobCommand &job, std::string_view name);
+/// Any job's option of this name.
+[[nodiscard]] const Option *find_option(std::string_view name);
+/// The jobs that have an option of their own of this name, "a, b".
+[[nodiscard]] std::string jobs_with(std::string_view option);
+
+/// All that the windows and the session hold and nobody may read over the user's shoulder.
+[[nodiscard]] std::vector<std::string> secrets_of(Desk &desk);
 
 } // namespace telvox::cli

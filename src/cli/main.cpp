@@ -1,14 +1,14 @@
 #include "cli/call.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/operator.hpp"
+#include "cli/output.hpp"
 #include "cli/tracing_port.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
 
 #include <QCoreApplication>
-#include <algorithm>
-#include <cstdio>
+#include <iostream>
 
 namespace {
 
@@ -17,19 +17,30 @@ using namespace telvox;
 /// Exit codes, a contract with the users' scripts.
 enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3 };
 
-void print(std::FILE *stream, std::string text) {
-    std::replace(text.begin(), text.end(), '\r', '\n');
-    std::fprintf(stream, "%s\n", text.c_str());
-    std::fflush(stream);
-}
+struct Outputs {
+    cli::Output results{stdout};
+    cli::Output remarks{stderr};
+};
 
+/// Messages about the job are its result; what asks, or only warns before it goes on, is a remark.
 class PrintedBoxes final : public MessageBoxes {
   public:
+    PrintedBoxes(Outputs &out, bool despite) : out_(out), despite_(despite) {}
+
     void show(const Message &message, Answered answered) override {
-        print(message.asks ? stderr : stdout, message.text);
+        const bool result = by->pressed() && !answered && !message.asks;
+        (result ? out_.results : out_.remarks).line(by->by_path(message.text));
+        if (message.asks)
+            out_.remarks.line(despite_ ? "(Ja)" : "(Nein; --trotzdem bedeutet Ja)");
         if (answered)
-            answered(!message.asks);
+            answered(!message.asks || despite_);
     }
+
+    const cli::Operator *by = nullptr;
+
+  private:
+    Outputs &out_;
+    bool despite_;
 };
 
 int exit_code(Outcome outcome) {
@@ -46,13 +57,17 @@ int exit_code(Outcome outcome) {
     return call_refused;
 }
 
-int run(QCoreApplication &application, const cli::Call &call) {
+int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     QtPorts ports(call.common);
-    PrintedBoxes boxes;
-    cli::TracingPort traced(ports.comSeriell, [](const std::string &line) { print(stderr, line); });
+    PrintedBoxes boxes(out, call.despite);
+    Desk *desk = nullptr;
+    cli::TracingPort traced(
+        ports.comSeriell, cli::Mask([&] { return cli::secrets_of(*desk); }),
+        [&] { return ports.Timer1.now(); }, [&](const std::string &line) { out.remarks.line(line); });
     Telvox program(ports.for_program(boxes, call.trace ? &traced : nullptr), data_folders(call.common));
+    desk = &program.desk;
     ports.connect(program);
-    program.desk.status_changed = [](std::string_view text) { print(stderr, std::string(text)); };
+    program.desk.status_changed = [&](std::string_view text) { out.remarks.line(std::string(text)); };
 
     program.redraw = [&] {
         if (!program.busy())
@@ -64,15 +79,39 @@ int run(QCoreApplication &application, const cli::Call &call) {
         QCoreApplication::quit();
     });
 
-    cli::Operator(program, ports.map).work(call);
+    cli::Operator at_the_form(program, ports.map);
+    boxes.by = &at_the_form;
+    at_the_form.work(call);
     if (program.busy())
         application.exec();
     program.Form_Unload();
-    if (interrupted != 0)
+    if (interrupted != 0) {
+        out.remarks.line("Der Vorgang wurde abgebrochen.");
+        if (call.job->writes)
+            out.remarks.line("Das Telvox-A ist möglicherweise nur teilweise konfiguriert.");
         return interrupted;
-    if (program.outcome() == Outcome::succeeded && call.job->result)
-        print(stdout, call.job->result(program.desk));
+    }
+    const bool told = call.job->look || program.outcome() == Outcome::succeeded;
+    if (const std::string result = told && call.job->result ? call.job->result(program.desk) : "";
+        !result.empty())
+        out.results.line(result);
+    if (call.job->look)
+        return job_succeeded;
+    if (program.outcome() == Outcome::refused)
+        if (const std::string option = at_the_form.named_by_check(call); !option.empty())
+            out.remarks.line("telvox-cli: siehe " + option);
     return exit_code(program.outcome());
+}
+
+int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
+    if (call.common.version || call.help) {
+        std::string text = call.help ? cli::help_text(call.job) : version_text("telvox-cli");
+        text.pop_back();
+        out.results.line(text);
+        return job_succeeded;
+    }
+    cli::complete_call(call, std::cin);
+    return run(application, call, out);
 }
 
 } // namespace
@@ -80,15 +119,16 @@ int run(QCoreApplication &application, const cli::Call &call) {
 int main(int argc, char **argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("telvox-cli");
+    Outputs out;
+    int code = call_refused;
     try {
-        const cli::Call call = cli::parse_call(os::arguments(argc, argv));
-        if (call.help) {
-            std::fputs(cli::help_text().c_str(), stdout);
-            return job_succeeded;
-        }
-        return run(application, call);
+        code = serve(application, cli::parse_call(os::arguments(argc, argv)), out);
     } catch (const UsageError &error) {
-        print(stderr, std::string("telvox-cli: ") + error.what());
-        return call_refused;
+        out.remarks.line(std::string("telvox-cli: ") + error.what());
     }
+    if (const std::string why = out.results.end(); !why.empty()) {
+        out.remarks.line("telvox-cli: Die Ausgabe ließ sich nicht schreiben. " + why);
+        return code == job_succeeded ? job_failed : code;
+    }
+    return code;
 }

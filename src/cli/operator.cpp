@@ -2,172 +2,249 @@
 
 #include "core/port_choice.hpp"
 #include "core/serial_format.hpp"
+#include "core/text.hpp"
 #include "ports/os.hpp"
 
 #include <algorithm>
+#include <sstream>
 
 namespace telvox::cli {
 
 namespace {
 
-/// What an option's value chooses.
-template <class OfForm> struct Choice {
-    const char *value;
-    OptionButton OfForm::*button;
-};
-constexpr Choice<FrmModem> variants[] = {
-    {"analog", &FrmModem::optAnalog}, {"isdn", &FrmModem::optISDN},         {"gsm", &FrmModem::optGSM},
-    {"gprs", &FrmModem::optGPRS},     {"ethernet", &FrmModem::optEthernet},
-};
-constexpr Choice<FrmModem> ways[] = {
-    {"direkt", &FrmModem::optDirektverbindung},
-    {"fern", &FrmModem::optFernverbindung},
-};
-constexpr Choice<FrmModem> messages[] = {{"sms", &FrmModem::optSMS}, {"fax", &FrmModem::optFAX}};
-constexpr Choice<FrmAnschlussart> line_types[] = {
-    {"punkt-zu-punkt", &FrmAnschlussart::optAnlagenanschluss},
-    {"mehrgeraete", &FrmAnschlussart::optMehrgeraeteanschluss},
-};
-
-/// The button that an option's value names, nullptr if the option was not given.
-template <class OfForm, std::size_t N>
-OptionButton *chosen(const Call &call, const char *option, const Choice<OfForm> (&choices)[N], OfForm &form) {
-    const std::string *value = call.find(option);
-    if (!value)
-        return nullptr;
-    std::string known;
-    for (const auto &choice : choices) {
-        if (*value == choice.value)
-            return &(form.*choice.button);
-        known += (known.empty() ? "" : ", ") + std::string(choice.value);
-    }
-    throw UsageError(std::string(option) + ": \"" + *value + "\" gibt es nicht (" + known + ")");
+bool same_word(std::string_view typed, std::string_view word) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 0x20) : c; };
+    return std::equal(typed.begin(), typed.end(), word.begin(), word.end(),
+                      [&](char t, char w) { return lower(t) == w; });
 }
 
-/// An option that fills a text box, ticking its check box first.
-struct FieldOption {
-    const char *option;
-    TextBox FrmModem::*box;
-    CheckBox FrmModem::*tick = nullptr;
-};
-constexpr FieldOption field_options[] = {
-    {"--rufnummer-modem", &FrmModem::tboRufnummer_Modem},
-    {"--empfaenger", &FrmModem::tboRufnummer_Empfaenger},
-    {"--amt", &FrmModem::tboAmt, &FrmModem::chkAmt},
-    {"--service-center", &FrmModem::tboService_Center},
-    {"--passwort", &FrmModem::tboPasswort, &FrmModem::chkPasswort},
-    {"--alarmtext", &FrmModem::tboAlarmmeldung},
-};
+OptionButton &button_of(const Word &word, Desk &desk) {
+    return dynamic_cast<OptionButton &>(word.button(desk));
+}
 
-void require_usable(const std::string &what, const Control &control) {
-    if (!control.usable())
-        throw UsageError(what + ": " + control.name + " steht bei dieser Auswahl nicht zur Verfügung");
+/// The word that a value is. Throws UsageError, naming those that there are.
+const Word &word_of(const Option &option, const Given &given) {
+    std::string known;
+    for (const Word &word : option.words) {
+        if (same_word(given.value, word.word))
+            return word;
+        known += (known.empty() ? "" : ", ") + std::string(word.word);
+    }
+    throw UsageError(given.from + ": \"" + given.value + "\" gibt es nicht (" + known + ")");
+}
+
+std::vector<std::string> split(const std::string &text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+/// Why a field keeps another text than it was given.
+std::string why_not(const Option &option, const std::string &value, const std::string &kept,
+                    KeyFilter accepts, std::size_t limit) {
+    Characters characters(value);
+    for (auto c = characters.next(); !c.empty(); c = characters.next())
+        if (!accepts(code_point(c)))
+            return rule_of(accepts) + (c == "+" ? "; + als 00 eingeben" : "");
+    if (limit != 0 && length(value) > limit)
+        return "mehr als " + std::to_string(limit) + " Zeichen";
+    if (limit != 0 && length(func_Text_prüfen(value)) > limit)
+        return "mehr als " + std::to_string(limit) + " Zeichen (ß zählt als zwei)";
+    return option.secret ? "nicht möglich" : "nicht möglich, daraus würde \"" + kept + "\"";
 }
 
 } // namespace
 
 void Operator::work(const Call &call) {
-    FrmModem &main = program_.desk.frmModem;
     choose_variant_and_way(call);
-    fill_fields(call);
-    if (const auto *value = call.find("--schnittstelle"))
-        choose_port("--schnittstelle", main.cobSchnittstelle, *value);
-    if (const auto *value = call.find("--modemanschluss"))
-        choose_port("--modemanschluss", main.cobModem_Port, *value);
-
+    fill(alarm_options(), call);
+    fill(way_options(), call);
     if (call.job->menu) {
-        MenuEntry &entry = main.*call.job->menu;
+        auto &entry = dynamic_cast<MenuEntry &>(call.job->menu(program_.desk));
         require_usable(call.job->name, entry);
         program_.click(entry);
-        fill_dialog(call);
     }
-    Button &button = call.job->button(program_.desk);
+    fill(call.job->options, call);
+    pressed_ = true;
+    if (call.job->look)
+        return call.job->look(program_);
+    auto &button = dynamic_cast<Button &>(call.job->button(program_.desk));
     require_usable(call.job->name, button);
     program_.click(button);
 }
 
 void Operator::choose_variant_and_way(const Call &call) {
-    FrmModem &main = program_.desk.frmModem;
-    OptionButton *way = chosen(call, "--verbindung", ways, main);
-    OptionButton *variant = chosen(call, "--typ", variants, main);
-    // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
-    if (way)
-        choose("--verbindung", *way);
-    if (variant)
-        choose("--typ", *variant);
-    if (way && !way->value)
-        choose("--verbindung", *way);
-}
-
-void Operator::fill_fields(const Call &call) {
-    FrmModem &main = program_.desk.frmModem;
-    if (OptionButton *type = chosen(call, "--nachricht", messages, main))
-        choose("--nachricht", *type);
-    for (const FieldOption &field : field_options) {
-        const std::string *value = call.find(field.option);
-        if (!value)
-            continue;
-        if (field.tick) {
-            require_usable(field.option, main.*field.tick);
-            program_.set(main.*field.tick, true);
-        }
-        enter(field.option, main.*field.box, *value);
+    const Option &typ = *find_option("--typ"), &verbindung = *find_option("--verbindung");
+    const std::vector<std::string> possible = split(call.job->variants);
+    const Given implied{possible.size() == 1 ? possible[0] : "", "--typ"};
+    const Given *variant = call.find(typ.name);
+    if (!variant && possible.size() == 1)
+        variant = &implied;
+    if (!possible.empty()) {
+        std::string words;
+        for (const std::string &word : possible)
+            words += (words.empty() ? "" : " oder ") + word;
+        if (!variant)
+            throw UsageError(std::string(call.job->name) + ": --typ " + words + " fehlt");
+        if (std::find(possible.begin(), possible.end(), word_of(typ, *variant).word) == possible.end())
+            throw UsageError(std::string(call.job->name) + " gibt es nur mit --typ " + words);
     }
-    if (const auto *value = call.find("--com-direkt"))
-        set_format("--com-direkt", program_.desk.session.strCOMparameter_direkt, *value);
-    if (const auto *value = call.find("--com-fern"))
-        set_format("--com-fern", program_.desk.session.strCOMparameter_fern, *value);
+    // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
+    const Given *way = call.find(verbindung.name);
+    if (way)
+        choose(verbindung, *way);
+    if (variant)
+        choose(typ, *variant);
+    if (way)
+        choose(verbindung, *way);
 }
 
-void Operator::fill_dialog(const Call &call) {
-    Desk &desk = program_.desk;
-    if (const auto *value = call.find("--pin"))
-        enter("--pin", desk.frmPin.tboPin, *value);
-    if (const auto *value = call.find("--msn"))
-        enter("--msn", desk.frmMSN.tboMSN, *value);
-    if (OptionButton *type = chosen(call, "--anschlussart", line_types, desk.frmAnschlussart))
-        choose("--anschlussart", *type);
+void Operator::fill(std::span<const Option> options, const Call &call) {
+    const auto given_of = [&](const Option &option) {
+        const std::string_view name(option.name);
+        return name == "--typ" || name == "--verbindung" ? nullptr : call.find(option.name);
+    };
+    for (const Option &option : options)
+        if (const Given *given = given_of(option))
+            put(option, *given);
+    // Filling a field may have switched on what it needs; what was asked for has the last word, the outermost
+    // switch last of all.
+    for (auto option = options.rbegin(); option != options.rend(); ++option)
+        if (const Given *given = given_of(*option))
+            put_again(*option, *given);
 }
 
-void Operator::choose(const char *option, OptionButton &button) {
-    require_usable(option, button);
+void Operator::put(const Option &option, const Given &given) {
+    if (!option.words.empty())
+        return choose(option, given);
+    if (option.format)
+        return set_format(option, given);
+    Control &field = option.field(program_.desk);
+    if (auto *box = dynamic_cast<TextBox *>(&field))
+        return enter(option, *box, given);
+    if (auto *check = dynamic_cast<CheckBox *>(&field))
+        return tick(option, *check, given);
+    auto &list = dynamic_cast<ComboBox &>(field);
+    list.editable ? type(option, list, given) : choose_port(list, given);
+}
+
+void Operator::put_again(const Option &option, const Given &given) {
+    const bool check = option.field && dynamic_cast<CheckBox *>(&option.field(program_.desk));
+    if (check || !option.words.empty())
+        put(option, given);
+}
+
+void Operator::choose(const Option &option, const Given &given) {
+    OptionButton &button = button_of(word_of(option, given), program_.desk);
+    if (button.value)
+        return;
+    unlock(option, button, given);
     program_.choose(button);
 }
 
-void Operator::enter(const char *option, TextBox &box, const std::string &value) {
-    require_usable(option, box);
-    program_.enter(box, value);
-    if (box.text != value)
-        throw UsageError(std::string(option) + ": \"" + value + "\" wird von " + box.name +
-                         " nicht angenommen");
+void Operator::tick(const Option &option, CheckBox &box, const Given &given) {
+    const bool on = same_word(given.value, "ein");
+    if (!on && !same_word(given.value, "aus"))
+        throw UsageError(given.from + ": \"" + given.value + "\" gibt es nicht (ein, aus)");
+    if (box.value == on)
+        return;
+    unlock(option, box, given);
+    program_.set(box, on);
 }
 
-void Operator::choose_port(const char *option, ComboBox &list, const std::string &value) {
-    require_usable(option, list);
-    const int number = port_number(option, value);
+void Operator::enter(const Option &option, TextBox &box, const Given &given) {
+    if (box.text == given.value)
+        return;
+    unlock(option, box, given);
+    program_.enter(box, given.value);
+    program_.leave(box);
+    if (box.text != given.value)
+        throw UsageError(given.from + ": " +
+                         why_not(option, given.value, box.text, box.accepts, box.max_length));
+}
+
+void Operator::type(const Option &option, ComboBox &list, const Given &given) {
+    if (list.text == given.value)
+        return;
+    unlock(option, list, given);
+    program_.select(list, given.value);
+    if (list.text != given.value)
+        throw UsageError(given.from + ": " +
+                         why_not(option, given.value, list.text, list.accepts, list.max_length));
+}
+
+void Operator::choose_port(ComboBox &list, const Given &given) {
+    require_usable(given.from, list);
+    const int number = port_number(given);
     program_.offer_port(number);
     program_.select(list, port_entry(number));
 }
 
-int Operator::port_number(const char *option, const std::string &value) {
-    if (const auto number = parse_port_number(value))
+int Operator::port_number(const Given &given) {
+    if (const auto number = parse_port_number(given.value))
         return *number;
     // Anything else is a device; one that is not there would get a number that says nothing to anybody.
-    const bool numeric = value.find_first_not_of("0123456789") == std::string::npos;
-    const bool device = !numeric && !value.starts_with("COM") && os::exists(value);
-    const int number = device ? ports_.number_of(value) : 0;
+    const bool numeric = given.value.find_first_not_of("0123456789") == std::string::npos;
+    const bool device = !numeric && !same_word(given.value.substr(0, 3), "com") && os::exists(given.value);
+    const int number = device ? ports_.number_of(given.value) : 0;
     if (number == 0)
         throw UsageError(
-            std::string(option) + ": \"" + value +
+            given.from + ": \"" + given.value +
             "\" ist weder eine COM-Nummer von 1 bis 15 noch ein vorhandenes Gerät, für das eine frei ist");
+    paths_[port_entry(number)] = given.value;
     return number;
 }
 
-void Operator::set_format(const char *option, std::string &parameters, const std::string &value) {
-    if (!parse_format(value))
-        throw UsageError(std::string(option) + ": \"" + value +
+void Operator::set_format(const Option &option, const Given &given) {
+    if (!parse_format(given.value))
+        throw UsageError(given.from + ": \"" + given.value +
                          "\" ist keine Angabe wie 2400,e,8,1 (Baudrate, Parität, Daten- und Stoppbits)");
-    parameters = value;
+    program_.desk.session.*option.format = given.value;
+}
+
+void Operator::unlock(const Option &option, const Control &field, const Given &given) {
+    for (const ControlOf need : option.needs) {
+        if (field.usable())
+            return;
+        Control &control = need(program_.desk);
+        require_usable(given.from, control);
+        if (auto *button = dynamic_cast<OptionButton *>(&control))
+            program_.choose(*button);
+        else
+            program_.set(dynamic_cast<CheckBox &>(control), true);
+    }
+    require_usable(given.from, field);
+}
+
+void Operator::require_usable(const std::string &what, const Control &control) const {
+    if (control.usable())
+        return;
+    std::string situation;
+    for (const char *name : {"--typ", "--verbindung", "--nachricht"}) {
+        const std::string word = value_of(*find_option(name), program_.desk);
+        if (word != "sms")
+            situation += (situation.empty() ? "" : " ") + std::string(name) + " " + word;
+    }
+    throw UsageError(what + " gibt es nicht mit " + situation);
+}
+
+std::string Operator::by_path(std::string message) const {
+    for (const auto &[entry, path] : paths_) {
+        const auto at = message.find(entry);
+        const auto behind = at == std::string::npos ? at : at + entry.size();
+        if (behind != std::string::npos &&
+            (behind == message.size() || message[behind] < '0' || message[behind] > '9'))
+            message.replace(at, entry.size(), path);
+    }
+    return message;
+}
+
+std::string Operator::named_by_check(const Call &call) const {
+    for (const std::span<const Option> options : {call.job->options, way_options(), alarm_options()})
+        for (const Option &option : options)
+            if (option.field)
+                if (const Control &field = option.field(program_.desk); field.form->wants_focus == &field)
+                    return option.name;
+    return {};
 }
 
 } // namespace telvox::cli

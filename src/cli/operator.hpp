@@ -15,18 +15,32 @@ class Operator {
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     void work(const Call &call);
 
+    /// The job's button was pressed: what the program says from now on is about the job.
+    [[nodiscard]] bool pressed() const { return pressed_; }
+    /// A message in which devices that the call named by path have that name.
+    [[nodiscard]] std::string by_path(std::string message) const;
+    /// The option whose field the program has named in a check that failed; empty if there is none.
+    [[nodiscard]] std::string named_by_check(const Call &call) const;
+
   private:
     void choose_variant_and_way(const Call &call);
-    void fill_fields(const Call &call);
-    void fill_dialog(const Call &call);
-    void choose(const char *option, OptionButton &button);
-    void enter(const char *option, TextBox &box, const std::string &value);
-    void choose_port(const char *option, ComboBox &list, const std::string &value);
-    void set_format(const char *option, std::string &parameters, const std::string &value);
-    int port_number(const char *option, const std::string &value);
+    void fill(std::span<const Option> options, const Call &call);
+    void put(const Option &option, const Given &given);
+    void put_again(const Option &option, const Given &given);
+    void choose(const Option &option, const Given &given);
+    void enter(const Option &option, TextBox &box, const Given &given);
+    void type(const Option &option, ComboBox &list, const Given &given);
+    void tick(const Option &option, CheckBox &box, const Given &given);
+    void choose_port(ComboBox &list, const Given &given);
+    void set_format(const Option &option, const Given &given);
+    void unlock(const Option &option, const Control &field, const Given &given);
+    void require_usable(const std::string &what, const Control &control) const;
+    int port_number(const Given &given);
 
     Telvox &program_;
     PortMap &ports_;
+    std::map<std::string, std::string> paths_; ///< by entry of the port lists
+    bool pressed_ = false;
 };
 
 } // namespace telvox::cli

@@ -13,16 +13,19 @@ constexpr std::size_t longest_line = 200; ///< noise without a line end is shown
 
 std::string TracingPort::PortOpen(bool open) {
     if (!open)
-        flush();
+        flush(true);
     return port_.PortOpen(open);
 }
 
 void TracingPort::Output(std::string_view bytes) {
-    flush();
-    std::string_view command = bytes;
+    const std::string shown = mask_.sent(bytes);
+    if (!mask_.typing())
+        flush(false);
+    std::string_view command = shown;
     if (command.size() > 1 && command.ends_with('\r'))
         command.remove_suffix(1);
-    print_("-> " + visible(command));
+    if (!shown.empty())
+        show(now_(), "->", command);
     port_.Output(bytes);
 }
 
@@ -34,17 +37,26 @@ std::string TracingPort::Input() {
 }
 
 void TracingPort::received(char byte) {
+    const std::string shown = mask_.received(byte);
     if (byte == '\r' || byte == '\n')
-        return flush();
-    line_ += byte;
-    if (line_.size() == longest_line)
-        flush();
+        return flush(true);
+    if (line_.empty())
+        began_ = now_();
+    line_ += shown;
+    if (line_.size() >= longest_line)
+        flush(false);
 }
 
-void TracingPort::flush() {
+void TracingPort::flush(bool line_ended) {
+    const std::string shown = mask_.line(line_);
     if (!line_.empty())
-        print_("<- " + visible(line_));
+        show(began_, "<-", rest_is_secret_ ? Mask::hidden : shown);
+    rest_is_secret_ = !line_ended && (rest_is_secret_ || shown.ends_with(Mask::hidden));
     line_.clear();
+}
+
+void TracingPort::show(milliseconds at, const char *direction, std::string_view bytes) {
+    print_(std::to_string(at.count()) + " " + direction + " " + visible(bytes));
 }
 
 std::string visible(std::string_view bytes) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/mask.hpp"
+#include "core/timer.hpp"
 #include "link/serial_port.hpp"
 
 #include <functional>
@@ -8,11 +10,14 @@
 
 namespace telvox::cli {
 
-/// Shows the dialogue on a port line by line while it passes it on: "-> " what was sent, "<- " what came.
+/// Shows the dialogue on a port line by line while it passes it on: the time in milliseconds, then "-> " and
+/// what was sent, or "<- " and what came. Secrets stay hidden.
 class TracingPort final : public SerialPort {
   public:
     using Print = std::function<void(const std::string &line)>;
-    TracingPort(SerialPort &port, Print print) : port_(port), print_(std::move(print)) {}
+    using Clock = std::function<milliseconds()>;
+    TracingPort(SerialPort &port, Mask mask, Clock now, Print print)
+        : port_(port), mask_(std::move(mask)), now_(std::move(now)), print_(std::move(print)) {}
 
     void CommPort(int number) override { port_.CommPort(number); }
     [[nodiscard]] int CommPort() const override { return port_.CommPort(); }
@@ -27,11 +32,16 @@ class TracingPort final : public SerialPort {
 
   private:
     void received(char byte);
-    void flush();
+    void flush(bool line_ended);
+    void show(milliseconds at, const char *direction, std::string_view bytes);
 
     SerialPort &port_;
+    Mask mask_;
+    Clock now_;
     Print print_;
-    std::string line_; ///< received, not yet ended
+    std::string line_;     ///< received, not yet ended
+    milliseconds began_{}; ///< when its first byte came
+    bool rest_is_secret_ = false;
 };
 
 /// Bytes of the line as one line of text: control characters as "\x1B".

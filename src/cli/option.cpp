@@ -1,0 +1,52 @@
+#include "cli/option.hpp"
+
+#include "core/text.hpp"
+
+namespace telvox::cli {
+
+namespace {
+
+/// What a field would keep of a value: a device may have anything in store, a line of output has one line.
+std::string kept(const Control &control) {
+    if (const auto *box = dynamic_cast<const TextBox *>(&control))
+        return box->filtered(box->text);
+    if (const auto *list = dynamic_cast<const ComboBox *>(&control))
+        return list->filtered(list->text);
+    if (const auto *check = dynamic_cast<const CheckBox *>(&control))
+        return check->value ? "ein" : "aus";
+    return {};
+}
+
+} // namespace
+
+std::string value_of(const Option &option, Desk &desk) {
+    for (const Word &word : option.words)
+        if (dynamic_cast<const OptionButton &>(word.button(desk)).value)
+            return word.word;
+    if (option.format)
+        return desk.session.*option.format;
+    return option.field ? kept(option.field(desk)) : std::string();
+}
+
+std::string value_lines(std::span<const Option> options, Desk &desk) {
+    std::string lines;
+    for (const Option &option : options)
+        lines += std::string(option.name).substr(2) + "=" + value_of(option, desk) + "\n";
+    lines.pop_back();
+    return lines;
+}
+
+std::string rule_of(KeyFilter accepts) {
+    if (accepts(U'Z') && accepts(U' '))
+        return "keine Steuerzeichen";
+    std::string rule = accepts(U'9') ? "nur Ziffern" : "nur";
+    if (accepts(U'A'))
+        rule += accepts(U'Z') ? ", Buchstaben" : ", A bis F";
+    for (char32_t c = U'!'; c <= U'~'; ++c)
+        if (const char mark = static_cast<char>(c);
+            !std::isalnum(static_cast<unsigned char>(mark)) && accepts(c))
+            rule += std::string(", ") + mark;
+    return rule;
+}
+
+} // namespace telvox::cli

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "telvox.hpp"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace telvox::cli {
+
+/// A control of the program's windows.
+using ControlOf = Control &(*)(Desk &);
+
+/// The control that is this member of that window.
+template <auto Window, auto Member> Control &at(Desk &desk) { return desk.*Window.*Member; }
+template <auto Member> Control &main_window(Desk &desk) { return desk.frmModem.*Member; }
+
+/// A word that an option takes (capitals are as good), and the option button that it chooses.
+struct Word {
+    const char *word;
+    ControlOf button;
+};
+
+/// An option that fills a field of a window: a row of the help, of a call, of the values that a job prints.
+/// It chooses one of `words`, or sets the `format`, or goes into `field`: a text box, a check box ("ein",
+/// "aus"), a list that can be typed into, or a port list (COM number or device).
+struct Option {
+    const char *name;  ///< "--apn"
+    const char *value; ///< how the help writes its value
+    const char *help;
+    ControlOf field = nullptr;
+    std::span<const Word> words = {};
+    /// Option buttons and check boxes without which the field is locked, the outermost first; they are
+    /// switched on where it must be.
+    std::span<const ControlOf> needs = {};
+    bool required = false; ///< the job means nothing without it
+    bool secret = false;   ///< never shown; "-" reads it from standard input
+    /// Text of the session that a format goes to.
+    std::string Session::*format = nullptr;
+};
+
+/// The value that the option's field has now.
+[[nodiscard]] std::string value_of(const Option &option, Desk &desk);
+
+/// The fields' values as lines "name=wert".
+[[nodiscard]] std::string value_lines(std::span<const Option> options, Desk &desk);
+
+/// What a text box takes, in words: "nur Ziffern und +".
+[[nodiscard]] std::string rule_of(KeyFilter accepts);
+
+} // namespace telvox::cli
