@@ -80,9 +80,7 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"pin", "--pin fehlt"},
         {"pin --pin 1 --msn 2", "--msn gehört nur zu msn"},
         {"anschlussart", "--anschlussart fehlt"},
-        {"alarmtest --alarmtext A\xE0\x80\xA2"
-         "B",
-         "--alarmtext: kein gültiger Text (UTF-8)"},
+        {"alarmtest --alarmtext A\xE0\x80", "--alarmtext: kein gültiger Text (UTF-8)"},
         {"alarmtest --alarmtext=\xFF", "--alarmtext: kein gültiger Text (UTF-8)"},
         {"alarmtest \xFF", "Angabe 2: kein gültiger Text"},
     };
@@ -254,7 +252,7 @@ TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {
                 EXPECT_THAT(help, HasSubstr(option.name)) << job.name;
             std::istringstream lines(help);
             for (std::string line; std::getline(lines, line);)
-                EXPECT_LE(length(line), 95u) << line;
+                EXPECT_LE(length(line), 80u) << line;
         }
 }
 
@@ -376,7 +374,7 @@ TEST_F(CliProgram, AnInterruptEndsInOrder) {
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     EXPECT_EQ(result(), 130);
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_THAT(err, HasSubstr("möglicherweise nur teilweise konfiguriert"));
+    EXPECT_EQ(out, "Der Vorgang wurde abgebrochen.\n");
 }
 
 } // namespace

@@ -35,7 +35,7 @@ std::string help_of(const JobCommand &job) {
         text += "Optionen des Auftrags:\n" + lines(job.options) + "\n";
     if (job.button)
         text += "Gerät und Weg:\n" + lines(way_options()) + "\n";
-    if (job.button && job.options.empty() && job.writes)
+    if (job.button && !job.menu)
         text += "Alarmmeldung:\n" + lines(alarm_options()) + "\n";
     return text + "Allgemein:\n" + every_job_takes();
 }
@@ -55,13 +55,15 @@ std::string help_text(const JobCommand *job) {
         if (!of.options.empty())
             text += "\nNur " + std::string(of.name) + ":\n" + lines(of.options);
     return text + "\nAllgemein:\n" + every_job_takes() +
-           "\nMeldungen und Werte gehen auf die Standardausgabe, Statustexte, Warnungen und Rückfragen\n"
-           "auf den Standardfehler. Wo \"-\" als Wert genannt ist, wird eine Zeile der Standardeingabe\n"
-           "gelesen. Ein Wert, der mit \"--\" beginnt, wird mit \"=\" angehängt: --alarmtext=--Text\n"
-           "\nErgebnis: 0 Auftrag gelungen; 1 Auftrag meldet einen Fehler, oder die Ausgabe ließ sich nicht\n"
-           "schreiben; 2 Aufruf oder Prüfung abgelehnt; 3 zu Ende geführt, aber das Gerät hat etwas nicht\n"
-           "angenommen; 130 oder 143 abgebrochen mit Strg-C oder SIGTERM (die Schnittstelle wird dabei\n"
-           "geschlossen).\n";
+           "\nMeldungen und Werte gehen auf die Standardausgabe, Statustexte, Warnungen und\n"
+           "Rückfragen auf den Standardfehler. Wo \"-\" als Wert genannt ist, wird eine Zeile\n"
+           "der Standardeingabe gelesen. Ein Wert, der mit \"--\" beginnt, wird mit \"=\"\n"
+           "angehängt: --alarmtext=--Text\n"
+           "\nErgebnis: 0 gelungen; 1 der Auftrag meldet einen Fehler, oder die Ausgabe ließ\n"
+           "sich nicht schreiben; 2 Aufruf oder Prüfung abgelehnt; 3 zu Ende geführt, aber\n"
+           "das Gerät hat etwas nicht angenommen; 130 oder 143 abgebrochen mit Strg-C oder\n"
+           "SIGTERM (eine Verbindung wird aufgelegt, die Schnittstelle geschlossen; beim\n"
+           "zweiten Mal endet das Programm sofort).\n";
 }
 
 } // namespace telvox::cli

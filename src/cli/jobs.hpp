@@ -18,7 +18,6 @@ struct JobCommand {
     ControlOf menu = nullptr; ///< opens the dialog that the button is in
     std::span<const Option> options = {};
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
-    bool writes = true;                      ///< changes the device
     /// For a job that only tells something: what happens in place of a button.
     void (*look)(Telvox &) = nullptr;
 };

@@ -76,7 +76,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     int interrupted = 0;
     cli::on_interrupt([&](int code) {
         interrupted = code;
-        QCoreApplication::quit();
+        program.cancel(); // a call is hung up first
     });
 
     cli::Operator at_the_form(program, ports.map);
@@ -85,12 +85,8 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     if (program.busy())
         application.exec();
     program.Form_Unload();
-    if (interrupted != 0) {
-        out.remarks.line("Der Vorgang wurde abgebrochen.");
-        if (call.job->writes)
-            out.remarks.line("Das Telvox-A ist möglicherweise nur teilweise konfiguriert.");
+    if (interrupted != 0)
         return interrupted;
-    }
     const bool told = call.job->look || program.outcome() == Outcome::succeeded;
     if (const std::string result = told && call.job->result ? call.job->result(program.desk) : "";
         !result.empty())
@@ -117,6 +113,7 @@ int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
 } // namespace
 
 int main(int argc, char **argv) {
+    os::reserve_standard_streams();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("telvox-cli");
     Outputs out;

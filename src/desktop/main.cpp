@@ -50,6 +50,7 @@ int run(QApplication &application, const CommonOptions &options) {
 } // namespace
 
 int main(int argc, char **argv) {
+    os::reserve_standard_streams();
     Call call;
     try {
         call = parse(Arguments(os::arguments(argc, argv)));

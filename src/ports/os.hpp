@@ -10,6 +10,10 @@ namespace telvox::os {
 /// The call's arguments behind the program's name, UTF-8.
 [[nodiscard]] std::vector<std::string> arguments(int argc, char **argv);
 
+/// Takes the places of standard streams that the caller has closed, first of all: a serial port that got one
+/// would be sent what is printed. Writing to such a stream fails.
+void reserve_standard_streams();
+
 /// Whether there is something to draw windows on.
 [[nodiscard]] bool has_display();
 

@@ -34,6 +34,14 @@ std::string no_permission(const struct stat &status) {
 
 std::vector<std::string> arguments(int argc, char **argv) { return {argv + 1, argv + argc}; }
 
+void reserve_standard_streams() {
+    int taken = 0;
+    while (taken >= 0 && taken <= STDERR_FILENO)
+        taken = ::open("/dev/null", O_RDONLY);
+    if (taken >= 0)
+        ::close(taken);
+}
+
 bool has_display() {
 #ifdef __APPLE__
     return true;

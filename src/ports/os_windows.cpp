@@ -19,6 +19,8 @@ std::vector<std::string> arguments(int, char **) {
     return all;
 }
 
+void reserve_standard_streams() {} // handles are no small numbers here
+
 bool has_display() { return true; }
 
 bool exists(const std::string &) { return true; }
