@@ -284,6 +284,12 @@ void Sequencer::cancel() {
                    (changed_device_ ? " Das Telvox-A ist möglicherweise nur teilweise konfiguriert." : ""));
 }
 
+bool Sequencer::give_up_dialling() {
+    if (c_.jobs.boolAnwahl_Fehler)
+        c_.timer.restart(milliseconds{10});
+    return c_.jobs.boolAnwahl_Fehler;
+}
+
 Progress Sequencer::progress() const {
     if (!busy())
         return {};

@@ -86,6 +86,10 @@ class Sequencer {
     /// The same without a message, for a program that ends.
     void abandon();
 
+    /// Waits no longer for the call that is being dialled: the next tick, in a moment, reports it as failed
+    /// and hangs up. Returns false where nothing is dialled.
+    bool give_up_dialling();
+
     [[nodiscard]] Progress progress() const;
 
     /// Leaves the line in order when the program ends: DTR off drops a call that is still up.

@@ -30,12 +30,14 @@ struct Desk final : Panel {
     FrmGSM_Status frmGSM_Status;
     FrmEthernet frmEthernet;
     FrmGateway frmGateway;
-    FrmGPRS frmGPRS;
-    FrmIPT frmIPT;
+    FrmGPRS frmGPRS{session, frmModem, folders};
+    FrmIPT frmIPT{session, frmModem};
 
     /// All windows, the main window first.
     std::vector<Form *> forms{&frmModem,    &frmPin,     &frmMSN,  &frmAnschlussart, &frmGSM_Status,
                               &frmEthernet, &frmGateway, &frmGPRS, &frmIPT};
+
+    bool asking = false; ///< a chain of questions is open
 
     /// What the last look at the serial ports found.
     std::vector<PortInfo> ports;

@@ -1,14 +1,58 @@
 #pragma once
 
+#include "core/session.hpp"
+#include "core/settings_file.hpp"
 #include "ui/form.hpp"
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace telvox {
+
+class FrmModem;
+
+/// What the text of the access point's box says.
+struct AccessPoint {
+    std::string apn;
+    bool from_list = false; ///< it has the shape of a list's entry, "Provider: apn (user:name pw:word)"
+    std::optional<std::string> user; ///< of such an entry, where it names them
+    std::optional<std::string> password;
+
+    bool operator==(const AccessPoint &) const = default;
+};
+
+/// Takes an entry of the provider list apart. A text in which no ": " stands behind at least four characters
+/// is an access point as a whole. Parts of an entry that do not end as they should go to the end of the text.
+[[nodiscard]] AccessPoint parse_access_point(std::string_view text);
 
 /// Edits a GPRS device's mobile-data settings: access point, connection targets, permanent connection, and
 /// the callers that it answers or calls back.
 class FrmGPRS : public Form {
   public:
-    FrmGPRS();
+    /// The session keeps the access point; the main window says whether the device is reached in a call,
+    /// where it cannot be read; the folders hold the provider list.
+    FrmGPRS(Session &session, const FrmModem &main, const DataFolders &folders);
+
+    /// Fills the list of access points; without its file it is empty.
+    void prz_GPRS_Zugangsdaten_laden();
+    /// Takes over what the access point's box says: the access point itself, and what an entry of the list
+    /// knows about user and password.
+    void prz_GPRS_Benutzerdaten_selektieren();
+
+    /// The values as the device gets them.
+    [[nodiscard]] GprsSettings settings() const;
+    /// A target is the IP address, or the domain.
+    [[nodiscard]] bool uses_ip() const;
+    [[nodiscard]] bool uses_domain() const;
+    /// Above what the device takes it is the largest value.
+    void limit_keep_alive();
+
+    /// The inputs are off while a job of this window runs; it can be closed.
+    void lock();
+    void unlock() override;
+    void compute() override;
+    void unload() override;
 
     Frame fraZugang{*this, "fraZugang", "GPRS Zugangsdaten"};
     Label lblAPN{*this, "lblAPN", "AP&N (Access Point Name):", &fraZugang};
@@ -61,6 +105,12 @@ class FrmGPRS : public Form {
 
   protected:
     void reset() override;
+
+  private:
+    Session &session_;
+    const FrmModem &main_;
+    const DataFolders &folders_;
+    bool locked_ = false;
 };
 
 } // namespace telvox

@@ -1,18 +1,24 @@
 #include "ui/frm_ipt.hpp"
 
+#include "ui/frm_modem.hpp"
+
 namespace telvox {
 
 namespace {
+
 /// What the device has for both keys when it leaves the factory.
 constexpr const char *default_key = "7305914862037519846203751984620375198462037519846203751984620399";
+
 } // namespace
 
-FrmIPT::FrmIPT() : Form("frmIPT", "IP-Telemetrie") {
+FrmIPT::FrmIPT(Session &session, const FrmModem &main)
+    : Form("frmIPT", "IP-Telemetrie"), session_(session), main_(main) {
+    tboBenutzer.max_length = tboPasswort.max_length = 63;
+    tboFix_Scrambled_Key.max_length = tboClg_Scrambled_Key.max_length = 128;
     cbuDefault_Fix.clicked = [this] { tboFix_Scrambled_Key.text = default_key; };
     cbuDefault_Clg.clicked = [this] { tboClg_Scrambled_Key.text = default_key; };
+    cbuIPT_lesen.tool_tip = "Nur per Direktverbindung möglich";
     cancel = &cbuIPT_Abbrechen;
-    cbuIPT_Abbrechen.clicked = [this] { unload(); };
-    reset();
 }
 
 void FrmIPT::reset() {
@@ -21,6 +27,44 @@ void FrmIPT::reset() {
     tboBenutzer.text.clear();
     tboPasswort.text.clear();
     tboFix_Scrambled_Key.text = tboClg_Scrambled_Key.text = default_key;
+    unlock();
+}
+
+void FrmIPT::unload() {
+    Form::unload();
+    session_.boolFormular_IPT_aktiv = false;
+}
+
+IptSettings FrmIPT::settings() const {
+    return {.user = tboBenutzer.text,
+            .password = tboPasswort.text,
+            .fixed_key = tboFix_Scrambled_Key.text,
+            .challenge_key = tboClg_Scrambled_Key.text,
+            .mode = !chkIPT_Betrieb.value  ? 0
+                    : optUnscrambled.value ? 2
+                                           : 3};
+}
+
+void FrmIPT::lock(Lock what) {
+    locked_ = what;
+    compute();
+}
+
+void FrmIPT::compute() {
+    const bool unlocked = locked_ == Lock::none;
+    chkIPT_Betrieb.enabled = unlocked;
+    const bool login = unlocked && chkIPT_Betrieb.value;
+    for (Control *control :
+         std::initializer_list<Control *>{&fraIPT_Login, &lblBenutzer, &tboBenutzer, &lblPasswort,
+                                          &tboPasswort, &fraScramble, &optUnscrambled, &optScrambled})
+        control->enabled = login;
+    const bool keys = login && optScrambled.value;
+    for (Control *control :
+         std::initializer_list<Control *>{&lblFix_Scrambled_Key, &tboFix_Scrambled_Key, &cbuDefault_Fix,
+                                          &lblClg_Scrambled_Key, &tboClg_Scrambled_Key, &cbuDefault_Clg})
+        control->enabled = keys;
+    cbuIPT_schreiben.enabled = cbuIPT_Abbrechen.enabled = locked_ != Lock::window;
+    cbuIPT_lesen.enabled = locked_ != Lock::window && !main_.optFernverbindung.value;
 }
 
 } // namespace telvox

@@ -1,14 +1,30 @@
 #pragma once
 
+#include "core/session.hpp"
 #include "ui/form.hpp"
 
 namespace telvox {
+
+class FrmModem;
 
 /// Edits a GPRS device's IP-telemetry settings: whether it logs in to a telemetry server, as whom, and the
 /// keys of the scrambled transfer.
 class FrmIPT : public Form {
   public:
-    FrmIPT();
+    /// The main window says whether the device is reached in a call, where it cannot be read.
+    FrmIPT(Session &session, const FrmModem &main);
+
+    /// What a running job of this window locks. While it reads, the window also stays open, or there would be
+    /// nothing to show the values in.
+    enum class Lock { none, inputs, window };
+
+    /// The values as the device gets them.
+    [[nodiscard]] IptSettings settings() const;
+
+    void lock(Lock what);
+    void unlock() override { lock(Lock::none); }
+    void compute() override;
+    void unload() override;
 
     CheckBox chkIPT_Betrieb{*this, "chkIPT_Betrieb", "IP-&Telemetrie Betrieb"};
     Frame fraIPT_Login{*this, "fraIPT_Login", "IP-Telemetrie Server Login"};
@@ -33,6 +49,11 @@ class FrmIPT : public Form {
 
   protected:
     void reset() override;
+
+  private:
+    Session &session_;
+    const FrmModem &main_;
+    Lock locked_ = Lock::none;
 };
 
 } // namespace telvox

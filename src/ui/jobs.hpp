@@ -27,6 +27,7 @@ inline constexpr Check number_entered = filled<&FrmModem::tboRufnummer_Modem>(
 void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_ethernet(Desk &desk, Sequencer &sequencer);
+void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer);
 
 /// A menu entry's handler that opens a window.
 [[nodiscard]] inline std::function<void()> opens(Form &form) {
