@@ -5,6 +5,7 @@
 
 #include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
+#include "simulator/gprs.hpp"
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
@@ -170,6 +171,117 @@ TEST(SimulatedLine, WithAWrongPasswordOrEchoIsHungUp) {
         ASSERT_EQ(bench.rig.boxes.size(), 1u);
         EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr(echo ? "erfolgreich" : "Passwort nicht korrekt"));
     }
+}
+
+/// A GPRS device at the end of its cable, or of a call.
+struct GprsSite {
+    explicit GprsSite(bool remote) {
+        if (remote)
+            device = std::make_unique<simulator::LocalModem>(simulator::Subscribers{{'4', unit}});
+        else
+            device = std::make_unique<simulator::Cable>(unit);
+        bench = std::make_unique<Bench>(*device);
+        bench->fill_in(bench->f.optGPRS, remote, "0541124");
+    }
+
+    /// Runs one job from its button, questions answered with Ja; the box that it ended with.
+    std::string run(Button &button) {
+        Rig &rig = bench->rig;
+        rig.program.click(button);
+        while (!rig.answers.empty())
+            rig.answer(true);
+        bench->run(milliseconds{300'000});
+        EXPECT_FALSE(rig.program.busy() || rig.port.is_open);
+        EXPECT_FALSE(device->carrier(rig.now)) << "the line was left up";
+        return rig.boxes.empty() ? "" : rig.boxes.back().text;
+    }
+
+    std::shared_ptr<simulator::Gprs> unit = std::make_shared<simulator::Gprs>();
+    std::unique_ptr<simulator::Device> device;
+    std::unique_ptr<Bench> bench;
+};
+
+TEST(SimulatedGprs, StoresItsAlarmAndIsSwitchedOff) {
+    struct Case {
+        bool remote;
+        bool connected; ///< in a data connection, in which nobody gets through to it by telephone
+    };
+    for (const auto [remote, connected] : {Case{false, false}, Case{false, true}, Case{true, false}}) {
+        GprsSite site(remote);
+        if (connected)
+            site.unit->go_online();
+        const simulator::Memory &memory = site.unit->memory;
+        EXPECT_EQ(site.run(site.bench->f.cbuAlarm_aus), "Die Alarmfunktion wurde deaktiviert.");
+        EXPECT_EQ(site.run(site.bench->f.cbuParametrieren), "Das Telvox-A wurde erfolgreich parametriert.");
+        EXPECT_TRUE(memory.input_armed && memory.message_stored && memory.saved && !site.unit->connected());
+        EXPECT_EQ(memory.recipient + "|" + memory.text + "|" + memory.service_number,
+                  "01711234567|Ol lauft uber|0900");
+        if (remote) // over the modem the alarm can be switched off only before another job
+            continue;
+        EXPECT_EQ(site.run(site.bench->f.cbuAlarm_aus), "Die Alarmfunktion wurde deaktiviert.");
+        EXPECT_FALSE(memory.input_armed);
+    }
+}
+
+TEST(SimulatedGprs, GetsBackByWritingWhatWasReadFromIt) {
+    using Settings = std::map<std::string, std::string, std::less<>>;
+    const std::string key(128, '7'), name(63, 'n');
+    const Settings filled = {{"GPRSAPN", "internet.example"},
+                             {"PPPUSER", "K\xF6\x80 OK\""},
+                             {"PPPPW", "OK"},
+                             {"PPPAUTH", "1"},
+                             {"AUTOIP", "203.0.113.10"},
+                             {"AUTOPORTIP", "65535"},
+                             {"AUTOURL", std::string(253, 'd')},
+                             {"AUTOPORTURL", "1"},
+                             {"CLIP", "1"},
+                             {"CLIP1", "+4917112345670000000"},
+                             {"CLIP2", "0171"},
+                             {"CLIP3", ""},
+                             {"Callback", "3,2,3"},
+                             {"LL", "2"},
+                             {"KEEP", "255"},
+                             {"IPT", "3"},
+                             {"IPTUSER", name},
+                             {"IPTPW", " a b "},
+                             {"IPTCONREQ", "1"},
+                             {"IPTWATCHDOG", "0"},
+                             {"IPTKEYF", key},
+                             {"IPTKEYC", key}};
+    Settings empty;
+    for (const auto &[setting, value] : filled)
+        empty[setting] = "";
+    empty["CLIP"] = empty["PPPAUTH"] = empty["LL"] = empty["KEEP"] = empty["IPT"] = empty["IPTWATCHDOG"] =
+        "0";
+    empty["IPTCONREQ"] = "1";
+    empty["Callback"] = "0,0,3";
+
+    for (const Settings &settings : {filled, empty}) {
+        GprsSite site(false);
+        Desk &desk = site.bench->rig.program.desk;
+        const Settings factory = site.unit->memory.settings;
+        site.unit->memory.settings = settings;
+        for (MenuEntry *entry : {&desk.frmModem.mnuGPRS_konfig, &desk.frmModem.mnuIPT_konfig})
+            site.bench->rig.program.click(*entry);
+        for (Button *read : {&desk.frmGPRS.cbuGPRS_lesen, &desk.frmIPT.cbuIPT_lesen})
+            EXPECT_EQ(site.run(*read), "Das Telvox-A wurde erfolgreich ausgelesen.");
+        site.unit->memory.settings = factory;
+        for (Button *write : {&desk.frmGPRS.cbuGPRS_schreiben, &desk.frmIPT.cbuIPT_schreiben})
+            EXPECT_THAT(site.run(*write), HasSubstr("erfolgreich parametriert"));
+        EXPECT_EQ(site.unit->memory.settings, settings);
+        EXPECT_TRUE(site.unit->memory.saved);
+    }
+}
+
+/// What is written over the cable is written over the modem.
+TEST(SimulatedGprs, IsWrittenInACall) {
+    GprsSite site(true);
+    Desk &desk = site.bench->rig.program.desk;
+    site.bench->rig.program.click(desk.frmModem.mnuGPRS_konfig);
+    site.bench->rig.program.select(desk.frmGPRS.cobAPN, "internet");
+    EXPECT_THAT(site.run(desk.frmGPRS.cbuGPRS_schreiben), HasSubstr("erfolgreich parametriert"));
+    EXPECT_EQ(site.unit->memory.settings["GPRSAPN"], "internet");
+    EXPECT_TRUE(site.unit->memory.saved);
 }
 
 } // namespace

@@ -257,7 +257,13 @@ TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuReg_zustand); },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuSignalstaerke); },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuIMEI); }}},
-        {&FrmModem::optGPRS, {alarm_off}},
+        {&FrmModem::optGPRS,
+         {alarm_off, configure, [](Telvox &p) { p.click(p.desk.frmGPRS.cbuGPRS_schreiben); },
+          [](Telvox &p) { p.click(p.desk.frmGPRS.cbuGPRS_lesen); },
+          [](Telvox &p) { p.click(p.desk.frmIPT.cbuIPT_schreiben); },
+          [](Telvox &p) { p.click(p.desk.frmIPT.cbuIPT_lesen); },
+          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuPIN_Status); },
+          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuIMEI); }}},
         {&FrmModem::optEthernet,
          {[](Telvox &p) {
               p.enter(p.desk.frmEthernet.tboIP, "1.2.3.4");
@@ -282,8 +288,12 @@ TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
                 rig.program.enter(f.tboAlarmmeldung, "x");
                 for (Form *form : rig.program.desk.forms)
                     form->load();
-                rig.boxes.clear();
                 press(rig.program);
+                while (!rig.answers.empty())
+                    rig.answer(true);
+                rig.boxes.clear();
+                if (remote && start.type == &FrmModem::optGPRS && !rig.program.busy())
+                    continue; // what it does not offer over the modem
                 ASSERT_TRUE(rig.program.busy());
                 // A minute of bytes at full line speed, 4 every millisecond, without any reply in them but
                 // those that set a call up.

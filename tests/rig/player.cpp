@@ -344,6 +344,12 @@ std::string seen_after(const Transcript &transcript, std::size_t reply, const st
                 seen += std::string(box->name) + " " + box->text + "\n";
             if (const auto *bar = dynamic_cast<ProgressBar *>(control))
                 seen += std::string(bar->name) + " " + std::to_string(bar->value) + "\n";
+            if (const auto *list = dynamic_cast<ComboBox *>(control))
+                seen += std::string(list->name) + " " + list->text + "\n";
+            if (const auto *option = dynamic_cast<OptionButton *>(control); option && option->value)
+                seen += std::string(option->name) + "\n";
+            if (const auto *box = dynamic_cast<CheckBox *>(control); box && box->value)
+                seen += std::string(box->name) + "\n";
         }
     }
     return seen;
