@@ -18,12 +18,22 @@ constexpr std::size_t largest_file = 65536;
 void check_options(const Call &call) {
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
-            throw UsageError(name + " gehört nur zu " + jobs_with(name));
+            throw UsageError(name + (name == "--port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
+                             " gehört nur zu " + jobs_with(name));
     if (!call.file.empty())
         return;
     for (const Option &option : call.job->options)
         if (option.required && !call.find(option.name))
             throw UsageError(std::string(call.job->name) + ": " + option.name + " fehlt");
+}
+
+/// "--port N=GERÄT" names a device to every job; without "=" it is a value like others, the TCP port.
+void take_any_port(Arguments &arguments, Call &call) {
+    const std::string value = arguments.value();
+    if (value.find('=') != std::string::npos)
+        return take_port(value, call.common);
+    arguments.once();
+    call.values["--port"] = {value, "--port"};
 }
 
 /// One line without its end; false behind the last.
@@ -104,6 +114,8 @@ Call parse_call(const std::vector<std::string> &all) {
         } else if (name == "--aus") {
             arguments.once();
             call.file = arguments.value();
+        } else if (name == "--port") {
+            take_any_port(arguments, call);
         } else if (take_common_option(arguments, call.common)) {
             continue;
         } else if (find_option(name)) {

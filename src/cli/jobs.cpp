@@ -1,107 +1,12 @@
 #include "cli/jobs.hpp"
 
+#include "cli/rows.hpp"
+
 #include <algorithm>
-#include <array>
 
 namespace telvox::cli {
 
 namespace {
-
-constexpr Word variants[] = {
-    {"analog", main_window<&FrmModem::optAnalog>},     {"isdn", main_window<&FrmModem::optISDN>},
-    {"gsm", main_window<&FrmModem::optGSM>},           {"gprs", main_window<&FrmModem::optGPRS>},
-    {"ethernet", main_window<&FrmModem::optEthernet>},
-};
-constexpr Word ways[] = {
-    {"direkt", main_window<&FrmModem::optDirektverbindung>},
-    {"fern", main_window<&FrmModem::optFernverbindung>},
-};
-constexpr Word messages[] = {
-    {"sms", main_window<&FrmModem::optSMS>},
-    {"fax", main_window<&FrmModem::optFAX>},
-};
-
-constexpr ControlOf password_tick[] = {main_window<&FrmModem::chkPasswort>};
-constexpr ControlOf prefix_tick[] = {main_window<&FrmModem::chkAmt>};
-
-constexpr Option way_rows[] = {
-    {.name = "--typ",
-     .value = "TYP",
-     .help = "analog, isdn, gsm, gprs oder ethernet; sonst analog, oder der eine, den der Auftrag kennt",
-     .words = variants},
-    {.name = "--verbindung",
-     .value = "direkt|fern",
-     .help = "über das Kabel oder ein lokales Modem; sonst direkt",
-     .words = ways},
-    {.name = "--schnittstelle",
-     .value = "3|GERÄT",
-     .help = "Schnittstelle des Telvox-A: COM-Nummer oder Gerätepfad",
-     .field = main_window<&FrmModem::cobSchnittstelle>},
-    {.name = "--modemanschluss",
-     .value = "6|GERÄT",
-     .help = "Schnittstelle des lokalen Modems",
-     .field = main_window<&FrmModem::cobModem_Port>},
-    {.name = "--rufnummer-modem",
-     .value = "NUMMER",
-     .help = "Rufnummer des Telvox-A",
-     .field = main_window<&FrmModem::tboRufnummer_Modem>},
-    {.name = "--passwort",
-     .value = "TEXT|-",
-     .help = "Passwort, wenn nicht das Standard Passwort gilt",
-     .field = main_window<&FrmModem::tboPasswort>,
-     .needs = password_tick,
-     .secret = true},
-    {.name = "--com-direkt",
-     .value = "2400,e,8,1",
-     .help = "Schnittstellenparameter für das Kabel",
-     .format = &Session::strCOMparameter_direkt},
-    {.name = "--com-fern",
-     .value = "9600,n,8,1",
-     .help = "Schnittstellenparameter für das lokale Modem",
-     .format = &Session::strCOMparameter_fern},
-};
-
-constexpr Option alarm_rows[] = {
-    {.name = "--nachricht", .value = "sms|fax", .help = "Art der Alarmmeldung; sonst sms", .words = messages},
-    {.name = "--empfaenger",
-     .value = "NUMMER",
-     .help = "Nummer des Empfängers",
-     .field = main_window<&FrmModem::tboRufnummer_Empfaenger>},
-    {.name = "--amt",
-     .value = "ZEICHEN",
-     .help = "Zeichen zur Amtsholung",
-     .field = main_window<&FrmModem::tboAmt>,
-     .needs = prefix_tick},
-    {.name = "--service-center",
-     .value = "NUMMER",
-     .help = "Service-Center Nummer",
-     .field = main_window<&FrmModem::tboService_Center>},
-    {.name = "--alarmtext",
-     .value = "TEXT",
-     .help = "Alarmmeldung, 160 Zeichen, bei gsm und gprs 70",
-     .field = main_window<&FrmModem::tboAlarmmeldung>},
-};
-
-constexpr Option pin_rows[] = {{.name = "--pin",
-                                .value = "PIN|-",
-                                .help = "PIN der SIM-Karte",
-                                .field = at<&Desk::frmPin, &FrmPin::tboPin>,
-                                .required = true,
-                                .secret = true}};
-constexpr Option msn_rows[] = {{.name = "--msn",
-                                .value = "MSN",
-                                .help = "MSN des Geräts; * nimmt alle Anrufe an",
-                                .field = at<&Desk::frmMSN, &FrmMSN::tboMSN>,
-                                .required = true}};
-constexpr Word line_types[] = {
-    {"punkt-zu-punkt", at<&Desk::frmAnschlussart, &FrmAnschlussart::optAnlagenanschluss>},
-    {"mehrgeraete", at<&Desk::frmAnschlussart, &FrmAnschlussart::optMehrgeraeteanschluss>},
-};
-constexpr Option line_type_rows[] = {{.name = "--anschlussart",
-                                      .value = "ART",
-                                      .help = "punkt-zu-punkt oder mehrgeraete",
-                                      .words = line_types,
-                                      .required = true}};
 
 constexpr const char *mobile = "gsm gprs";
 
@@ -178,6 +83,42 @@ constexpr JobCommand commands[] = {
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
      .result = [](Desk &d) { return d.frmGSM_Status.tboIMEI.text; }},
+    {.name = "gprs-schreiben",
+     .help = "GPRS Einstellungen schreiben",
+     .variants = "gprs",
+     .button = gprs<&FrmGPRS::cbuGPRS_schreiben>,
+     .menu = main_window<&FrmModem::mnuGPRS_konfig>,
+     .options = gprs_rows},
+    {.name = "gprs-lesen",
+     .help = "GPRS Einstellungen lesen, ausgegeben als Zeilen name=wert",
+     .variants = "gprs",
+     .button = gprs<&FrmGPRS::cbuGPRS_lesen>,
+     .menu = main_window<&FrmModem::mnuGPRS_konfig>,
+     .result = [](Desk &d) { return value_lines(gprs_rows, d); }},
+    {.name = "ipt-schreiben",
+     .help = "IP-Telemetrie einstellen",
+     .variants = "gprs",
+     .button = ipt<&FrmIPT::cbuIPT_schreiben>,
+     .menu = main_window<&FrmModem::mnuIPT_konfig>,
+     .options = ipt_rows},
+    {.name = "ipt-lesen",
+     .help = "IP-Telemetrie lesen, ausgegeben als Zeilen name=wert",
+     .variants = "gprs",
+     .button = ipt<&FrmIPT::cbuIPT_lesen>,
+     .menu = main_window<&FrmModem::mnuIPT_konfig>,
+     .result = [](Desk &d) { return value_lines(ipt_rows, d); }},
+    {.name = "ethernet-ip",
+     .help = "IP-Adresse und Port über das Kabel einstellen",
+     .variants = "ethernet",
+     .button = at<&Desk::frmEthernet, &FrmEthernet::cbuEthernet_Konfigurieren>,
+     .menu = main_window<&FrmModem::mnuIPuPort>,
+     .options = address_rows},
+    {.name = "ethernet-gateway",
+     .help = "Gateway und Netzmaske über das Kabel einstellen",
+     .variants = "ethernet",
+     .button = at<&Desk::frmGateway, &FrmGateway::cbuEthernet_GW_Kabel>,
+     .menu = main_window<&FrmModem::mnuGateway>,
+     .options = gateway_rows},
     {.name = "schnittstellen",
      .help = "nennt die Schnittstellen: Gerät, Beschreibung, ob sie sich öffnen lassen",
      .result = ports,

@@ -87,7 +87,8 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     program.Form_Unload();
     if (interrupted != 0)
         return interrupted;
-    const bool told = call.job->look || program.outcome() == Outcome::succeeded;
+    const bool told =
+        call.job->look || program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
     if (const std::string result = told && call.job->result ? call.job->result(program.desk) : "";
         !result.empty())
         out.results.line(result);

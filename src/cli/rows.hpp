@@ -1,0 +1,242 @@
+#pragma once
+
+#include "cli/option.hpp"
+
+/// The options, a table per window, in the order in which the help names them and the fields are filled.
+namespace telvox::cli {
+
+inline constexpr Word variants[] = {
+    {"analog", main_window<&FrmModem::optAnalog>},     {"isdn", main_window<&FrmModem::optISDN>},
+    {"gsm", main_window<&FrmModem::optGSM>},           {"gprs", main_window<&FrmModem::optGPRS>},
+    {"ethernet", main_window<&FrmModem::optEthernet>},
+};
+inline constexpr Word ways[] = {
+    {"direkt", main_window<&FrmModem::optDirektverbindung>},
+    {"fern", main_window<&FrmModem::optFernverbindung>},
+};
+inline constexpr Word messages[] = {
+    {"sms", main_window<&FrmModem::optSMS>},
+    {"fax", main_window<&FrmModem::optFAX>},
+};
+
+inline constexpr ControlOf password_tick[] = {main_window<&FrmModem::chkPasswort>};
+inline constexpr ControlOf prefix_tick[] = {main_window<&FrmModem::chkAmt>};
+
+inline constexpr Option way_rows[] = {
+    {.name = "--typ",
+     .value = "TYP",
+     .help = "analog, isdn, gsm, gprs oder ethernet; sonst analog, oder der eine, den der Auftrag kennt",
+     .words = variants},
+    {.name = "--verbindung",
+     .value = "direkt|fern",
+     .help = "über das Kabel oder ein lokales Modem; sonst direkt",
+     .words = ways},
+    {.name = "--schnittstelle",
+     .value = "3|GERÄT",
+     .help = "Schnittstelle des Telvox-A: COM-Nummer oder Gerätepfad",
+     .field = main_window<&FrmModem::cobSchnittstelle>},
+    {.name = "--modemanschluss",
+     .value = "6|GERÄT",
+     .help = "Schnittstelle des lokalen Modems",
+     .field = main_window<&FrmModem::cobModem_Port>},
+    {.name = "--rufnummer-modem",
+     .value = "NUMMER",
+     .help = "Rufnummer des Telvox-A",
+     .field = main_window<&FrmModem::tboRufnummer_Modem>},
+    {.name = "--passwort",
+     .value = "TEXT|-",
+     .help = "Passwort, wenn nicht das Standard Passwort gilt",
+     .field = main_window<&FrmModem::tboPasswort>,
+     .needs = password_tick,
+     .secret = true},
+    {.name = "--com-direkt",
+     .value = "2400,e,8,1",
+     .help = "Schnittstellenparameter für das Kabel",
+     .format = &Session::strCOMparameter_direkt},
+    {.name = "--com-fern",
+     .value = "9600,n,8,1",
+     .help = "Schnittstellenparameter für das lokale Modem",
+     .format = &Session::strCOMparameter_fern},
+};
+
+inline constexpr Option alarm_rows[] = {
+    {.name = "--nachricht", .value = "sms|fax", .help = "Art der Alarmmeldung; sonst sms", .words = messages},
+    {.name = "--empfaenger",
+     .value = "NUMMER",
+     .help = "Nummer des Empfängers",
+     .field = main_window<&FrmModem::tboRufnummer_Empfaenger>},
+    {.name = "--amt",
+     .value = "ZEICHEN",
+     .help = "Zeichen zur Amtsholung",
+     .field = main_window<&FrmModem::tboAmt>,
+     .needs = prefix_tick},
+    {.name = "--service-center",
+     .value = "NUMMER",
+     .help = "Service-Center Nummer",
+     .field = main_window<&FrmModem::tboService_Center>},
+    {.name = "--alarmtext",
+     .value = "TEXT",
+     .help = "Alarmmeldung, 160 Zeichen, bei gsm und gprs 70",
+     .field = main_window<&FrmModem::tboAlarmmeldung>},
+};
+
+inline constexpr Option pin_rows[] = {{.name = "--pin",
+                                       .value = "PIN|-",
+                                       .help = "PIN der SIM-Karte",
+                                       .field = at<&Desk::frmPin, &FrmPin::tboPin>,
+                                       .required = true,
+                                       .secret = true}};
+inline constexpr Option msn_rows[] = {{.name = "--msn",
+                                       .value = "MSN",
+                                       .help = "MSN des Geräts; * nimmt alle Anrufe an",
+                                       .field = at<&Desk::frmMSN, &FrmMSN::tboMSN>,
+                                       .required = true}};
+inline constexpr Word line_types[] = {
+    {"punkt-zu-punkt", at<&Desk::frmAnschlussart, &FrmAnschlussart::optAnlagenanschluss>},
+    {"mehrgeraete", at<&Desk::frmAnschlussart, &FrmAnschlussart::optMehrgeraeteanschluss>},
+};
+inline constexpr Option line_type_rows[] = {{.name = "--anschlussart",
+                                             .value = "ART",
+                                             .help = "punkt-zu-punkt oder mehrgeraete",
+                                             .words = line_types,
+                                             .required = true}};
+
+// ------------------------------------------------------------------------------------------------- GPRS
+
+template <auto Member> inline constexpr ControlOf gprs = at<&Desk::frmGPRS, Member>;
+
+inline constexpr Word ppp_modes[] = {{"kein", gprs<&FrmGPRS::optPPP_kein>},
+                                     {"pap", gprs<&FrmGPRS::optPPP_PAP>}};
+inline constexpr Word first_targets[] = {{"kein", gprs<&FrmGPRS::optCallback1_kein>},
+                                         {"ip", gprs<&FrmGPRS::optCallback1_IP>},
+                                         {"domain", gprs<&FrmGPRS::optCallback1_Domain>}};
+inline constexpr Word second_targets[] = {{"kein", gprs<&FrmGPRS::optCallback2_kein>},
+                                          {"ip", gprs<&FrmGPRS::optCallback2_IP>},
+                                          {"domain", gprs<&FrmGPRS::optCallback2_Domain>}};
+inline constexpr Word leased_lines[] = {{"aus", gprs<&FrmGPRS::optStandleitung_aus>},
+                                        {"ip", gprs<&FrmGPRS::optStandleitung_IP>},
+                                        {"domain", gprs<&FrmGPRS::optStandleitung_Domain>}};
+inline constexpr ControlOf ppp_on[] = {gprs<&FrmGPRS::optPPP_PAP>};
+
+inline constexpr Option gprs_rows[] = {
+    {.name = "--apn", .value = "TEXT", .help = "Access Point Name", .field = gprs<&FrmGPRS::cobAPN>},
+    {.name = "--ppp",
+     .value = "kein|pap",
+     .help = "Authentifizierung; sonst kein, mit --benutzer oder --kennwort pap",
+     .words = ppp_modes},
+    {.name = "--benutzer",
+     .value = "TEXT",
+     .help = "Benutzername beim Anbieter",
+     .field = gprs<&FrmGPRS::tboBenutzername>,
+     .needs = ppp_on},
+    {.name = "--kennwort",
+     .value = "TEXT|-",
+     .help = "Passwort beim Anbieter",
+     .field = gprs<&FrmGPRS::tboPasswort>,
+     .needs = ppp_on,
+     .secret = true},
+    {.name = "--ziel-ip", .value = "ADRESSE", .help = "IP-Adresse des Ziels", .field = gprs<&FrmGPRS::tboIP>},
+    {.name = "--ziel-port",
+     .value = "PORT",
+     .help = "sein Port; sonst 1234",
+     .field = gprs<&FrmGPRS::tboIP_Port>},
+    {.name = "--domain",
+     .value = "NAME",
+     .help = "Domain-Name des Ziels",
+     .field = gprs<&FrmGPRS::tboDomain>},
+    {.name = "--domain-port",
+     .value = "PORT",
+     .help = "sein Port; sonst 1234",
+     .field = gprs<&FrmGPRS::tboDomain_Port>},
+    {.name = "--nummer1",
+     .value = "NUMMER",
+     .help = "erste freigegebene Rufnummer, wie sie übermittelt wird, meist +49...",
+     .field = gprs<&FrmGPRS::tboNummer1>},
+    {.name = "--nummer2",
+     .value = "NUMMER",
+     .help = "zweite freigegebene Rufnummer",
+     .field = gprs<&FrmGPRS::tboNummer2>},
+    {.name = "--callback1",
+     .value = "ZIEL",
+     .help = "wohin ein Anruf der ersten Nummer verbindet: kein, ip oder domain; sonst kein",
+     .words = first_targets},
+    {.name = "--callback2", .value = "ZIEL", .help = "ebenso für die zweite Nummer", .words = second_targets},
+    {.name = "--standleitung",
+     .value = "ZIEL",
+     .help = "Standleitung: aus, ip oder domain; sonst aus",
+     .words = leased_lines},
+    {.name = "--keep-alive",
+     .value = "MINUTEN",
+     .help = "Keep Alive Timer, 0 bis 255; sonst 0",
+     .field = gprs<&FrmGPRS::tboKeepAlive>},
+};
+
+// ---------------------------------------------------------------------------------------- IP-telemetry
+
+template <auto Member> inline constexpr ControlOf ipt = at<&Desk::frmIPT, Member>;
+
+inline constexpr Word scramblings[] = {{"aus", ipt<&FrmIPT::optUnscrambled>},
+                                       {"ein", ipt<&FrmIPT::optScrambled>}};
+inline constexpr ControlOf telemetry_on[] = {ipt<&FrmIPT::chkIPT_Betrieb>};
+inline constexpr ControlOf scrambling_on[] = {ipt<&FrmIPT::chkIPT_Betrieb>, ipt<&FrmIPT::optScrambled>};
+
+inline constexpr Option ipt_rows[] = {
+    {.name = "--telemetrie",
+     .value = "aus|ein",
+     .help = "IP-Telemetrie Betrieb; sonst aus, mit einer der folgenden Angaben ein",
+     .field = ipt<&FrmIPT::chkIPT_Betrieb>},
+    {.name = "--benutzer",
+     .value = "TEXT",
+     .help = "Benutzer des Telemetrie-Servers",
+     .field = ipt<&FrmIPT::tboBenutzer>,
+     .needs = telemetry_on},
+    {.name = "--kennwort",
+     .value = "TEXT|-",
+     .help = "Passwort des Telemetrie-Servers",
+     .field = ipt<&FrmIPT::tboPasswort>,
+     .needs = telemetry_on,
+     .secret = true},
+    {.name = "--verschleierung",
+     .value = "aus|ein",
+     .help = "verschleierte Übertragung; sonst aus, mit einem Schlüssel ein",
+     .words = scramblings,
+     .needs = telemetry_on},
+    {.name = "--schluessel-fest",
+     .value = "KEY|-",
+     .help = "Fixed Scramble Key, 64 Zeichen; sonst der Defaultkey",
+     .field = ipt<&FrmIPT::tboFix_Scrambled_Key>,
+     .needs = scrambling_on,
+     .secret = true},
+    {.name = "--schluessel-challenge",
+     .value = "KEY|-",
+     .help = "Challenge Scramble Key, 64 Zeichen; sonst der Defaultkey",
+     .field = ipt<&FrmIPT::tboClg_Scrambled_Key>,
+     .needs = scrambling_on,
+     .secret = true},
+};
+
+// -------------------------------------------------------------------------------------------- Ethernet
+
+inline constexpr Option address_rows[] = {
+    {.name = "--ip",
+     .value = "ADRESSE",
+     .help = "IP-Adresse, die das Gerät bekommt",
+     .field = at<&Desk::frmEthernet, &FrmEthernet::tboIP>,
+     .required = true},
+    {.name = "--port",
+     .value = "PORT",
+     .help = "TCP-Port, den das Gerät bekommt; sonst 1234",
+     .field = at<&Desk::frmEthernet, &FrmEthernet::tboPort>},
+};
+inline constexpr Option gateway_rows[] = {
+    {.name = "--gateway",
+     .value = "ADRESSE",
+     .help = "Gateway; sonst 0.0.0.0",
+     .field = at<&Desk::frmGateway, &FrmGateway::tboGateway>},
+    {.name = "--netzmaske",
+     .value = "MASKE",
+     .help = "Netzmaske; sonst 255.255.255.0",
+     .field = at<&Desk::frmGateway, &FrmGateway::tboNetzmaske>},
+};
+
+} // namespace telvox::cli
