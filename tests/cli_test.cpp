@@ -110,7 +110,7 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"alarmtest --typ telex", "--typ: \"telex\" gibt es nicht (analog, isdn, gsm, gprs, ethernet)"},
         {"alarmtest --empfaenger abc", "--empfaenger: nur Ziffern"},
         {"alarmtest --empfaenger +49", "--empfaenger: nur Ziffern; + als 00 eingeben"},
-        {"alarmtest --service-center 01/2", "--service-center: nur Ziffern, +"},
+        {"alarmtest --service-center 01/2", "--service-center: nur Ziffern und +"},
         {"alarmtest --typ gsm --alarmtext "
          "12345678901234567890123456789012345678901234567890123456789012345678901",
          "--alarmtext: mehr als 70 Zeichen"},
@@ -126,10 +126,15 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"parametrieren --typ gprs --verbindung fern", "parametrieren gibt es nicht mit --typ gprs"},
         {"msn --typ gsm --msn 1", "msn gibt es nur mit --typ isdn"},
         {"pin --pin 1", "pin: --typ gsm oder gprs fehlt"},
-        {"msn --msn 12a", "--msn: nur Ziffern, *"},
+        {"msn --msn 12a", "--msn: nur Ziffern und *"},
         {"imei --typ gsm --verbindung fern", "imei gibt es nicht mit --typ gsm --verbindung fern"},
         {"anschlussart --anschlussart s0", "punkt-zu-punkt, mehrgeraete"},
         {"alarmtest --com-direkt 2400,,8,1", "--com-direkt"},
+        {"alarmtest --port 7", "--port erwartet N=GERÄT; ein TCP-Port gehört nur zu ethernet-ip"},
+        {"gprs-schreiben --keep-alive 256", "--keep-alive: nicht möglich, daraus würde \"255\""},
+        {"gprs-schreiben --ziel-ip 1,2", "--ziel-ip: nur Ziffern und ."},
+        {"gprs-schreiben --telemetrie ein", "--telemetrie gehört nur zu ipt-schreiben"},
+        {"ipt-schreiben --telemetrie an", "--telemetrie: \"an\" gibt es nicht (ein, aus)"},
         {"alarmtest --schnittstelle 16", "--schnittstelle: \"16\""},
         {"alarmtest --schnittstelle COM.0", "--schnittstelle: \"COM 0\""},
     };
@@ -242,6 +247,41 @@ TEST(CliCall, TakesValuesFromLines) {
             EXPECT_THAT(error.what(), HasSubstr(because));
         }
     }
+}
+
+TEST(CliCall, WhatAJobPrintsIsWhatItTakes) {
+    const std::string key(64, '7');
+    const struct {
+        const char *reads, *writes;
+        std::string lines;
+    } cases[] = {
+        {"gprs-lesen", "gprs-schreiben",
+         "apn=\nppp=kein\nbenutzer=\nkennwort=\nziel-ip=\nziel-port=\ndomain=\ndomain-port=\nnummer1=\n"
+         "nummer2=\ncallback1=kein\ncallback2=kein\nstandleitung=aus\nkeep-alive=0"},
+        {"gprs-lesen", "gprs-schreiben",
+         "apn=Netz: x.y (z) \nppp=kein\nbenutzer=ich \nkennwort=-\nziel-ip=1.2.3.4\nziel-port=1\ndomain=a.b\n"
+         "domain-port=65535\nnummer1=+49\nnummer2=0171\ncallback1=ip\ncallback2=domain\nstandleitung=ip\n"
+         "keep-alive=255"},
+        {"ipt-lesen", "ipt-schreiben",
+         "telemetrie=aus\nbenutzer=u\nkennwort=ä=ö\nverschleierung=aus\nschluessel-fest=" + key +
+             "\nschluessel-challenge=" + key},
+        {"ipt-lesen", "ipt-schreiben",
+         "telemetrie=ein\nbenutzer=\nkennwort=\nverschleierung=ein\nschluessel-fest=1\nschluessel-"
+         "challenge="},
+    };
+    for (const auto &[reads, writes, lines] : cases) {
+        FilledDesk desk;
+        Call call = parse_call({writes, "--schnittstelle", "3", "--aus", "-"});
+        std::istringstream input(lines);
+        cli::complete_call(call, input);
+        desk.at_the_form.work(call);
+        EXPECT_EQ(cli::find_job(reads)->result(desk.rig.program.desk), lines);
+    }
+    // Filling a field switches on what it needs, unless the call says otherwise.
+    FilledDesk desk;
+    EXPECT_EQ(desk.refusal("ipt-schreiben --schnittstelle 3 --schluessel-fest " + key), "");
+    EXPECT_TRUE(desk.rig.program.desk.frmIPT.optScrambled.value);
+    EXPECT_TRUE(desk.rig.program.desk.frmIPT.chkIPT_Betrieb.value);
 }
 
 TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {

@@ -22,13 +22,14 @@ struct Outputs {
     cli::Output remarks{stderr};
 };
 
-/// Messages about the job are its result; what asks, or only warns before it goes on, is a remark.
+/// Messages about the job are its result; what asks, or only warns before it goes on, is a remark, and so is
+/// the success of a job whose result is values.
 class PrintedBoxes final : public MessageBoxes {
   public:
     PrintedBoxes(Outputs &out, bool despite) : out_(out), despite_(despite) {}
 
     void show(const Message &message, Answered answered) override {
-        const bool result = by->pressed() && !answered && !message.asks;
+        const bool result = by->pressed() && !answered && !message.asks && !values_follow();
         (result ? out_.results : out_.remarks).line(by->by_path(message.text));
         if (message.asks)
             out_.remarks.line(despite_ ? "(Ja)" : "(Nein; --trotzdem bedeutet Ja)");
@@ -37,6 +38,7 @@ class PrintedBoxes final : public MessageBoxes {
     }
 
     const cli::Operator *by = nullptr;
+    std::function<bool()> values_follow;
 
   private:
     Outputs &out_;
@@ -80,17 +82,20 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     });
 
     cli::Operator at_the_form(program, ports.map);
+    const auto values_follow = [&] {
+        const Outcome outcome = program.outcome();
+        return call.job->result &&
+               (call.job->look || outcome == Outcome::succeeded || outcome == Outcome::objected);
+    };
     boxes.by = &at_the_form;
+    boxes.values_follow = values_follow;
     at_the_form.work(call);
     if (program.busy())
         application.exec();
     program.Form_Unload();
     if (interrupted != 0)
         return interrupted;
-    const bool told =
-        call.job->look || program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
-    if (const std::string result = told && call.job->result ? call.job->result(program.desk) : "";
-        !result.empty())
+    if (const std::string result = values_follow() ? call.job->result(program.desk) : ""; !result.empty())
         out.results.line(result);
     if (call.job->look)
         return job_succeeded;

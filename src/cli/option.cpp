@@ -1,6 +1,7 @@
 #include "cli/option.hpp"
 
-#include "core/text.hpp"
+#include <cctype>
+#include <vector>
 
 namespace telvox::cli {
 
@@ -39,13 +40,18 @@ std::string value_lines(std::span<const Option> options, Desk &desk) {
 std::string rule_of(KeyFilter accepts) {
     if (accepts(U'Z') && accepts(U' '))
         return "keine Steuerzeichen";
-    std::string rule = accepts(U'9') ? "nur Ziffern" : "nur";
+    std::vector<std::string> kinds;
+    if (accepts(U'9'))
+        kinds.emplace_back("Ziffern");
     if (accepts(U'A'))
-        rule += accepts(U'Z') ? ", Buchstaben" : ", A bis F";
+        kinds.emplace_back(accepts(U'Z') ? "Buchstaben" : "A bis F");
     for (char32_t c = U'!'; c <= U'~'; ++c)
         if (const char mark = static_cast<char>(c);
             !std::isalnum(static_cast<unsigned char>(mark)) && accepts(c))
-            rule += std::string(", ") + mark;
+            kinds.emplace_back(1, mark);
+    std::string rule = "nur ";
+    for (std::size_t i = 0; i < kinds.size(); ++i)
+        rule += (i == 0 ? "" : i + 1 == kinds.size() ? " und " : ", ") + kinds[i];
     return rule;
 }
 
