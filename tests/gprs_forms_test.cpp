@@ -416,7 +416,9 @@ TEST_F(GprsDialogs, ClosingAndOpeningWhileAJobRuns) {
     // While the call is being dialled the buttons end the call first.
     dial();
     rig.program.click(desk.frmModem.mnuGPRS_konfig);
-    EXPECT_EQ(start(gprs.cbuGPRS_schreiben, {true}), "Es wurde kein APN eingetragen.? runs");
+    rig.program.click(gprs.cbuGPRS_schreiben);
+    EXPECT_EQ(rig.boxes.back().text, "Es wurde kein APN eingetragen.\rEinstellungen trotzdem übertragen?");
+    EXPECT_EQ(start(gprs.cbuGPRS_schreiben, {true}), "runs") << "pressed twice it asks once";
     rig.turn_by(milliseconds{5000});
     const milliseconds cancelled = rig.now;
     rig.program.click(gprs.cbuGPRS_Abbrechen);

@@ -98,7 +98,9 @@ void Binder::bind(CheckBox &control, QCheckBox &widget) {
 }
 
 void Binder::bind(TextBox &control, QLineEdit &widget) {
-    give_width(widget, control.read_only ? 30 : 16);
+    constexpr int usual = 16;
+    const bool few = control.max_length != 0 && control.max_length < usual - 2;
+    give_width(widget, control.read_only ? 30 : few ? static_cast<int>(control.max_length) + 2 : usual);
     widget.setReadOnly(control.read_only);
     if (!control.read_only)
         widget.setValidator(new FieldFilter(control, widget));
@@ -133,8 +135,11 @@ void Binder::bind(TextBox &control, QPlainTextEdit &widget) {
 
 void Binder::bind(ComboBox &control, QComboBox &widget) {
     connect(&widget, &QComboBox::textActivated, this, [&](const QString &entry) {
-        if (entry != text_of(control.text)) // leaving an editable list "picks" what was typed once more
-            program_.select(control, entry.toStdString());
+        if (entry == text_of(control.text))
+            return; // leaving an editable list "picks" what was typed once more
+        program_.select(control, entry.toStdString());
+        if (QLineEdit *edit = widget.lineEdit())
+            edit->setCursorPosition(0); // an entry is recognised by its beginning
     });
     widget.view()->installEventFilter(this);
     if (control.editable) {
