@@ -28,6 +28,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     connect_small_dialogs(desk, sequencer_);
     connect_ethernet(desk, sequencer_);
     connect_gprs_dialogs(desk, sequencer_);
+    connect_settings(desk, sequencer_);
     connect_port_lists(desk, link_, ports_.scan);
     connect_the_end();
     sequencer_.prz_Initialisieren();

@@ -1,6 +1,7 @@
 #include "desktop/window_set.hpp"
 
 #include "ui_frm_anschlussart.h"
+#include "ui_frm_einstellungen.h"
 #include "ui_frm_ethernet.h"
 #include "ui_frm_gateway.h"
 #include "ui_frm_gprs.h"
@@ -39,6 +40,7 @@ constexpr Maker makers[] = {
     {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
     {"frmEthernet", make<Ui::frmEthernet, QDialog>},
     {"frmGateway", make<Ui::frmGateway, QDialog>},
+    {"frmEinstellungen", make<Ui::frmEinstellungen, QDialog>},
     {"frmGPRS", make<Ui::frmGPRS, QDialog>},
     {"frmIPT", make<Ui::frmIPT, QDialog>},
 };

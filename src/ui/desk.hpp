@@ -5,6 +5,7 @@
 #include "core/session.hpp"
 #include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
+#include "ui/frm_einstellungen.hpp"
 #include "ui/frm_ethernet.hpp"
 #include "ui/frm_gateway.hpp"
 #include "ui/frm_gprs.hpp"
@@ -32,10 +33,23 @@ struct Desk final : Panel {
     FrmGateway frmGateway;
     FrmGPRS frmGPRS{session, frmModem, folders};
     FrmIPT frmIPT{session, frmModem};
+    FrmEinstellungen frmEinstellungen{session, frmModem.cobSchnittstelle};
 
     /// All windows, the main window first.
-    std::vector<Form *> forms{&frmModem,    &frmPin,     &frmMSN,  &frmAnschlussart, &frmGSM_Status,
-                              &frmEthernet, &frmGateway, &frmGPRS, &frmIPT};
+    // clang-format off
+    std::vector<Form *> forms{
+        &frmModem,
+        &frmPin,
+        &frmMSN,
+        &frmAnschlussart,
+        &frmGSM_Status,
+        &frmEthernet,
+        &frmGateway,
+        &frmGPRS,
+        &frmIPT,
+        &frmEinstellungen,
+    };
+    // clang-format on
 
     bool asking = false; ///< a chain of questions is open
 

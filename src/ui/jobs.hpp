@@ -23,11 +23,12 @@ inline constexpr Check modem_chosen = filled<&FrmModem::cobModem_Port>(
 inline constexpr Check number_entered = filled<&FrmModem::tboRufnummer_Modem>(
     "Um das Telvox-A aus der Ferne zu parametrieren, muss eine Rufnummer eingegeben werden.");
 
-/// Gives the buttons and menu entries of the main window and of the small dialogs their click handlers.
+/// Gives the buttons and menu entries of the windows their click handlers.
 void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_ethernet(Desk &desk, Sequencer &sequencer);
 void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer);
+void connect_settings(Desk &desk, Sequencer &sequencer);
 
 /// A menu entry's handler that opens a window.
 [[nodiscard]] inline std::function<void()> opens(Form &form) {

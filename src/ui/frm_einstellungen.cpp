@@ -1,0 +1,95 @@
+#include "ui/frm_einstellungen.hpp"
+
+#include "core/serial_format.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace telvox {
+
+namespace {
+
+constexpr std::array parities = {"even", "odd", "none"};
+
+/// Chooses an entry that the list has.
+void choose(ComboBox &list, std::string_view entry) {
+    if (std::find(list.items.begin(), list.items.end(), entry) != list.items.end())
+        list.text = entry;
+}
+
+} // namespace
+
+std::string SerialCombos::settings() const {
+    return baud.text + "," + parity.text.substr(0, 1) + "," + bits.text.substr(0, 1) + "," + stop.text;
+}
+
+void SerialCombos::show(std::string_view settings) {
+    std::array<std::string_view, 4> field;
+    for (std::string_view &part : field) {
+        const auto comma = settings.find(',');
+        part = settings.substr(0, comma);
+        settings.remove_prefix(comma == std::string_view::npos ? settings.size() : comma + 1);
+    }
+    choose(baud, field[0]);
+    for (const std::string_view name : parities)
+        if (field[1] == name.substr(0, 1))
+            choose(parity, name);
+    choose(bits, field[2]);
+    choose(stop, field[3]);
+}
+
+FrmEinstellungen::FrmEinstellungen(Session &session, const ComboBox &cable_port)
+    : Form("frmEinstellungen", "Schnittstellen Einstellungen"), session_(session), cable_port_(cable_port) {
+    for (const SerialCombos *line : {&direkt, &fern, &soll}) {
+        line->baud.items = {"300", "600", "1200", "2400", "4800", "9600", "19200", "38400"};
+        line->bits.items = {"7", "8"};
+        line->parity.items = {parities.begin(), parities.end()};
+        line->stop.items = {"1", "2"};
+    }
+    // The slowest rates are the devices' only.
+    cobModem_Baudrate.items.erase(cobModem_Baudrate.items.begin(), cobModem_Baudrate.items.begin() + 3);
+
+    cbuDirekt_Standard.clicked = [this] {
+        session_.strCOMparameter_direkt = default_direkt;
+        prz_Parameter_direkt();
+    };
+    cbuModem_Standard.clicked = [this] {
+        session_.strCOMparameter_fern = default_fern;
+        prz_Parameter_Modem();
+    };
+    cboSchnittstelle_aendern.clicked = [this] { przSchnittstelle_aendern(); };
+    cancel = &cmdCancel;
+    reset();
+}
+
+void FrmEinstellungen::reset() {
+    cboSchnittstelle_aendern.set(false);
+    soll.show(default_direkt);
+    show_session();
+    enable_inputs(true);
+    unsaved_ = false;
+}
+
+void FrmEinstellungen::show_session() {
+    direkt.show(default_direkt);
+    fern.show(default_fern);
+    prz_Parameter_Modem();
+    prz_Parameter_direkt();
+}
+
+void FrmEinstellungen::device_changed() {
+    prz_Parameter_direkt();
+    unsaved_ = true;
+}
+
+void FrmEinstellungen::przSchnittstelle_aendern() {
+    fraSchnittstellen_Einstellung_soll.visible = cboSchnittstelle_aendern.value;
+    cmdUART_Einstellung_aendern.visible = cboSchnittstelle_aendern.value;
+}
+
+void FrmEinstellungen::enable_inputs(bool on) {
+    tabOptions.enabled = cmdOK.enabled = cmdCancel.enabled = on;
+    cboSchnittstelle_aendern.enabled = on && !cable_port_.text.empty();
+}
+
+} // namespace telvox

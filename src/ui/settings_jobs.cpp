@@ -1,0 +1,61 @@
+#include "ui/jobs.hpp"
+
+namespace telvox {
+
+namespace {
+
+constexpr Check change_checks[] = {
+    filled<&FrmModem::cobSchnittstelle>(
+        "Zur Änderung muss die Schnittstelle ausgewählt werden,\ran der das Telvox-A angeschlossen ist."),
+};
+
+/// The device is spoken to as the dialog says that it is set now, whatever was used before.
+constexpr Launch change_interface = {
+    .checks = change_checks,
+    .flag = &JobState::boolUART_umstellen,
+    .counter = &JobState::byteSchnittstellenaenderung_Counter,
+    .cable_only = true,
+    .settings = [](const Desk &d) { return d.frmEinstellungen.direkt.settings(); },
+    .prepare =
+        [](Desk &d) {
+            d.session.strCOMparameter_direkt = d.frmEinstellungen.direkt.settings();
+            d.session.strCOMparameter_gewuenscht = d.frmEinstellungen.soll.settings();
+            d.frmEinstellungen.lock();
+        },
+};
+
+void prz_Schnittstelleneinstellungen_aendern(Sequencer &sequencer) { sequencer.start(change_interface); }
+
+/// Saves what the dialog shows and closes it; it stays open when that fails.
+void save(Desk &desk) {
+    FrmEinstellungen &form = desk.frmEinstellungen;
+    if (prz_Einstellungen_speichern(desk.session, desk.folders.settings, form.direkt.texts(),
+                                    form.fern.texts(), desk.outbox))
+        form.unload();
+}
+
+/// A device whose new format is forgotten cannot be reached any more.
+void leave(Desk &desk) {
+    FrmEinstellungen &form = desk.frmEinstellungen;
+    if (!form.unsaved())
+        return form.unload();
+    desk.outbox.ask("Die neue Schnittstelleneinstellung ist noch nicht gespeichert. Jetzt speichern?",
+                    [&](bool yes) {
+                        if (!yes)
+                            return form.unload();
+                        form.show_session(); // what else was changed in the dialog is cancelled
+                        save(desk);
+                    });
+}
+
+} // namespace
+
+void connect_settings(Desk &desk, Sequencer &sequencer) {
+    FrmEinstellungen &form = desk.frmEinstellungen;
+    desk.frmModem.mnuEinstellungen.clicked = opens(form);
+    form.cmdUART_Einstellung_aendern.clicked = [&] { prz_Schnittstelleneinstellungen_aendern(sequencer); };
+    form.cmdOK.clicked = [&] { save(desk); };
+    form.cmdCancel.clicked = [&] { leave(desk); };
+}
+
+} // namespace telvox
