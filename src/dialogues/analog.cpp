@@ -1,4 +1,5 @@
 #include "dialogues/families.hpp"
+#include "dialogues/interface_change.hpp"
 #include "dialogues/shared.hpp"
 
 namespace telvox {
@@ -86,11 +87,25 @@ constexpr Step alarm_off[] = {
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };
 
+/// The device takes the format in which it is addressed, so the own port goes first.
+constexpr Step change_interface[] = {
+    {.number = 1,
+     .status = "Schnittstelleneinstellungen ändern",
+     .format = in_new_format,
+     .send = "ATI",
+     .wait = 1500ms,
+     .awaits = &JobState::boolKommunikations_Fehler76},
+    save_format(2),
+    check_new_format(3, "ATI"),
+    format_changed(4, "Das Modem wurde erfolgreich parametriert."),
+};
+
 constexpr Job jobs[] = {
     {"Analog Anwahl", &JobState::byteAnwahl_Counter, dial},
     {"Analog konfigurieren", &JobState::byteParametrier_Counter, configure},
     {"Analog Test", &JobState::byteAlarmtest_Counter, alarm_test},
     {"Analog Alarm aus", &JobState::byteAlarm_aus_Counter, alarm_off},
+    {"Analog Schnittstelle", &JobState::byteSchnittstellenaenderung_Counter, change_interface},
 };
 
 /// The prompt for the alarm text counts once per configuration, also late: an echo of a text that holds it
@@ -109,6 +124,8 @@ constexpr Reply replies[] = {
     carrier_up,
     carrier_down,
     carrier_back,
+    change_reply("33600", &JobState::boolKommunikations_Fehler76, 2),
+    change_reply("33600", &JobState::boolKommunikations_Fehler77, 4),
     {.contains = "ONLINE",
      .awaited = &JobState::boolAntwort_Fehler,
      .counter = &JobState::byteAnwahl_Counter,

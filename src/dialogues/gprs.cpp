@@ -1,6 +1,7 @@
 #include "dialogues/families.hpp"
 #include "dialogues/gprs_settings.hpp"
 #include "dialogues/gprs_steps.hpp"
+#include "dialogues/interface_change.hpp"
 #include "dialogues/ipt_settings.hpp"
 
 namespace telvox {
@@ -59,6 +60,13 @@ constexpr auto registration =
 constexpr auto signal = query("Frage Signalstärke ab", "AT+CSQ", &JobState::boolKommunikations_Fehler44);
 constexpr auto imei = query("Frage IMEI ab", "AT**IMEI?", &JobState::boolKommunikations_Fehler71);
 
+/// Rate and format come into force one after the other, and the own port follows each.
+constexpr auto change_interface = table(
+    gprs_opening(2s), check_after_opening(checking, 1200ms, &JobState::boolKommunikations_Fehler76),
+    setting(5, changing_rate, baud_command, 1200ms), change(6, changing_format, format_command, at_new_rate),
+    save_format(7, in_new_format), check_new_format(8, "AT**IMEI?"),
+    format_changed(9, "Das GPRS-Modem wurde erfolgreich parametriert."));
+
 constexpr Job jobs[] = {
     {"GPRS Anwahl", &JobState::byteAnwahl_Counter, mobile_dial},
     {"GPRS konfigurieren", &JobState::byteParametrier_Counter, configure},
@@ -72,6 +80,7 @@ constexpr Job jobs[] = {
     {"GPRS lesen", &JobState::byteGPRS_lese_Counter, gprs_read},
     {"IPT schreiben", &JobState::byteIPT_Counter, ipt_write},
     {"IPT lesen", &JobState::byteIPT_lese_Counter, ipt_read},
+    {"GPRS Schnittstelle", &JobState::byteSchnittstellenaenderung_Counter, change_interface},
 };
 
 constexpr Move start_gprs_jobs[] = {
@@ -86,6 +95,7 @@ constexpr Move start_gprs_jobs[] = {
 /// Where a job goes on when its device identified itself: it is in command mode, so the rest of the opening
 /// is left out.
 constexpr Move past_opening[] = {
+    {&JobState::boolUART_umstellen, &JobState::byteSchnittstellenaenderung_Counter, 5},
     {&JobState::boolPIN_Status_lesen, &JobState::bytePin_Status_Counter, 4},
     {&JobState::boolREG_lesen, &JobState::byteGSM_Reg_Counter, 4},
     {&JobState::boolFeld_lesen, &JobState::byteGSM_Signal_Counter, 4},
@@ -125,6 +135,9 @@ constexpr auto own_replies = std::to_array<Reply>({
      .take = take_opening,
      .moves = past_opening,
      .restart = 100ms},
+    // Before the rows of the jobs that arm the same flag.
+    change_reply("IMEI:", &JobState::boolKommunikations_Fehler76, 5),
+    change_reply("IMEI:", &JobState::boolKommunikations_Fehler77, 9),
     {.contains = "IMEI:",
      .awaited = &JobState::boolKommunikations_Fehler41,
      .counter = &JobState::bytePin_Counter,

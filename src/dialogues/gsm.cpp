@@ -1,4 +1,5 @@
 #include "dialogues/families.hpp"
+#include "dialogues/interface_change.hpp"
 #include "dialogues/mobile.hpp"
 
 #include <algorithm>
@@ -124,6 +125,19 @@ constexpr Step imei[] = {
     {.number = 2, .end = End::drop},
 };
 
+constexpr Step change_interface[] = {
+    {.number = 1,
+     .status = "Verbindungsprüfung",
+     .send = "AT**TIME?",
+     .wait = 2s,
+     .awaits = &JobState::boolKommunikations_Fehler76},
+    change(2, changing_rate, baud_command),
+    change(3, changing_format, format_command),
+    save_format(4),
+    check_new_format(5, "AT**TIME?", in_new_format),
+    format_changed(6, "Das GSM-Modem wurde erfolgreich parametriert."),
+};
+
 constexpr Job jobs[] = {
     {"GSM Anwahl", &JobState::byteAnwahl_Counter, mobile_dial},
     {"GSM konfigurieren", &JobState::byteParametrier_Counter, configure},
@@ -134,6 +148,7 @@ constexpr Job jobs[] = {
     {"GSM Registrierung", &JobState::byteGSM_Reg_Counter, registration},
     {"GSM Signal", &JobState::byteGSM_Signal_Counter, signal},
     {"GSM IMEI", &JobState::byteIMEI_Counter, imei},
+    {"GSM Schnittstelle", &JobState::byteSchnittstellenaenderung_Counter, change_interface},
 };
 
 bool note_newer_device(Desk &desk, const Found &) {
@@ -150,6 +165,8 @@ constexpr Reply replies[] = {
     carrier_up,
     carrier_down,
     carrier_back,
+    change_reply("TIME:", &JobState::boolKommunikations_Fehler76, 2),
+    change_reply("TIME:", &JobState::boolKommunikations_Fehler77, 6),
     time_reply(&JobState::boolKommunikations_Fehler41, &JobState::bytePin_Counter, 2, 100ms),
     time_reply(&JobState::boolKommunikations_Fehler43, &JobState::byteGSM_Reg_Counter, 2, 100ms),
     pin_lock("inactive", show_no_pin, 2),

@@ -1,4 +1,5 @@
 #include "dialogues/families.hpp"
+#include "dialogues/interface_change.hpp"
 #include "dialogues/shared.hpp"
 
 namespace telvox {
@@ -151,6 +152,32 @@ constexpr Step remote_alarm_off[] = {
     {.number = 4, .end = End::hang_up, .message = alarm_is_off},
 };
 
+/// The device's rates begin with 1200.
+int rate_code(const Desk &desk) { return place_of_new_rate(desk) - 1; }
+std::string parity_command(const Desk &desk) {
+    return "AT**PRTY=" + std::to_string(std::string_view("noe").find(new_format(desk).parity));
+}
+
+/// What was told is in force once it is saved.
+constexpr Step change_interface[] = {
+    {.number = 1,
+     .status = checking_format,
+     .send = "ATI1",
+     .wait = 1500ms,
+     .awaits = &JobState::boolKommunikations_Fehler76},
+    {.number = 2,
+     .when = [](const Desk &d) { return rate_code(d) < 1; },
+     .end = End::failed,
+     .message = "Das ISDN-Modem unterstützt keine Baudraten < 1200 Baud"},
+    change(2, changing_rate, [](const Desk &d) { return "AT%B" + std::to_string(rate_code(d)); }),
+    change(3, "Datenformat Parity umstellen", parity_command),
+    change(4, changing_format,
+           [](const Desk &d) { return "AT**DBITS=" + std::to_string(new_format(d).data_bits); }),
+    save_format(5),
+    check_new_format(6, "ATI1", in_new_format),
+    format_changed(7, "Das ISDN-Modem wurde erfolgreich parametriert."),
+};
+
 constexpr Job jobs[] = {
     {"ISDN Anwahl", &JobState::byteAnwahl_Counter, dial},
     {"ISDN konfigurieren", &JobState::byteParametrier_Counter, configure},
@@ -161,6 +188,7 @@ constexpr Job jobs[] = {
     {"ISDN fern Alarm aus", &JobState::byteISDN_Fern_Alarm_aus_Counter, remote_alarm_off},
     {"ISDN MSN", &JobState::byteMSN_Counter, set_msn},
     {"ISDN Anschlussart", &JobState::byteISDN_Anschluss_Counter, set_line_type},
+    {"ISDN Schnittstelle", &JobState::byteSchnittstellenaenderung_Counter, change_interface},
 };
 
 constexpr Move start_remote_jobs[] = {
@@ -199,6 +227,8 @@ constexpr Reply identified(FlagOf awaited, CounterOf counter, Counter becomes, m
 }
 
 constexpr Reply replies[] = {
+    change_reply("64", &JobState::boolKommunikations_Fehler76, 2),
+    change_reply("64", &JobState::boolKommunikations_Fehler77, 7),
     {.contains = "NEW ALARM TEXT: ",
      .awaited = &JobState::boolKommunikations_Fehler31,
      .counter = &JobState::byteParametrier_Counter,
