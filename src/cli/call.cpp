@@ -22,9 +22,15 @@ void check_options(const Call &call) {
                              " gehört nur zu " + jobs_with(name));
     if (!call.file.empty())
         return;
+    const auto require = [&](const char *name) {
+        if (!call.find(name))
+            throw UsageError(std::string(call.job->name) + ": " + name + " fehlt");
+    };
     for (const Option &option : call.job->options)
-        if (option.required && !call.find(option.name))
-            throw UsageError(std::string(call.job->name) + ": " + option.name + " fehlt");
+        if (option.required)
+            require(option.name);
+    if (call.job->also_needs)
+        require(call.job->also_needs);
 }
 
 /// "--port N=GERÄT" names a device to every job; without "=" it is a value like others, the TCP port.
@@ -111,6 +117,8 @@ Call parse_call(const std::vector<std::string> &all) {
             flag(call.trace);
         } else if (name == "--trotzdem") {
             flag(call.despite);
+        } else if (name == "--speichern") {
+            flag(call.save);
         } else if (name == "--aus") {
             arguments.once();
             call.file = arguments.value();

@@ -24,6 +24,7 @@ struct Call {
     std::string file;                    ///< "--aus": more values; "-" is standard input
     bool trace = false;
     bool despite = false; ///< "--trotzdem": questions are answered Ja
+    bool save = false;    ///< "--speichern": the formats go into the settings file
     bool help = false;
 
     /// The option's value, nullptr if it was not given.

@@ -16,6 +16,7 @@ std::string every_job_takes() {
                      "liest Angaben als Zeilen name=wert, wie sie die Leseaufträge ausgeben; "
                      "was daneben angegeben ist, geht vor") +
            help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") +
+           help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini") +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +
            common_options_help();

@@ -119,6 +119,22 @@ constexpr JobCommand commands[] = {
      .button = at<&Desk::frmGateway, &FrmGateway::cbuEthernet_GW_Kabel>,
      .menu = main_window<&FrmModem::mnuGateway>,
      .options = gateway_rows},
+    {.name = "schnittstelle-aendern",
+     .help = "Schnittstellenparameter des Geräts ändern und speichern",
+     .button = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdUART_Einstellung_aendern>,
+     .menu = main_window<&FrmModem::mnuEinstellungen>,
+     .options = change_rows,
+     .also_needs = "--schnittstelle",
+     .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
+    {.name = "einstellungen",
+     .help = "nennt die Schnittstellenparameter und den Ordner von Com.ini",
+     .result =
+         [](Desk &d) {
+             return "com-direkt=" + d.session.strCOMparameter_direkt +
+                    "\ncom-fern=" + d.session.strCOMparameter_fern +
+                    "\nordner=" + d.folders.settings.string();
+         },
+     .look = [](Telvox &) {}},
     {.name = "schnittstellen",
      .help = "nennt die Schnittstellen: Gerät, Beschreibung, ob sie sich öffnen lassen",
      .result = ports,

@@ -17,6 +17,8 @@ struct JobCommand {
     ControlOf button = nullptr;
     ControlOf menu = nullptr; ///< opens the dialog that the button is in
     std::span<const Option> options = {};
+    const char *also_needs = nullptr;        ///< option of the main window without which there is no job
+    ControlOf afterwards = nullptr;          ///< button that keeps what the job has brought
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
     /// For a job that only tells something: what happens in place of a button.
     void (*look)(Telvox &) = nullptr;

@@ -89,9 +89,12 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     };
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
-    at_the_form.work(call);
+    if (!at_the_form.work(call))
+        return job_failed;
     if (program.busy())
         application.exec();
+    const bool ended_well = program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
+    const bool kept = !ended_well || at_the_form.keep(call);
     program.Form_Unload();
     if (interrupted != 0)
         return interrupted;
@@ -102,7 +105,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     if (program.outcome() == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
             out.remarks.line("telvox-cli: siehe " + option);
-    return exit_code(program.outcome());
+    return kept ? exit_code(program.outcome()) : job_failed;
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {

@@ -38,6 +38,16 @@ std::vector<std::string> split(const std::string &text) {
     return {std::istream_iterator<std::string>(stream), {}};
 }
 
+void check_format(const Given &given) {
+    if (!parse_format(given.value))
+        throw UsageError(given.from + ": \"" + given.value +
+                         "\" ist keine Angabe wie 2400,e,8,1 (Baudrate, Parität, Daten- und Stoppbits)");
+}
+
+std::string no_such_format(const std::string &value) {
+    return ": \"" + value + "\" steht in den Einstellungen nicht zur Wahl";
+}
+
 /// Why a field keeps another text than it was given.
 std::string why_not(const Option &option, const std::string &value, const std::string &kept,
                     KeyFilter accepts, std::size_t limit) {
@@ -54,22 +64,36 @@ std::string why_not(const Option &option, const std::string &value, const std::s
 
 } // namespace
 
-void Operator::work(const Call &call) {
+bool Operator::work(const Call &call) {
     choose_variant_and_way(call);
     fill(alarm_options(), call);
     fill(way_options(), call);
+    if (call.save && !save_formats(call))
+        return false;
     if (call.job->menu) {
         auto &entry = dynamic_cast<MenuEntry &>(call.job->menu(program_.desk));
         require_usable(call.job->name, entry);
         program_.click(entry);
+        check_formats_shown(call);
     }
     fill(call.job->options, call);
     pressed_ = true;
-    if (call.job->look)
-        return call.job->look(program_);
+    if (call.job->look) {
+        call.job->look(program_);
+        return true;
+    }
     auto &button = dynamic_cast<Button &>(call.job->button(program_.desk));
     require_usable(call.job->name, button);
     program_.click(button);
+    return true;
+}
+
+bool Operator::keep(const Call &call) {
+    if (!call.job->afterwards)
+        return true;
+    auto &button = dynamic_cast<Button &>(call.job->afterwards(program_.desk));
+    program_.click(button);
+    return !button.form->open;
 }
 
 void Operator::choose_variant_and_way(const Call &call) {
@@ -118,6 +142,8 @@ void Operator::put(const Option &option, const Given &given) {
         return choose(option, given);
     if (option.format)
         return set_format(option, given);
+    if (option.combos)
+        return set_combos(option, given);
     Control &field = option.field(program_.desk);
     if (auto *box = dynamic_cast<TextBox *>(&field))
         return enter(option, *box, given);
@@ -195,10 +221,42 @@ int Operator::port_number(const Given &given) {
 }
 
 void Operator::set_format(const Option &option, const Given &given) {
-    if (!parse_format(given.value))
-        throw UsageError(given.from + ": \"" + given.value +
-                         "\" ist keine Angabe wie 2400,e,8,1 (Baudrate, Parität, Daten- und Stoppbits)");
+    check_format(given);
     program_.desk.session.*option.format = given.value;
+}
+
+void Operator::set_combos(const Option &option, const Given &given) {
+    check_format(given);
+    const SerialCombos &combos = program_.desk.frmEinstellungen.*option.combos;
+    unlock(option, combos.baud, given);
+    const SerialFormat format = *parse_format(given.value);
+    program_.select(combos.baud, std::to_string(format.baud));
+    program_.select(combos.bits, std::to_string(format.data_bits));
+    for (const std::string &parity : combos.parity.items)
+        if (parity.front() == format.parity)
+            program_.select(combos.parity, parity);
+    program_.select(combos.stop, std::to_string(format.stop_bits));
+    if (combos.settings() != given.value)
+        throw UsageError(given.from + no_such_format(given.value));
+}
+
+bool Operator::save_formats(const Call &call) {
+    FrmEinstellungen &form = program_.desk.frmEinstellungen;
+    program_.click(program_.desk.frmModem.mnuEinstellungen);
+    check_formats_shown(call);
+    program_.click(form.cmdOK);
+    return !form.open;
+}
+
+void Operator::check_formats_shown(const Call &call) const {
+    const FrmEinstellungen &form = program_.desk.frmEinstellungen;
+    const auto check = [&](const char *option, const SerialCombos &combos) {
+        const Given *given = form.open ? call.find(option) : nullptr;
+        if (given && combos.settings() != given->value)
+            throw UsageError(given->from + no_such_format(given->value));
+    };
+    check("--com-direkt", form.direkt);
+    check("--com-fern", form.fern);
 }
 
 void Operator::unlock(const Option &option, const Control &field, const Given &given) {

@@ -13,7 +13,10 @@ class Operator {
     Operator(Telvox &program, PortMap &ports) : program_(program), ports_(ports) {}
 
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
-    void work(const Call &call);
+    /// Returns false when something else failed on the way, which a message has told.
+    bool work(const Call &call);
+    /// Has what a job has brought kept, where it is one that brings something. Returns false if that failed.
+    bool keep(const Call &call);
 
     /// The job's button was pressed: what the program says from now on is about the job.
     [[nodiscard]] bool pressed() const { return pressed_; }
@@ -33,6 +36,9 @@ class Operator {
     void tick(const Option &option, CheckBox &box, const Given &given);
     void choose_port(ComboBox &list, const Given &given);
     void set_format(const Option &option, const Given &given);
+    void set_combos(const Option &option, const Given &given);
+    bool save_formats(const Call &call);
+    void check_formats_shown(const Call &call) const;
     void unlock(const Option &option, const Control &field, const Given &given);
     void require_usable(const std::string &what, const Control &control) const;
     int port_number(const Given &given);

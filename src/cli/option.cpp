@@ -26,6 +26,8 @@ std::string value_of(const Option &option, Desk &desk) {
             return word.word;
     if (option.format)
         return desk.session.*option.format;
+    if (option.combos)
+        return (desk.frmEinstellungen.*option.combos).settings();
     return option.field ? kept(option.field(desk)) : std::string();
 }
 

@@ -22,8 +22,8 @@ struct Word {
 };
 
 /// An option that fills a field of a window: a row of the help, of a call, of the values that a job prints.
-/// It chooses one of `words`, or sets the `format`, or goes into `field`: a text box, a check box ("ein",
-/// "aus"), a list that can be typed into, or a port list (COM number or device).
+/// It chooses one of `words`, or sets a serial format ("2400,e,8,1"), or goes into `field`: a text box, a
+/// check box ("ein", "aus"), a list that can be typed into, or a port list (COM number or device).
 struct Option {
     const char *name;  ///< "--apn"
     const char *value; ///< how the help writes its value
@@ -35,8 +35,9 @@ struct Option {
     std::span<const ControlOf> needs = {};
     bool required = false; ///< the job means nothing without it
     bool secret = false;   ///< never shown; "-" reads it from standard input
-    /// Text of the session that a format goes to.
+    /// Text of the session, or boxes of the settings dialog, that a format goes to.
     std::string Session::*format = nullptr;
+    SerialCombos FrmEinstellungen::*combos = nullptr;
 };
 
 /// The value that the option's field has now.

@@ -101,6 +101,15 @@ inline constexpr Option line_type_rows[] = {{.name = "--anschlussart",
                                              .words = line_types,
                                              .required = true}};
 
+inline constexpr ControlOf change_tick[] = {
+    at<&Desk::frmEinstellungen, &FrmEinstellungen::cboSchnittstelle_aendern>};
+inline constexpr Option change_rows[] = {{.name = "--neu",
+                                          .value = "9600,n,8,1",
+                                          .help = "Parameter, die das Gerät bekommt",
+                                          .needs = change_tick,
+                                          .required = true,
+                                          .combos = &FrmEinstellungen::soll}};
+
 // ------------------------------------------------------------------------------------------------- GPRS
 
 template <auto Member> inline constexpr ControlOf gprs = at<&Desk::frmGPRS, Member>;
