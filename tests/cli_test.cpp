@@ -256,10 +256,10 @@ TEST(CliCall, WhatAJobPrintsIsWhatItTakes) {
         std::string lines;
     } cases[] = {
         {"gprs-lesen", "gprs-schreiben",
-         "apn=\nppp=kein\nbenutzer=\nkennwort=\nziel-ip=\nziel-port=\ndomain=\ndomain-port=\nnummer1=\n"
+         "apn=\nppp=keine\nbenutzer=\nkennwort=\nziel-ip=\nziel-port=\ndomain=\ndomain-port=\nnummer1=\n"
          "nummer2=\ncallback1=kein\ncallback2=kein\nstandleitung=aus\nkeep-alive=0"},
         {"gprs-lesen", "gprs-schreiben",
-         "apn=Netz: x.y (z) \nppp=kein\nbenutzer=ich \nkennwort=-\nziel-ip=1.2.3.4\nziel-port=1\ndomain=a.b\n"
+         "apn=Netz: x.y (z) \nppp=keine\nbenutzer=ich \nkennwort=-\nziel-ip=1.2.3.4\nziel-port=1\ndomain=a.b\n"
          "domain-port=65535\nnummer1=+49\nnummer2=0171\ncallback1=ip\ncallback2=domain\nstandleitung=ip\n"
          "keep-alive=255"},
         {"ipt-lesen", "ipt-schreiben",

@@ -36,7 +36,7 @@ std::string help_of(const JobCommand &job) {
         text += "Optionen des Auftrags:\n" + lines(job.options) + "\n";
     if (job.button)
         text += "Gerät und Weg:\n" + lines(way_options()) + "\n";
-    if (job.button && !job.menu)
+    if (job.button && !job.menu && !job.result)
         text += "Alarmmeldung:\n" + lines(alarm_options()) + "\n";
     return text + "Allgemein:\n" + every_job_takes();
 }

@@ -126,6 +126,15 @@ constexpr JobCommand commands[] = {
      .options = change_rows,
      .also_needs = "--schnittstelle",
      .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
+    {.name = "erkennen",
+     .help = "stellt fest, was am Kabel hängt; ausgegeben als typ=... und com-direkt=...",
+     .button = main_window<&FrmModem::cbuErkennen>,
+     .also_needs = "--schnittstelle",
+     .result =
+         [](Desk &d) {
+             return "typ=" + value_of(*find_option("--typ"), d) + "\ncom-direkt=" +
+                    d.session.strCOMparameter_direkt;
+         }},
     {.name = "einstellungen",
      .help = "nennt die Schnittstellenparameter und den Ordner von Com.ini",
      .result =

@@ -114,7 +114,7 @@ inline constexpr Option change_rows[] = {{.name = "--neu",
 
 template <auto Member> inline constexpr ControlOf gprs = at<&Desk::frmGPRS, Member>;
 
-inline constexpr Word ppp_modes[] = {{"kein", gprs<&FrmGPRS::optPPP_kein>},
+inline constexpr Word ppp_modes[] = {{"keine", gprs<&FrmGPRS::optPPP_kein>},
                                      {"pap", gprs<&FrmGPRS::optPPP_PAP>}};
 inline constexpr Word first_targets[] = {{"kein", gprs<&FrmGPRS::optCallback1_kein>},
                                          {"ip", gprs<&FrmGPRS::optCallback1_IP>},
@@ -130,8 +130,8 @@ inline constexpr ControlOf ppp_on[] = {gprs<&FrmGPRS::optPPP_PAP>};
 inline constexpr Option gprs_rows[] = {
     {.name = "--apn", .value = "TEXT", .help = "Access Point Name", .field = gprs<&FrmGPRS::cobAPN>},
     {.name = "--ppp",
-     .value = "kein|pap",
-     .help = "Authentifizierung; sonst kein, mit --benutzer oder --kennwort pap",
+     .value = "keine|pap",
+     .help = "Authentifizierung; sonst keine, mit --benutzer oder --kennwort pap",
      .words = ppp_modes},
     {.name = "--benutzer",
      .value = "TEXT",
