@@ -130,6 +130,11 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"imei --typ gsm --verbindung fern", "imei gibt es nicht mit --typ gsm --verbindung fern"},
         {"anschlussart --anschlussart s0", "punkt-zu-punkt, mehrgeraete"},
         {"alarmtest --com-direkt 2400,,8,1", "--com-direkt"},
+        {"schnittstelle-aendern --neu 9600,n,8,1", "--schnittstelle fehlt"},
+        {"schnittstelle-aendern --schnittstelle 3 --neu 57600,n,8,1", "--neu: \"57600,n,8,1\" steht in den"},
+        {"schnittstelle-aendern --schnittstelle 3 --com-direkt 57600,n,8,1 --neu 300,n,8,1",
+         "--com-direkt: \"57600,n,8,1\" steht in den Einstellungen nicht zur Wahl"},
+        {"einstellungen --speichern --com-fern 300,n,8,1", "--com-fern: \"300,n,8,1\" steht"},
         {"alarmtest --port 7", "--port erwartet N=GERÄT; ein TCP-Port gehört nur zu ethernet-ip"},
         {"gprs-schreiben --keep-alive 256", "--keep-alive: nicht möglich, daraus würde \"255\""},
         {"gprs-schreiben --ziel-ip 1,2", "--ziel-ip: nur Ziffern und ."},
@@ -259,7 +264,8 @@ TEST(CliCall, WhatAJobPrintsIsWhatItTakes) {
          "apn=\nppp=keine\nbenutzer=\nkennwort=\nziel-ip=\nziel-port=\ndomain=\ndomain-port=\nnummer1=\n"
          "nummer2=\ncallback1=kein\ncallback2=kein\nstandleitung=aus\nkeep-alive=0"},
         {"gprs-lesen", "gprs-schreiben",
-         "apn=Netz: x.y (z) \nppp=keine\nbenutzer=ich \nkennwort=-\nziel-ip=1.2.3.4\nziel-port=1\ndomain=a.b\n"
+         "apn=Netz: x.y (z) \nppp=keine\nbenutzer=ich "
+         "\nkennwort=-\nziel-ip=1.2.3.4\nziel-port=1\ndomain=a.b\n"
          "domain-port=65535\nnummer1=+49\nnummer2=0171\ncallback1=ip\ncallback2=domain\nstandleitung=ip\n"
          "keep-alive=255"},
         {"ipt-lesen", "ipt-schreiben",

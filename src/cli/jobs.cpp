@@ -132,15 +132,15 @@ constexpr JobCommand commands[] = {
      .also_needs = "--schnittstelle",
      .result =
          [](Desk &d) {
-             return "typ=" + value_of(*find_option("--typ"), d) + "\ncom-direkt=" +
-                    d.session.strCOMparameter_direkt;
+             return "typ=" + value_of(*find_option("--typ"), d) +
+                    "\ncom-direkt=" + value_of(*find_option("--com-direkt"), d);
          }},
     {.name = "einstellungen",
      .help = "nennt die Schnittstellenparameter und den Ordner von Com.ini",
      .result =
          [](Desk &d) {
-             return "com-direkt=" + d.session.strCOMparameter_direkt +
-                    "\ncom-fern=" + d.session.strCOMparameter_fern +
+             return "com-direkt=" + value_of(*find_option("--com-direkt"), d) +
+                    "\ncom-fern=" + value_of(*find_option("--com-fern"), d) +
                     "\nordner=" + d.folders.settings.string();
          },
      .look = [](Telvox &) {}},

@@ -105,7 +105,12 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     if (program.outcome() == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
             out.remarks.line("telvox-cli: siehe " + option);
-    return kept ? exit_code(program.outcome()) : job_failed;
+    if (!kept) {
+        out.remarks.line("telvox-cli: Das Gerät spricht jetzt mit --com-direkt " +
+                         program.desk.session.strCOMparameter_direkt);
+        return job_failed;
+    }
+    return exit_code(program.outcome());
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {

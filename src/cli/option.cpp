@@ -1,5 +1,7 @@
 #include "cli/option.hpp"
 
+#include "core/serial_format.hpp"
+
 #include <cctype>
 #include <vector>
 
@@ -24,8 +26,11 @@ std::string value_of(const Option &option, Desk &desk) {
     for (const Word &word : option.words)
         if (dynamic_cast<const OptionButton &>(word.button(desk)).value)
             return word.word;
-    if (option.format)
-        return desk.session.*option.format;
+    if (option.format) { // the port gets the usual format where the session holds none that it could have
+        const std::string &held = desk.session.*option.format;
+        const bool remote = option.format == &Session::strCOMparameter_fern;
+        return parse_format(held) ? held : remote ? default_fern : default_direkt;
+    }
     if (option.combos)
         return (desk.frmEinstellungen.*option.combos).settings();
     return option.field ? kept(option.field(desk)) : std::string();
