@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QSerialPort>
 #include <QThread>
 #include <gmock/gmock.h>
 
@@ -202,9 +203,9 @@ TEST_F(SerialAdapter, ReportsALostPeerOnceAndRests) {
 TEST_F(SerialAdapter, AHangUpIsSeenWithoutReading) {
     QSerialPort raw(QString::fromStdString(master.device()));
     ASSERT_TRUE(raw.open(QIODevice::ReadWrite));
-    EXPECT_FALSE(os::hung_up(raw));
+    EXPECT_FALSE(os::hung_up(raw.handle()));
     master.hang_up();
-    EXPECT_TRUE(os::hung_up(raw));
+    EXPECT_TRUE(os::hung_up(raw.handle()));
 }
 
 TEST_F(SerialAdapter, APortWithoutPinsIsNoLostPort) {

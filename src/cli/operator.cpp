@@ -6,6 +6,7 @@
 #include "ports/os.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <sstream>
 
 namespace telvox::cli {

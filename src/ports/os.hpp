@@ -1,11 +1,17 @@
 #pragma once
 
-#include <QSerialPort>
 #include <string>
 #include <vector>
 
 /// What the operating systems do differently about serial devices and calls.
 namespace telvox::os {
+
+/// What the system knows an open port by.
+#ifdef _WIN32
+using PortHandle = void *;
+#else
+using PortHandle = int;
+#endif
 
 /// The call's arguments behind the program's name, UTF-8.
 [[nodiscard]] std::vector<std::string> arguments(int argc, char **argv);
@@ -28,12 +34,12 @@ extern const bool ports_have_numbers;
 [[nodiscard]] std::string refusal(const std::string &device);
 
 /// Keeps every other program off the open port, also one with all rights. False if another one has it.
-[[nodiscard]] bool claim(const QSerialPort &port);
+[[nodiscard]] bool claim(PortHandle port);
 
 /// Whether the far end of an open port is gone. Reading does not tell it for every kind of port.
-[[nodiscard]] bool hung_up(const QSerialPort &port);
+[[nodiscard]] bool hung_up(PortHandle port);
 
 /// Whether bytes that were handed to the system are still waiting to leave the open port.
-[[nodiscard]] bool output_pending(const QSerialPort &port);
+[[nodiscard]] bool output_pending(PortHandle port);
 
 } // namespace telvox::os

@@ -77,24 +77,24 @@ std::string refusal(const std::string &device) {
     return {};
 }
 
-bool claim(const QSerialPort &port) {
+bool claim(PortHandle port) {
     // The exclusive mode that the port sets itself does not hold against the superuser, this lock does.
-    return ::flock(port.handle(), LOCK_EX | LOCK_NB) == 0;
+    return ::flock(port, LOCK_EX | LOCK_NB) == 0;
 }
 
-bool hung_up(const QSerialPort &port) {
-    pollfd state{.fd = port.handle(), .events = 0, .revents = 0};
+bool hung_up(PortHandle port) {
+    pollfd state{.fd = port, .events = 0, .revents = 0};
     return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
-bool output_pending(const QSerialPort &port) {
+bool output_pending(PortHandle port) {
     int waiting = 0;
-    if (::ioctl(port.handle(), TIOCOUTQ, &waiting) == 0 && waiting > 0)
+    if (::ioctl(port, TIOCOUTQ, &waiting) == 0 && waiting > 0)
         return true;
 #ifdef TIOCSERGETLSR
     // An empty queue leaves up to a FIFO of bytes on their way where the hardware has one.
     int transmitter = 0;
-    if (::ioctl(port.handle(), TIOCSERGETLSR, &transmitter) == 0)
+    if (::ioctl(port, TIOCSERGETLSR, &transmitter) == 0)
         return (transmitter & TIOCSER_TEMT) == 0;
 #endif
     return false;

@@ -1,12 +1,24 @@
 #include "ports/os.hpp"
 
-#include <QString>
 #include <windows.h>
 
+#include <algorithm>
 #include <charconv>
 #include <shellapi.h>
 
 namespace telvox::os {
+
+namespace {
+
+std::string utf8(const wchar_t *wide) {
+    const int size = ::WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(std::max(size, 1)), '\0');
+    ::WideCharToMultiByte(CP_UTF8, 0, wide, -1, text.data(), size, nullptr, nullptr);
+    text.pop_back(); // the terminator, which was counted
+    return text;
+}
+
+} // namespace
 
 std::vector<std::string> arguments(int, char **) {
     ::SetConsoleOutputCP(CP_UTF8);
@@ -14,7 +26,7 @@ std::vector<std::string> arguments(int, char **) {
     wchar_t **wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
     std::vector<std::string> all;
     for (int i = 1; wide && i < count; ++i)
-        all.push_back(QString::fromWCharArray(wide[i]).toStdString());
+        all.push_back(utf8(wide[i]));
     ::LocalFree(wide);
     return all;
 }
@@ -23,7 +35,15 @@ void reserve_standard_streams() {} // handles are no small numbers here
 
 bool has_display() { return true; }
 
-bool exists(const std::string &) { return true; }
+bool exists(const std::string &device) {
+    constexpr std::string_view prefix = "\\\\.\\"; // "\\.\COM12" and "COM12" are one port
+    const bool prefixed = device.starts_with(prefix);
+    wchar_t target[256];
+    // Port names are ASCII; whatever else stands there names none.
+    const std::wstring name(device.begin() + (prefixed ? prefix.size() : 0), device.end());
+    return !name.empty() &&
+           ::QueryDosDeviceW(name.c_str(), target, static_cast<DWORD>(std::size(target))) != 0;
+}
 
 const bool ports_have_numbers = true;
 
@@ -36,13 +56,13 @@ int port_number(const std::string &device) {
 }
 
 std::string refusal(const std::string &) { return {}; }
-bool claim(const QSerialPort &) { return true; } // the system opens a port only once
-bool hung_up(const QSerialPort &) { return false; }
+bool claim(PortHandle) { return true; } // the system opens a port only once
+bool hung_up(PortHandle) { return false; }
 
-bool output_pending(const QSerialPort &port) {
+bool output_pending(PortHandle port) {
     COMSTAT status{};
     DWORD errors = 0;
-    return ::ClearCommError(port.handle(), &errors, &status) && status.cbOutQue > 0;
+    return ::ClearCommError(port, &errors, &status) && status.cbOutQue > 0;
 }
 
 } // namespace telvox::os

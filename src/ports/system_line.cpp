@@ -38,7 +38,7 @@ class SystemLine final : public QObject, public Line {
         if (!port_.isOpen())
             return;
         // What still waits would hold the closing up for as long as the system thinks fit.
-        if (port_.bytesToWrite() > 0 || os::output_pending(port_))
+        if (port_.bytesToWrite() > 0 || os::output_pending(port_.handle()))
             port_.clear(QSerialPort::Output);
         port_.close();
     }
@@ -53,7 +53,7 @@ class SystemLine final : public QObject, public Line {
         apply(port_, format); // before opening, or the first bytes run in another format
         if (!port_.open(QIODevice::ReadWrite))
             return cause_of_failure();
-        if (!os::claim(port_))
+        if (!os::claim(port_.handle()))
             return port_busy;
         port_.setDataTerminalReady(true);
         // The devices use no flow control; an adapter that powers its line driver from RTS needs it on.
@@ -76,7 +76,7 @@ class SystemLine final : public QObject, public Line {
         while (port_.bytesToWrite() > 0 && left() > 0)
             if (!port_.waitForBytesWritten(left()))
                 return;
-        while (left() > 0 && os::output_pending(port_))
+        while (left() > 0 && os::output_pending(port_.handle()))
             QThread::msleep(drain_poll_ms);
     }
 
@@ -101,7 +101,7 @@ class SystemLine final : public QObject, public Line {
         });
         connect(&carrier_watch_, &QTimer::timeout, this, [this] { look_at_carrier(); });
         connect(&hang_up_watch_, &QTimer::timeout, this, [this] {
-            if (os::hung_up(port_))
+            if (os::hung_up(port_.handle()))
                 report_(CommEvent::lost);
         });
         hang_up_watch_.setTimerType(Qt::CoarseTimer);
