@@ -108,7 +108,8 @@ TEST(ReceiveBuffer, IsBounded) {
 class SettingsFile : public testing::Test {
   protected:
     void SetUp() override {
-        folder = fs::temp_directory_path() / ("telvox_test_" + std::to_string(::getpid()));
+        // A user's name can stand in the path, umlauts and all.
+        folder = fs::temp_directory_path() / fs::path(u8"telvox_prüfung_").concat(std::to_string(::getpid()));
         fs::create_directories(folder);
     }
     void TearDown() override {
@@ -186,25 +187,26 @@ TEST_F(SettingsFile, DamageNeverReachesThePort) {
 
 TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
     session.strCOMparameter_direkt = "2400,e,8,1";
-    // /dev/full is a disk without room: the draft is a link to it.
     write(factory_file);
-    fs::create_symlink("/dev/full", folder / "Com.ini.neu");
-    EXPECT_FALSE(prz_Einstellungen_speichern(session, folder, {"300", "7", "odd", "2"},
-                                             {"300", "7", "odd", "2"}, outbox));
-    EXPECT_EQ(session.strCOMparameter_direkt, "2400,e,8,1");
-    EXPECT_EQ(read(), factory_file);
-    EXPECT_FALSE(prz_Einstellungen_speichern(session, "/dev/null/x", {"300", "7", "odd", "2"},
-                                             {"300", "7", "odd", "2"}, outbox));
     fs::create_directories(folder / "sub" / "Com.ini" / "x");
-    EXPECT_FALSE(prz_Einstellungen_speichern(session, folder / "sub", {"300", "7", "odd", "2"},
-                                             {"300", "7", "odd", "2"}, outbox));
-    const auto boxes = outbox.take();
-    const std::array reasons = {"Der Datenträger ist voll.", "Der Ordner ist nicht vorhanden.",
-                                "An der Stelle der Datei steht ein Ordner."};
-    ASSERT_EQ(boxes.size(), reasons.size());
-    for (std::size_t i = 0; i < reasons.size(); ++i)
-        EXPECT_EQ(boxes[i].message.text,
-                  std::string("Die Einstellungen konnten nicht gespeichert werden.\r") + reasons[i]);
+    std::vector<std::pair<fs::path, const char *>> cases{
+        {folder / "Com.ini" / "x", "Der Ordner ist nicht vorhanden."},
+        {folder / "sub", "An der Stelle der Datei steht ein Ordner."}};
+#ifndef _WIN32
+    // /dev/full is a disk without room: the draft is a link to it.
+    fs::create_symlink("/dev/full", folder / "Com.ini.neu");
+    cases.emplace_back(folder, "Der Datenträger ist voll.");
+#endif
+    for (const auto &[place, why] : cases) {
+        EXPECT_FALSE(prz_Einstellungen_speichern(session, place, {"300", "7", "odd", "2"},
+                                                 {"300", "7", "odd", "2"}, outbox));
+        EXPECT_EQ(session.strCOMparameter_direkt, "2400,e,8,1");
+        EXPECT_EQ(read(), factory_file);
+        const auto boxes = outbox.take();
+        ASSERT_EQ(boxes.size(), 1u);
+        EXPECT_EQ(boxes[0].message.text,
+                  std::string("Die Einstellungen konnten nicht gespeichert werden.\r") + why);
+    }
 }
 
 TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {

@@ -43,8 +43,10 @@ int replace_file(const fs::path &target, const std::string &content) {
     int failed = file ? 0 : (errno != 0 ? errno : EIO);
     if (failed == 0) {
         fs::rename(draft, target, error);
-        failed = error.value();
+        failed = error.default_error_condition().value(); // an errno on every system
     }
+    if (failed != 0 && fs::is_directory(target, error))
+        failed = EISDIR; // some systems only say that it is not allowed
     if (failed != 0)
         fs::remove(draft, error);
     return failed;
