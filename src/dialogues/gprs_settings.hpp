@@ -73,20 +73,22 @@ inline std::optional<Labelled> found_line(const Found &found) {
     return labelled(found.all, found.text.substr(0, found.text.find(':') + 1));
 }
 
-// A job whose dialog was closed meanwhile reads to its end; opening the dialog sets all its fields anew.
+// The fills write into the dialog only while it is open: a job whose dialog was closed still reads to its
+// end.
 
 template <auto Box> bool fill_text(Desk &desk, const Found &found) {
     const auto line = found_line(found);
     if (!line || !starts_at(desk, line->position + line->value_at))
         return false;
-    write_value(desk.frmGPRS.*Box, line->text());
+    if (desk.frmGPRS.open)
+        write_value(desk.frmGPRS.*Box, line->text());
     return true;
 }
 
 /// "PPPAUTH: PAP=0"
 inline bool fill_authentication(Desk &desk, const Found &found) {
     const auto line = found_line(found);
-    if (line)
+    if (line && desk.frmGPRS.open)
         (line->code(13) == '0' ? desk.frmGPRS.optPPP_kein : desk.frmGPRS.optPPP_PAP).choose();
     return line.has_value();
 }
@@ -106,7 +108,7 @@ inline bool fill_callers(Desk &desk, const Found &found) {
             return false;
     }
     for (const Caller &caller : callers)
-        if (const auto line = labelled(found.all, caller.label))
+        if (const auto line = labelled(found.all, caller.label); line && desk.frmGPRS.open)
             write_value(desk.frmGPRS.*caller.box, line->text());
     return true;
 }
@@ -124,8 +126,12 @@ inline bool fill_callback(Desk &desk, const Found &found) {
     if (!line || !starts_at(desk, line->position + second))
         return false;
     FrmGPRS &form = desk.frmGPRS;
-    choose_target(line->code(first), form.optCallback1_kein, form.optCallback1_IP, form.optCallback1_Domain);
-    choose_target(line->code(second), form.optCallback2_kein, form.optCallback2_IP, form.optCallback2_Domain);
+    if (form.open) {
+        choose_target(line->code(first), form.optCallback1_kein, form.optCallback1_IP,
+                      form.optCallback1_Domain);
+        choose_target(line->code(second), form.optCallback2_kein, form.optCallback2_IP,
+                      form.optCallback2_Domain);
+    }
     return true;
 }
 
@@ -135,8 +141,9 @@ inline bool fill_leased_line(Desk &desk, const Found &found) {
     if (!line || !starts_at(desk, line->position + line->value_at))
         return false;
     FrmGPRS &form = desk.frmGPRS;
-    choose_target(line->code(line->value_at), form.optStandleitung_aus, form.optStandleitung_IP,
-                  form.optStandleitung_Domain);
+    if (form.open)
+        choose_target(line->code(line->value_at), form.optStandleitung_aus, form.optStandleitung_IP,
+                      form.optStandleitung_Domain);
     return true;
 }
 
