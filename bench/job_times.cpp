@@ -35,6 +35,21 @@ constexpr Answer answers[] = {
     {"AT+CREG?", "+CREG: 0,1"},
     {"AT+CSQ", "+CSQ: 17,0"},
     {"AT**IMEI?", "IMEI: 350123451234560"},
+    {"AT+CMGW=", "> "},
+    {"ATQ0", "OK"},
+    {"AT**GPRSAPN?", "GPRSAPN: a\r\nOK"},
+    {"AT**PPPUSER?", "PPPUSER: \r\nOK"},
+    {"AT**PPPPW?", "PPPPW: \r\nOK"},
+    {"AT**PPPAUTH?", "PPPAUTH: PAP=0\r\nOK"},
+    {"AT**AUTOIP?", "AUTOIP1: \r\nOK"},
+    {"AT**AUTOPORTIP?", "AUTOPORTIP1: 1\r\nOK"},
+    {"AT**AUTOURL?", "AUTOURL1: \r\nOK"},
+    {"AT**AUTOPORTURL?", "AUTOPORTURL1: 1\r\nOK"},
+    {"AT**CLIP?", "CLIP 1: \r\nCLIP 2: \r\nCLIP 3: \r\nOK"},
+    {"AT**Callback?", "CALLBACK: 0,0,3\r\nOK"},
+    {"AT**KEEP?", "KEEP: 0\r\nOK"},
+    {"AT**LL?", "LL1: 0\r\nOK"},
+    {"AT**IPT?", "IPT: 0\r\nIPTUSER: \r\nIPTPW: \r\nIPTKEYF: 7\r\nIPTKEYC: 7\r\nOK"},
     {"AT*V", "NEW ALARM TEXT: "},
     {"ATI", "64"},
     {"altxt=", "#"},
@@ -69,6 +84,13 @@ constexpr auto parametrieren = press_main<&FrmModem::cbuParametrieren>;
 constexpr auto test_alarm = press_main<&FrmModem::cbuTest>;
 constexpr auto alarm_off = press_main<&FrmModem::cbuAlarm_aus>;
 
+/// With an access point, so that nothing is asked.
+void gprs_write(Telvox &p) {
+    p.desk.frmGPRS.load();
+    p.select(p.desk.frmGPRS.cobAPN, "internet");
+    p.click(p.desk.frmGPRS.cbuGPRS_schreiben);
+}
+
 const JobCase cases[] = {
     {"Analog, cable: configure", &FrmModem::optAnalog, false, parametrieren},
     {"Analog, cable: test alarm", &FrmModem::optAnalog, false, test_alarm},
@@ -100,6 +122,26 @@ const JobCase cases[] = {
     {"GSM, remote: configure", &FrmModem::optGSM, true, parametrieren},
     {"GSM, remote: test alarm", &FrmModem::optGSM, true, test_alarm},
     {"GSM, remote: alarm off", &FrmModem::optGSM, true, alarm_off},
+    {"GPRS, cable: configure", &FrmModem::optGPRS, false, parametrieren},
+    {"GPRS, cable: alarm off", &FrmModem::optGPRS, false, alarm_off},
+    {"GPRS, cable: write", &FrmModem::optGPRS, false, gprs_write},
+    {"GPRS, cable: read", &FrmModem::optGPRS, false, press_dialog<&Desk::frmGPRS, &FrmGPRS::cbuGPRS_lesen>},
+    {"GPRS, cable: IPT write", &FrmModem::optGPRS, false,
+     press_dialog<&Desk::frmIPT, &FrmIPT::cbuIPT_schreiben>},
+    {"GPRS, cable: IPT read", &FrmModem::optGPRS, false, press_dialog<&Desk::frmIPT, &FrmIPT::cbuIPT_lesen>},
+    {"GPRS, cable: PIN", &FrmModem::optGPRS, false, press_dialog<&Desk::frmPin, &FrmPin::cbuPin_Eingabe>},
+    {"GPRS, cable: PIN status", &FrmModem::optGPRS, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuPIN_Status>},
+    {"GPRS, cable: registration", &FrmModem::optGPRS, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuReg_zustand>},
+    {"GPRS, cable: signal", &FrmModem::optGPRS, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuSignalstaerke>},
+    {"GPRS, cable: IMEI", &FrmModem::optGPRS, false,
+     press_dialog<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>},
+    {"GPRS, remote: alarm off", &FrmModem::optGPRS, true, alarm_off},
+    {"GPRS, remote: write", &FrmModem::optGPRS, true, gprs_write},
+    {"GPRS, remote: IPT write", &FrmModem::optGPRS, true,
+     press_dialog<&Desk::frmIPT, &FrmIPT::cbuIPT_schreiben>},
 };
 
 /// Chooses and fills in what a job needs, and starts it.
@@ -130,7 +172,7 @@ milliseconds on_turned_clock(const JobCase &job) {
         rig.turn_to(rig.timer.due);
         if (const Answer *due = std::exchange(answer, nullptr); due && rig.port.is_open) {
             if (due->carrier)
-                rig.program.comSeriell_OnComm(CommEvent::carrier);
+                rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
             rig.arrive(due->bytes);
         }
     }
@@ -195,8 +237,7 @@ struct RealJob final : MessageBoxes {
     AnsweringPort port;
     NoScan scan;
     QtTimer timer;
-    Telvox program{{.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = *this},
-                   {"/nonexistent", "/nonexistent"}};
+    Telvox program{{.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = *this}, {"/nonexistent", {}}};
     QElapsedTimer clock;
     qint64 took = -1;
 };

@@ -73,22 +73,20 @@ inline std::optional<Labelled> found_line(const Found &found) {
     return labelled(found.all, found.text.substr(0, found.text.find(':') + 1));
 }
 
-// The fills write into the dialog only while it is open: a job whose dialog was closed still reads to its
-// end.
+// A job whose dialog was closed meanwhile reads to its end; opening the dialog sets all its fields anew.
 
 template <auto Box> bool fill_text(Desk &desk, const Found &found) {
     const auto line = found_line(found);
     if (!line || !starts_at(desk, line->position + line->value_at))
         return false;
-    if (desk.frmGPRS.open)
-        write_value(desk.frmGPRS.*Box, line->text());
+    write_value(desk.frmGPRS.*Box, line->text());
     return true;
 }
 
 /// "PPPAUTH: PAP=0"
 inline bool fill_authentication(Desk &desk, const Found &found) {
     const auto line = found_line(found);
-    if (line && desk.frmGPRS.open)
+    if (line)
         (line->code(13) == '0' ? desk.frmGPRS.optPPP_kein : desk.frmGPRS.optPPP_PAP).choose();
     return line.has_value();
 }
@@ -108,7 +106,7 @@ inline bool fill_callers(Desk &desk, const Found &found) {
             return false;
     }
     for (const Caller &caller : callers)
-        if (const auto line = labelled(found.all, caller.label); line && desk.frmGPRS.open)
+        if (const auto line = labelled(found.all, caller.label))
             write_value(desk.frmGPRS.*caller.box, line->text());
     return true;
 }
@@ -126,12 +124,8 @@ inline bool fill_callback(Desk &desk, const Found &found) {
     if (!line || !starts_at(desk, line->position + second))
         return false;
     FrmGPRS &form = desk.frmGPRS;
-    if (form.open) {
-        choose_target(line->code(first), form.optCallback1_kein, form.optCallback1_IP,
-                      form.optCallback1_Domain);
-        choose_target(line->code(second), form.optCallback2_kein, form.optCallback2_IP,
-                      form.optCallback2_Domain);
-    }
+    choose_target(line->code(first), form.optCallback1_kein, form.optCallback1_IP, form.optCallback1_Domain);
+    choose_target(line->code(second), form.optCallback2_kein, form.optCallback2_IP, form.optCallback2_Domain);
     return true;
 }
 
@@ -141,9 +135,8 @@ inline bool fill_leased_line(Desk &desk, const Found &found) {
     if (!line || !starts_at(desk, line->position + line->value_at))
         return false;
     FrmGPRS &form = desk.frmGPRS;
-    if (form.open)
-        choose_target(line->code(line->value_at), form.optStandleitung_aus, form.optStandleitung_IP,
-                      form.optStandleitung_Domain);
+    choose_target(line->code(line->value_at), form.optStandleitung_aus, form.optStandleitung_IP,
+                  form.optStandleitung_Domain);
     return true;
 }
 

@@ -31,7 +31,7 @@ inline constexpr auto ipt_write =
           check_and_restart(13, 3s, &JobState::boolKommunikations_Fehler76),
           gprs_ending(15, written_and_restarting, OnFall::skipped));
 
-/// One answer holds all settings, the challenge key last. The dialog has them only while it is open.
+/// One answer holds all settings, the challenge key last.
 inline bool fill_ipt(Desk &desk, const Found &found) {
     struct Field {
         const char *label;
@@ -44,8 +44,6 @@ inline bool fill_ipt(Desk &desk, const Found &found) {
     FrmIPT &form = desk.frmIPT;
     if (!labelled(found.all, "IPTKEYC:"))
         return false;
-    if (!form.open)
-        return true;
     for (const Field &field : fields)
         if (const auto line = labelled(found.all, field.label))
             write_value(form.*field.box, line->text());
