@@ -12,7 +12,9 @@ namespace telvox {
 
 Telvox::Telvox(const Ports &ports, DataFolders folders)
     : ports_(ports),
-      link_(ports.comSeriell),
+      recorder_(ports.comSeriell, Mask([this] { return desk.secrets(); }),
+                [&timer = ports.Timer1] { return timer.now(); }),
+      link_(recorder_),
       sequencer_({.desk = desk,
                   .panel = desk,
                   .jobs = desk.jobs,
@@ -24,6 +26,9 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .reports = device_reports,
                   .changes_device = changes_device}) {
     desk.folders = std::move(folders);
+    desk.status_listeners.emplace_back([this](std::string_view text) {
+        recorder_.note(RecordLine::Kind::done, "status " + std::string(text));
+    });
     connect_main_window(desk, sequencer_);
     connect_small_dialogs(desk, sequencer_);
     connect_ethernet(desk, sequencer_);
@@ -33,6 +38,11 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     connect_the_end();
     sequencer_.prz_Initialisieren();
     prz_Einstellungen_laden(desk.session, desk.folders.settings);
+    for (const auto &[name, value] :
+         {std::pair{"strCOMparameter_direkt", &desk.session.strCOMparameter_direkt},
+          {"strCOMparameter_fern", &desk.session.strCOMparameter_fern}})
+        if (!value->empty())
+            recorder_.input("set", name, *value);
     desk.frmModem.open = true;
     desk.frmModem.compute();
 }
@@ -71,43 +81,75 @@ void Telvox::after_event() {
         form->compute();
     redraw();
     for (auto &[message, answered] : desk.outbox.take()) {
+        recorder_.note(RecordLine::Kind::done, record_of(message));
         if (!answered)
             ports_.boxes.show(message, {});
         else
-            ports_.boxes.show(
-                message, [this, answered = std::move(answered)](bool yes) { event([&] { answered(yes); }); });
+            ports_.boxes.show(message, [this, answered = std::move(answered), asks = message.asks](bool yes) {
+                if (asks)
+                    recorder_.input("answer", yes ? "ja" : "nein", {});
+                event([&] { answered(yes); });
+            });
     }
 }
 
+/// How a record names a control: with its window, because several have one of that name.
+static std::string recorded(const Control &control) {
+    return std::string(control.form->name) + "." + control.name;
+}
+
 void Telvox::click(Button &button) {
-    if (button.usable())
-        event([&] { button.clicked(); });
+    if (!button.usable())
+        return;
+    recorder_.input("click", recorded(button), {});
+    event([&] { button.clicked(); });
 }
 
 void Telvox::click(MenuEntry &entry) {
-    if (entry.usable())
-        event([&] { entry.clicked(); });
+    if (!entry.usable())
+        return;
+    recorder_.input("click", recorded(entry), {});
+    event([&] { entry.clicked(); });
 }
 
 void Telvox::choose(OptionButton &option) {
-    if (option.usable() && !option.value)
-        event([&] { option.choose(); });
+    if (!option.usable() || option.value)
+        return;
+    recorder_.input("choose", recorded(option), {});
+    event([&] { option.choose(); });
 }
 
 void Telvox::set(CheckBox &box, bool on) {
-    if (box.usable())
-        event([&] { box.set(on); });
+    if (!box.usable())
+        return;
+    recorder_.input(on ? "tick" : "untick", recorded(box), {});
+    event([&] { box.set(on); });
 }
 
 void Telvox::enter(TextBox &box, std::string_view input) {
-    if (box.usable() && !box.read_only)
-        event([&] { box.text = box.filtered(input); });
+    if (!box.usable() || box.read_only)
+        return;
+    event([&] { box.text = box.filtered(input); });
+    recorder_.input("enter", recorded(box), box.secret ? Mask::hidden : box.text);
 }
 
 void Telvox::select(ComboBox &list, std::string_view entry) {
     if (list.usable() &&
         (list.editable || std::find(list.items.begin(), list.items.end(), entry) != list.items.end()))
-        event([&] { list.write(entry); });
+        event([&] {
+            list.write(entry);
+            record_choice(list);
+        });
+}
+
+/// A port is recorded by its number: which ports there are is part of what is played.
+void Telvox::record_choice(const ComboBox &list) {
+    const bool cable = &list == &desk.frmModem.cobSchnittstelle;
+    if (!cable && &list != &desk.frmModem.cobModem_Port)
+        return recorder_.input("pick", recorded(list), list.text);
+    const auto number = list.text.find_first_of("0123456789");
+    if (number != std::string::npos)
+        recorder_.input(cable ? "cable" : "modem", list.text.substr(number), {});
 }
 
 void Telvox::select(ListBox &list, int position) {
@@ -142,7 +184,10 @@ void Telvox::Timer1_Timer() {
 }
 
 void Telvox::comSeriell_OnComm(CommEvent reason) {
-    event([&] { sequencer_.comSeriell_OnComm(reason); });
+    event([&] {
+        recorder_.event(reason);
+        sequencer_.comSeriell_OnComm(reason);
+    });
 }
 
 void Telvox::cancel() {

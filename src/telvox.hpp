@@ -5,6 +5,7 @@
 #include "core/settings_file.hpp"
 #include "core/timer.hpp"
 #include "link/link.hpp"
+#include "link/recorder.hpp"
 #include "link/serial_port.hpp"
 #include "sequencer/sequencer.hpp"
 #include "ui/desk.hpp"
@@ -69,15 +70,19 @@ class Telvox {
     [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
 
     Desk desk;
+    /// What went over the line since the program started.
+    [[nodiscard]] Recorder &record() { return recorder_; }
 
   private:
     /// Runs a handler, then draws and shows.
     template <class Handler> void event(Handler &&handler);
     void after_event();
+    void record_choice(const ComboBox &list);
     void connect_the_end();
     void leave();
 
     Ports ports_;
+    Recorder recorder_;
     Link link_;
     Sequencer sequencer_;
     bool leaving_ = false; ///< the program ends as soon as the session is idle

@@ -2,7 +2,6 @@
 
 #include "cli/call.hpp"
 #include "cli/operator.hpp"
-#include "cli/tracing_port.hpp"
 #include "core/text.hpp"
 #include "rig/rig.hpp"
 
@@ -302,44 +301,46 @@ TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {
         }
 }
 
-TEST(CliTrace, ShowsTheDialogueLineByLineAndKeepsSecrets) {
+TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     Rig rig;
+    Recorder record(rig.port, Mask([] {
+                        return std::vector<std::string>{"BRÜNEX", "1234"};
+                    }),
+                    [&] { return rig.now; });
     std::vector<std::string> lines;
-    cli::TracingPort traced(
-        rig.port, cli::Mask([] {
-            return std::vector<std::string>{"BRÜNEX", "1234"};
-        }),
-        [&] { return rig.now; }, [&](const std::string &line) { lines.push_back(line); });
+    record.added = [&](const RecordLine &line) { lines.push_back(text_of(line)); };
     const auto receive = [&](const std::string &bytes) {
         rig.port.pending = bytes;
-        EXPECT_EQ(traced.Input(), bytes);
+        EXPECT_EQ(record.Input(), bytes);
     };
-    traced.Output("AT**MSG1=\"\xD6l\"\r");
+    record.Output("AT**MSG1=\"\xD6l\"\r");
     receive("TIME: 2000\r\n\x1B[2J\x9D par");
     rig.now = milliseconds{1200};
-    traced.Output("+++");
-    traced.Output("\r");
-    receive(std::string(450, 'n'));
-    traced.Output("AT**PIN=99\r");
+    record.Output("+++");
+    record.Output("\r");
+    receive(std::string(250, 'n'));
+    record.Output("AT**PIN=99\r");
     receive("AT**PIN=99\r\nPPPPW: geh\r\nPPPUSER: 1234x\r\nIPTKEYF:\r\nIPTKEYC: 12");
-    traced.Output("AT**PPPPW?\r");
+    record.Output("AT**PPPPW?\r");
     receive("34\r\nOK\r\n");
     for (const char *typed : {"B", "R", "\xDC", "N", "E"}) {
-        traced.Output(typed);
+        record.Output(typed);
         receive(typed);
     }
-    traced.Output("X");
-    traced.Output("\r");
+    record.Output("X");
+    record.Output("\r");
     receive("X\r\nBUSY\r\n");
-    traced.PortOpen(false);
     EXPECT_THAT(lines,
-                testing::ElementsAre("0 -> AT**MSG1=\"Öl\"", "0 <- TIME: 2000", "0 <- \\x1B[2J\\x9D par",
-                                     "1200 -> +++", "1200 -> \\x0D", "1200 <- " + std::string(200, 'n'),
-                                     "1200 <- " + std::string(200, 'n'), "1200 <- " + std::string(50, 'n'),
-                                     "1200 -> AT**PIN=***", "1200 <- AT**PIN=***", "1200 <- PPPPW: ***",
-                                     "1200 <- PPPUSER: ***x", "1200 <- IPTKEYF:", "1200 <- IPTKEYC: ***",
-                                     "1200 -> AT**PPPPW?", "1200 <- ***", "1200 <- OK", "1200 -> ***",
-                                     "1200 <- ***", "1200 -> \\x0D", "1200 <- BUSY"));
+                testing::ElementsAre(
+                    "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
+                    "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
+                    "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***", "1200 <- AT**PIN=***",
+                    "1200 <- PPPPW: ***", "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n",
+                    "1200 <- IPTKEYC: ***", "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n",
+                    "1200 | -> ***", "1200 <- ***", "1200 | -> \\r", "1200 <- \\r\\n", "1200 <- BUSY\\r\\n"));
+    for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
+        record.Output("x");
+    EXPECT_EQ(record.lines().size(), Recorder::capacity);
 }
 
 /// The built program itself.

@@ -10,7 +10,10 @@
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
 
+#include "rig/player.hpp"
+
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace telvox::test {
 namespace {
@@ -139,6 +142,12 @@ TEST_P(SimulatedSite, IsConfiguredTestedAndSwitchedOff) {
 
     EXPECT_EQ(run(&FrmModem::cbuAlarm_aus), "Die Alarmfunktion wurde deaktiviert.");
     EXPECT_EQ(unit->memory.service_number, "");
+
+    // The record of all of it is a transcript; only what it hides cannot be played.
+    std::istringstream record(bench.rig.program.record().transcript()), no_presets;
+    if (record.str().find(Mask::hidden) == std::string::npos) {
+        EXPECT_EQ(play(Presets(no_presets).read(record), Playing::whole), "");
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SimulatedSite, testing::ValuesIn(sites),

@@ -190,17 +190,4 @@ std::string jobs_with(std::string_view option) {
     return names;
 }
 
-std::vector<std::string> secrets_of(Desk &desk) {
-    std::vector<std::string> secrets{desk.session.strPIN};
-    const auto add = [&](std::span<const Option> options) {
-        for (const Option &option : options)
-            if (option.secret)
-                secrets.push_back(value_of(option, desk));
-    };
-    add(way_rows);
-    for (const JobCommand &job : commands)
-        add(job.options);
-    return secrets;
-}
-
 } // namespace telvox::cli

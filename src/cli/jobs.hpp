@@ -38,7 +38,4 @@ struct JobCommand {
 /// The jobs that have an option of their own of this name, "a, b".
 [[nodiscard]] std::string jobs_with(std::string_view option);
 
-/// All that the windows and the session hold and nobody may read over the user's shoulder.
-[[nodiscard]] std::vector<std::string> secrets_of(Desk &desk);
-
 } // namespace telvox::cli

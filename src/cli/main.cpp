@@ -2,7 +2,6 @@
 #include "cli/interrupt.hpp"
 #include "cli/operator.hpp"
 #include "cli/output.hpp"
-#include "cli/tracing_port.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -62,14 +61,16 @@ int exit_code(Outcome outcome) {
 int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     QtPorts ports(call.common);
     PrintedBoxes boxes(out, call.despite);
-    Desk *desk = nullptr;
-    cli::TracingPort traced(
-        ports.comSeriell, cli::Mask([&] { return cli::secrets_of(*desk); }),
-        [&] { return ports.Timer1.now(); }, [&](const std::string &line) { out.remarks.line(line); });
-    Telvox program(ports.for_program(boxes, call.trace ? &traced : nullptr), data_folders(call.common));
-    desk = &program.desk;
+    Telvox program(ports.for_program(boxes), data_folders(call.common));
     ports.connect(program);
-    program.desk.status_changed = [&](std::string_view text) { out.remarks.line(std::string(text)); };
+    if (call.trace)
+        program.record().added = [&](const RecordLine &line) {
+            if (line.kind != RecordLine::Kind::input)
+                out.remarks.line(text_of(line));
+        };
+    else
+        program.desk.status_listeners.emplace_back(
+            [&](std::string_view text) { out.remarks.line(std::string(text)); });
 
     program.redraw = [&] {
         if (!program.busy())

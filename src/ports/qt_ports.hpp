@@ -14,8 +14,8 @@ struct QtPorts {
     explicit QtPorts(const CommonOptions &options) : map(options) {}
 
     /// What the program is made with; `line` stands in for the serial port where something listens in on it.
-    [[nodiscard]] Telvox::Ports for_program(MessageBoxes &boxes, SerialPort *line = nullptr) {
-        return {.comSeriell = line ? *line : comSeriell, .scan = scan, .Timer1 = Timer1, .boxes = boxes};
+    [[nodiscard]] Telvox::Ports for_program(MessageBoxes &boxes) {
+        return {.comSeriell = comSeriell, .scan = scan, .Timer1 = Timer1, .boxes = boxes};
     }
 
     /// Events go to the program from now on.

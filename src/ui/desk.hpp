@@ -57,7 +57,18 @@ struct Desk final : Panel {
     std::vector<PortInfo> ports;
 
     /// Hears every status text, also those that a handler replaces before the window is drawn again.
-    std::function<void(std::string_view)> status_changed = [](std::string_view) {};
+    std::vector<std::function<void(std::string_view)>> status_listeners;
+
+    /// What no record may show: PIN, passwords and keys, as entered and as a job sends them.
+    [[nodiscard]] std::vector<std::string> secrets() const {
+        std::vector<std::string> all{session.strPIN, session.gprs.password, session.ipt.password,
+                                     session.ipt.fixed_key, session.ipt.challenge_key};
+        for (const Form *form : forms)
+            for (const Control *control : form->controls())
+                if (const auto *box = dynamic_cast<const TextBox *>(control); box && box->secret)
+                    all.push_back(box->text);
+        return all;
+    }
 
     [[nodiscard]] ModemType modem_type() const override { return frmModem.modem_type(); }
     [[nodiscard]] bool remote() const override {
@@ -68,7 +79,8 @@ struct Desk final : Panel {
     }
     void status(std::string_view text) override {
         if (frmModem.StatusBar.text != text)
-            status_changed(text);
+            for (const auto &listener : status_listeners)
+                listener(text);
         frmModem.StatusBar.text = text;
     }
     void focus(Control &field) override { field.form->wants_focus = &field; }

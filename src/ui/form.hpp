@@ -90,6 +90,7 @@ struct TextBox : TextField {
     using TextField::TextField;
     bool read_only = false;
     bool multi_line = false;
+    bool secret = false; ///< a PIN, password or key: in no record
     std::function<void()> lost_focus = [] {};
 };
 

@@ -43,6 +43,7 @@ AccessPoint parse_access_point(std::string_view text) {
 FrmGPRS::FrmGPRS(Session &session, const FrmModem &main, const DataFolders &folders)
     : Form("frmGPRS", "GPRS"), session_(session), main_(main), folders_(folders) {
     cobAPN.editable = true;
+    tboPasswort.secret = true;
     cobAPN.max_length = longest_entry;
     cobAPN.changed = [this] { prz_GPRS_Benutzerdaten_selektieren(); };
     tboBenutzername.max_length = tboPasswort.max_length = longest_name;

@@ -14,6 +14,8 @@ constexpr const char *default_key = "7305914862037519846203751984620375198462037
 FrmIPT::FrmIPT(Session &session, const FrmModem &main)
     : Form("frmIPT", "IP-Telemetrie"), session_(session), main_(main) {
     tboBenutzer.max_length = tboPasswort.max_length = 63;
+    for (TextBox *box : {&tboPasswort, &tboFix_Scrambled_Key, &tboClg_Scrambled_Key})
+        box->secret = true;
     tboFix_Scrambled_Key.max_length = tboClg_Scrambled_Key.max_length = 128;
     cbuDefault_Fix.clicked = [this] { tboFix_Scrambled_Key.text = default_key; };
     cbuDefault_Clg.clicked = [this] { tboClg_Scrambled_Key.text = default_key; };

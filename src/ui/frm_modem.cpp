@@ -83,6 +83,7 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     tboService_Center.accepts = digits_plus;
     tboAmt.accepts = dialling_characters;
     tboPasswort.max_length = 254;
+    tboPasswort.secret = true;
     tboPasswort.enabled = false;
 
     tboRufnummer_Modem.tool_tip =

@@ -11,6 +11,7 @@ class FrmPin : public Form {
   public:
     FrmPin() : Form("frmPin", "GSM PIN") {
         tboPin.accepts = digits;
+        tboPin.secret = true;
         cancel = &cbuAbbruch;
         cbuAbbruch.clicked = [this] { unload(); };
     }

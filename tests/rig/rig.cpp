@@ -57,7 +57,8 @@ std::string bytes_of(std::string_view text) {
 Rig::Rig(DataFolders folders)
     : program({.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = message_boxes},
               std::move(folders)) {
-    program.desk.status_changed = [this](std::string_view text) { note("status " + std::string(text)); };
+    program.desk.status_listeners.emplace_back(
+        [this](std::string_view text) { note("status " + std::string(text)); });
 }
 
 void Rig::note(const std::string &event) { journal.push_back(std::to_string(now.count()) + " | " + event); }

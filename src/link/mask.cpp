@@ -1,10 +1,10 @@
-#include "cli/mask.hpp"
+#include "link/mask.hpp"
 
 #include "core/text.hpp"
 
 #include <algorithm>
 
-namespace telvox::cli {
+namespace telvox {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::string Mask::line(std::string_view bytes) const {
     return shown;
 }
 
-} // namespace telvox::cli
+} // namespace telvox

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace telvox::cli {
+namespace telvox {
 
 /// Keeps PIN, passwords and keys out of a dialogue that is shown: in the commands and answers that carry
 /// them, wherever else one of the known ones stands, and where a device is given one character by character.
@@ -35,4 +35,4 @@ class Mask {
     bool typing_ = false;
 };
 
-} // namespace telvox::cli
+} // namespace telvox

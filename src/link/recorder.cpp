@@ -1,0 +1,174 @@
+#include "link/recorder.hpp"
+
+#include "core/port_choice.hpp"
+#include "core/text.hpp"
+
+#include <cstdio>
+#include <utility>
+
+namespace telvox {
+
+namespace {
+
+std::string line_text(milliseconds at, const RecordLine &line) {
+    const char *const mark = line.kind == RecordLine::Kind::done       ? " | "
+                             : line.kind == RecordLine::Kind::received ? " <- "
+                                                                       : " ";
+    return std::to_string(at.count()) + mark + line.text;
+}
+
+} // namespace
+
+std::string text_of(const RecordLine &line) { return line_text(line.at - line.begin, line); }
+std::string transcript_line(const RecordLine &line) { return line_text(line.at, line); }
+
+std::string record_of(const Message &message) {
+    std::string text = message.text;
+    for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos;)
+        text.replace(at, 1, "\\r");
+    return (message.asks ? "asks " : "box ") + text +
+           (message.title != program_title ? " [" + message.title + "]" : "") +
+           (message.icon == Icon::exclamation ? " (!)" : "");
+}
+
+std::string visible(std::string_view bytes) {
+    std::string text;
+    for (const char &byte : bytes) {
+        const std::string character = from_line(std::string_view(&byte, 1));
+        const auto code = static_cast<unsigned>(static_cast<unsigned char>(byte));
+        if (byte == '\r' || byte == '\n') {
+            text += byte == '\r' ? "\\r" : "\\n";
+        } else if (byte == '\\') {
+            text += "\\\\";
+        } else if (code < 0x20 || code == 0x7F || character.empty() || code_point(character) == 0xFFFD ||
+                   (code_point(character) >= 0x80 && code_point(character) < 0xA0)) {
+            char escape[8];
+            std::snprintf(escape, sizeof escape, "\\x%02X", code);
+            text += escape;
+        } else {
+            text += character;
+        }
+    }
+    return text;
+}
+
+void Recorder::clear() {
+    lines_.clear();
+    pending_.clear();
+    pending_size_ = 0;
+}
+
+std::string Recorder::transcript() {
+    flush();
+    std::string text;
+    for (const RecordLine &line : lines_)
+        text += transcript_line(line) + "\n";
+    return text + std::to_string(now_().count()) + " end\n";
+}
+
+void Recorder::note(RecordLine::Kind kind, std::string text) {
+    flush();
+    add(now_(), kind, std::move(text));
+}
+
+void Recorder::event(CommEvent event) {
+    if (event != CommEvent::data)
+        note(RecordLine::Kind::event, event == CommEvent::carrier_rise   ? "carrier"
+                                      : event == CommEvent::carrier_fall ? "no-carrier"
+                                                                         : "lost");
+}
+
+void Recorder::input(const std::string &verb, const std::string &control, const std::string &value) {
+    flush();
+    const std::string what = verb + " " + control;
+    if (verb == "enter" && !lines_.empty() && lines_.back().kind == RecordLine::Kind::input &&
+        lines_.back().text.starts_with(what + " ")) {
+        lines_.back().text = what + " " + value;
+        return;
+    }
+    add(now_(), RecordLine::Kind::input, value.empty() && verb != "enter" ? what : what + " " + value);
+}
+
+void Recorder::Settings(const SerialFormat &format) {
+    flush();
+    if (!port_.PortOpen()) // a job begins
+        job_ = now_();
+    note(RecordLine::Kind::done, "format " + format_text(format));
+    port_.Settings(format);
+}
+
+std::string Recorder::PortOpen(bool open) {
+    if (!open && port_.PortOpen())
+        note(RecordLine::Kind::done, "close");
+    std::string cause = port_.PortOpen(open);
+    if (open)
+        cause.empty() ? note(RecordLine::Kind::done, "open " + port_entry(port_.CommPort()))
+                      : note(RecordLine::Kind::event, "cannot-open " + cause);
+    return cause;
+}
+
+void Recorder::DTREnable(bool on) {
+    note(RecordLine::Kind::done, on ? "DTR on" : "DTR off");
+    port_.DTREnable(on);
+}
+
+void Recorder::Output(std::string_view bytes) {
+    const std::string shown = mask_.sent(bytes);
+    if (!mask_.typing())
+        flush();
+    if (!shown.empty())
+        add(now_(), RecordLine::Kind::done, "-> " + visible(shown));
+    port_.Output(bytes);
+}
+
+std::string Recorder::Input() {
+    std::string bytes = port_.Input();
+    std::string shown;
+    const auto keep = [&] {
+        if (!shown.empty())
+            pending_.push_back({now_(), std::exchange(shown, {})});
+    };
+    for (const char byte : bytes) {
+        shown += mask_.received(byte);
+        ++pending_size_;
+        if (byte != '\n' && pending_size_ < longest_line)
+            continue;
+        keep();
+        flush(byte == '\n');
+    }
+    keep();
+    return bytes;
+}
+
+void Recorder::drain(milliseconds limit) {
+    note(RecordLine::Kind::done, "drain");
+    port_.drain(limit);
+}
+
+/// A secret may lie across two pieces, so a line is shown as it came only if it holds none.
+void Recorder::flush(bool line_ended) {
+    if (pending_.empty())
+        return;
+    std::string whole;
+    for (const Piece &piece : pending_)
+        whole += piece.bytes;
+    const std::string shown = rest_is_secret_ ? Mask::hidden : mask_.line(whole);
+    rest_is_secret_ = !line_ended && shown.ends_with(Mask::hidden);
+    if (shown == whole)
+        for (const Piece &piece : pending_)
+            add(piece.at, RecordLine::Kind::received, visible(piece.bytes));
+    else
+        add(pending_.back().at, RecordLine::Kind::received, visible(shown));
+    pending_.clear();
+    pending_size_ = 0;
+}
+
+void Recorder::add(milliseconds at, RecordLine::Kind kind, std::string text) {
+    if (lines_.size() == capacity)
+        lines_.pop_front();
+    lines_.push_back({at, job_, kind, std::move(text)});
+    ++count_;
+    added(lines_.back());
+}
+
+} // namespace telvox
