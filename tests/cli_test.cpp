@@ -330,14 +330,14 @@ TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     record.Output("X");
     record.Output("\r");
     receive("X\r\nBUSY\r\n");
-    EXPECT_THAT(lines,
-                testing::ElementsAre(
-                    "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
-                    "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
-                    "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***", "1200 <- AT**PIN=***",
-                    "1200 <- PPPPW: ***", "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n",
-                    "1200 <- IPTKEYC: ***", "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n",
-                    "1200 | -> ***", "1200 <- ***", "1200 | -> \\r", "1200 <- \\r\\n", "1200 <- BUSY\\r\\n"));
+    EXPECT_THAT(lines, testing::ElementsAre(
+                           "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
+                           "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
+                           "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
+                           "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n",
+                           "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n", "1200 <- IPTKEYC: ***",
+                           "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n", "1200 | -> ***",
+                           "1200 <- ***", "1200 | -> \\r", "1200 <- ***", "1200 <- BUSY\\r\\n"));
     for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
         record.Output("x");
     EXPECT_EQ(record.lines().size(), Recorder::capacity);

@@ -54,9 +54,10 @@ std::string Mask::line(std::string_view bytes) const {
     std::string shown(bytes);
     for (const std::string_view carrier : carriers)
         if (const auto at = shown.find(carrier); at != std::string::npos) {
-            const auto value = shown.find_first_not_of(' ', at + carrier.size());
-            if (value != std::string::npos)
-                shown.replace(value, std::string::npos, hidden);
+            const auto value = std::min(shown.find_first_not_of(' ', at + carrier.size()), shown.size());
+            const auto end = std::min(shown.find_first_of("\r\n", value), shown.size());
+            if (value != end)
+                shown.replace(value, end - value, hidden);
         }
     for (const std::string &secret : on_the_line())
         for (auto at = shown.find(secret); secret.size() >= shortest_found && at != std::string::npos;
