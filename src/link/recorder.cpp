@@ -10,17 +10,16 @@ namespace telvox {
 
 namespace {
 
-std::string line_text(milliseconds at, const RecordLine &line) {
-    const char *const mark = line.kind == RecordLine::Kind::done       ? " | "
-                             : line.kind == RecordLine::Kind::received ? " <- "
-                                                                       : " ";
-    return std::to_string(at.count()) + mark + line.text;
+std::string line_text(milliseconds at, RecordLine::Kind kind, const std::string &text) {
+    const char *const mark = kind == RecordLine::Kind::done       ? " | "
+                             : kind == RecordLine::Kind::received ? " <- "
+                                                                  : " ";
+    return std::to_string(at.count()) + mark + text;
 }
 
 } // namespace
 
-std::string text_of(const RecordLine &line) { return line_text(line.at - line.begin, line); }
-std::string transcript_line(const RecordLine &line) { return line_text(line.at, line); }
+std::string text_of(const RecordLine &line) { return line_text(line.at - line.begin, line.kind, line.text); }
 
 std::string record_of(const Message &message) {
     std::string text = message.text;
@@ -61,14 +60,18 @@ void Recorder::clear() {
 std::string Recorder::transcript() {
     flush();
     std::string text;
-    for (const RecordLine &line : lines_)
-        text += transcript_line(line) + "\n";
+    for (const RecordLine &line : lines_) {
+        if (line.pieces.empty())
+            text += line_text(line.at, line.kind, line.text) + "\n";
+        for (const auto &[at, piece] : line.pieces)
+            text += line_text(at, line.kind, piece) + "\n";
+    }
     return text + std::to_string(now_().count()) + " end\n";
 }
 
 void Recorder::note(RecordLine::Kind kind, std::string text) {
     flush();
-    add(now_(), kind, std::move(text));
+    add({.at = now_(), .kind = kind, .text = std::move(text)});
 }
 
 void Recorder::event(CommEvent event) {
@@ -86,7 +89,9 @@ void Recorder::input(const std::string &verb, const std::string &control, const 
         lines_.back().text = what + " " + value;
         return;
     }
-    add(now_(), RecordLine::Kind::input, value.empty() && verb != "enter" ? what : what + " " + value);
+    add({.at = now_(),
+         .kind = RecordLine::Kind::input,
+         .text = value.empty() && verb != "enter" ? what : what + " " + value});
 }
 
 void Recorder::Settings(const SerialFormat &format) {
@@ -117,7 +122,7 @@ void Recorder::Output(std::string_view bytes) {
     if (!mask_.typing())
         flush();
     if (!shown.empty())
-        add(now_(), RecordLine::Kind::done, "-> " + visible(shown));
+        add({.at = now_(), .text = "-> " + visible(shown)});
     port_.Output(bytes);
 }
 
@@ -154,19 +159,20 @@ void Recorder::flush(bool line_ended) {
         whole += piece.bytes;
     const std::string shown = rest_is_secret_ ? Mask::hidden : mask_.line(whole);
     rest_is_secret_ = !line_ended && shown.ends_with(Mask::hidden);
-    if (shown == whole)
+    RecordLine line{.at = pending_.front().at, .kind = RecordLine::Kind::received, .text = visible(shown)};
+    if (shown == whole && pending_.size() > 1)
         for (const Piece &piece : pending_)
-            add(piece.at, RecordLine::Kind::received, visible(piece.bytes));
-    else
-        add(pending_.back().at, RecordLine::Kind::received, visible(shown));
+            line.pieces.emplace_back(piece.at, visible(piece.bytes));
+    add(std::move(line));
     pending_.clear();
     pending_size_ = 0;
 }
 
-void Recorder::add(milliseconds at, RecordLine::Kind kind, std::string text) {
+void Recorder::add(RecordLine line) {
     if (lines_.size() == capacity)
         lines_.pop_front();
-    lines_.push_back({at, job_, kind, std::move(text)});
+    line.begin = job_;
+    lines_.push_back(std::move(line));
     ++count_;
     added(lines_.back());
 }

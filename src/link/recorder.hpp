@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace telvox {
@@ -25,15 +26,14 @@ struct RecordLine {
     milliseconds begin{0}; ///< of the job that it belongs to, the last one that was started
     Kind kind = Kind::done;
     std::string text; ///< control characters as "\r", "\x1B"; secrets as "***"
+    /// The pieces in which it came, if it was more than one: each may be what a reply was recognised by.
+    std::vector<std::pair<milliseconds, std::string>> pieces = {};
 
     bool operator==(const RecordLine &) const = default;
 };
 
 /// A line of the record with its time since the job began: "100 | -> ATI\r", "250 <- OK\r\n", "4000 carrier".
 [[nodiscard]] std::string text_of(const RecordLine &line);
-/// The same with its time since the record began. A whole record in this form is a transcript, which can be
-/// played again.
-[[nodiscard]] std::string transcript_line(const RecordLine &line);
 /// What a record says of a box.
 [[nodiscard]] std::string record_of(const Message &message);
 
@@ -56,7 +56,7 @@ class Recorder final : public SerialPort {
     /// How many lines have been written in all; the last of them are in `lines`.
     [[nodiscard]] std::size_t count() const { return count_; }
     void clear();
-    /// The whole as a transcript.
+    /// The whole, with times since the record began: a transcript, which can be played again.
     [[nodiscard]] std::string transcript();
 
     /// Notes what the program did, or what happened to it.
@@ -84,7 +84,7 @@ class Recorder final : public SerialPort {
     /// Longer than any answer's line; noise without a line end is shown in pieces of this length.
     static constexpr std::size_t longest_line = 200;
 
-    void add(milliseconds at, RecordLine::Kind kind, std::string text);
+    void add(RecordLine line);
     void flush(bool line_ended = false);
 
     SerialPort &port_;
