@@ -27,10 +27,22 @@ TEST_F(MainWindow, BoxesTakeOnlyTheirCharacters) {
     rig.program.choose(f.optFernverbindung);
     rig.program.set(f.chkAmt, true);
     EXPECT_EQ(entered(f.tboRufnummer_Empfaenger, "a0+1 7-1\n"), "0171");
-    EXPECT_EQ(entered(f.tboRufnummer_Modem, "+49(541)1#"), "495411");
+    // A number that a "+" was taken from is another number.
+    for (const auto &[pasted, kept] : {std::pair{"+49(541)1#", "00495411"},
+                                       {" +49 (0) 541-1", "00495411"},
+                                       {"(+49)541", "0049541"},
+                                       {"0541+1", "05411"},
+                                       {"+", ""}})
+        EXPECT_EQ(entered(f.tboRufnummer_Modem, pasted), kept);
     EXPECT_EQ(entered(f.tboService_Center, "+49 171*#"), "+49171");
     EXPECT_EQ(entered(f.tboAmt, "a0+*#1"), "0+*#1");
     EXPECT_EQ(entered(f.tboAlarmmeldung, "a\r\nb\tc\x7F\xC2\x85\xE2\x80\xA8\xFF!ü"), "abc!ü");
+    // Overlong forms, half a surrogate pair, behind the last code point, cut off.
+    for (const char *no_text : {"\xC0\xB1", "\xE0\x80\xA2", "\xF0\x80\x80\xB1", "\xED\xA0\x80",
+                                "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xE2\x82", "\xEF\xBF\xBD"}) {
+        EXPECT_EQ(entered(f.tboAlarmmeldung, "A" + std::string(no_text) + "B"), "AB");
+        EXPECT_EQ(entered(f.tboRufnummer_Empfaenger, std::string(no_text) + "1"), "1");
+    }
     rig.program.desk.frmMSN.load();
     rig.program.desk.frmPin.load();
     EXPECT_EQ(entered(rig.program.desk.frmMSN.tboMSN, "*12a+#"), "*12");
@@ -52,6 +64,27 @@ TEST_F(MainWindow, AlarmTextIsLimitedInCharacters) {
     EXPECT_EQ(length(f.tboAlarmmeldung.text), 70u);
     EXPECT_EQ(f.lblAlarmmeldung.caption, "Alarm&meldung (max. 160 Zeichen):");
     EXPECT_EQ(f.lblZeichen_frei.caption, "noch 90");
+    // What is sent counts: "ß" goes out as two letters.
+    EXPECT_EQ(length(entered(f.tboAlarmmeldung, "aß")), 2u);
+    EXPECT_EQ(f.lblZeichen_frei.caption, "noch 157");
+    std::string sharp;
+    for (int i = 0; i < 100; ++i)
+        sharp += "ß";
+    EXPECT_EQ(length(entered(f.tboAlarmmeldung, "a" + sharp)), 80u);
+    EXPECT_EQ(f.lblZeichen_frei.caption, "noch 1");
+    rig.program.choose(f.optGSM);
+    EXPECT_EQ(length(f.tboAlarmmeldung.text), 35u);
+}
+
+TEST_F(MainWindow, AnOptionThatIsSetRunsNothingAndAnalogClearsThePasswordTick) {
+    rig.program.enter(f.tboService_Center, "1");
+    rig.program.choose(f.optAnalog);
+    EXPECT_EQ(f.tboService_Center.text, "1");
+    rig.program.choose(f.optISDN);
+    rig.program.set(f.chkPasswort, true);
+    rig.program.choose(f.optAnalog);
+    EXPECT_FALSE(f.chkPasswort.value || f.tboPasswort.usable());
+    EXPECT_EQ(f.tboPasswort.text, "BRUNEX");
 }
 
 /// What can be used, as one word per control.
@@ -197,6 +230,66 @@ TEST_F(MainWindow, PortListsShowTheFreePortsAndKeepTheChoice) {
     EXPECT_THAT(rig.boxes, ElementsAre(none));
     rig.program.select(f.cobSchnittstelle, "COM 7"); // no such entry
     EXPECT_EQ(f.cobSchnittstelle.text, "");
+}
+
+TEST_F(MainWindow, PortListsSayWhyAPortIsMissing) {
+    const PortInfo locked{.number = 1,
+                          .device = "/dev/ttyUSB0",
+                          .refusal = "Keine Berechtigung.",
+                          .in_short = "keine Berechtigung, Gruppe dialout; danach neu anmelden"};
+    const PortInfo busy{.number = 2, .refusal = "Belegt.", .in_short = "von einem anderen Programm belegt"};
+    rig.busy_ports = {locked, busy};
+    rig.free_ports = {};
+    rig.program.focus(f.cobSchnittstelle);
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(rig.boxes[0].text,
+              "Kein COM-Port verfügbar\r\r"
+              "COM 1 (/dev/ttyUSB0): keine Berechtigung, Gruppe dialout; danach neu anmelden\r"
+              "COM 2: von einem anderen Programm belegt");
+    rig.busy_ports = {busy, {.number = 3, .device = "/dev/ttyS0", .description = "Karte"}};
+    rig.program.focus(f.cobSchnittstelle);
+    EXPECT_EQ(f.cobSchnittstelle.text, "COM 3") << "nothing was chosen, and there is one";
+    EXPECT_EQ(f.cobSchnittstelle.tool_tip, "Nicht verfügbar:\nCOM 2: von einem anderen Programm belegt");
+    EXPECT_EQ(f.lblPort_Beschreibung.caption, "/dev/ttyS0, Karte");
+    rig.busy_ports = {{.number = 4, .device = "/dev/ttyS1"}};
+    rig.program.focus(f.cobSchnittstelle);
+    EXPECT_EQ(f.cobSchnittstelle.text, "") << "another one than the chosen one is the user's choice";
+    EXPECT_EQ(f.lblPort_Beschreibung.caption, " ");
+    EXPECT_EQ(rig.boxes.size(), 1u);
+}
+
+TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
+    Desk &desk = rig.program.desk;
+    rig.program.choose(f.optISDN);
+    rig.program.choose(f.optFernverbindung);
+    rig.program.click(f.mnuMSN_festlegen);
+    EXPECT_FALSE(desk.frmMSN.open) << "only over the cable";
+    rig.program.choose(f.optGSM);
+    rig.program.choose(f.optDirektverbindung);
+    rig.program.click(f.mnuPin_festlegen);
+    rig.program.enter(desk.frmPin.tboPin, "1234");
+    rig.program.click(desk.frmPin.cbuPin_Eingabe);
+    EXPECT_TRUE(desk.frmPin.open) << "no port, no start";
+    EXPECT_EQ(desk.frmPin.tboPin.text, "1234");
+    rig.program.close(desk.frmPin);
+    rig.choose_cable_port(3);
+    rig.program.click(desk.frmPin.cbuPin_Eingabe);
+    EXPECT_FALSE(rig.program.busy()) << "the button of a closed dialog";
+    rig.program.click(f.mnuPin_festlegen);
+    EXPECT_EQ(desk.frmPin.tboPin.text, "");
+    rig.program.close(desk.frmPin);
+
+    FrmGSM_Status &status = desk.frmGSM_Status;
+    rig.program.click(f.mnuStatus_abfragen);
+    status.tboIMEI.text = "490154203237518";
+    rig.program.click(status.cbuSignalstaerke);
+    ASSERT_TRUE(rig.program.busy());
+    for (const Button *button : {&status.cbuPIN_Status, &status.cbuReg_zustand, &status.cbuSignalstaerke,
+                                 &status.cbuIMEI, &status.cbuSchließen})
+        EXPECT_FALSE(button->usable()) << button->name;
+    rig.program.click(f.mnuStatus_abfragen);
+    EXPECT_TRUE(status.wants_front);
+    EXPECT_EQ(status.tboIMEI.text, "490154203237518") << "opened again it changes nothing";
 }
 
 TEST_F(MainWindow, PortListsStayAsTheyAreDuringAHangUp) {

@@ -2,11 +2,14 @@
 // reaches the form, what the form says is shown.
 
 #include "desktop/message_boxes.hpp"
+#include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
 #include "rig/rig.hpp"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
@@ -22,6 +25,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
@@ -156,7 +160,8 @@ TEST_F(WindowTest, ACharacterOutsideTheBasicPlaneCountsAsOne) {
 }
 
 TEST_F(WindowTest, VariantsShowAndHideWhatTheyUse) {
-    const int tall = main_window().height();
+    const auto place_of_buttons = [&] { return find<QPushButton>("cbuBeenden").mapToGlobal(QPoint()); };
+    const QPoint place = place_of_buttons();
     EXPECT_TRUE(find<QWidget>("fraPasswort").isVisible());
     EXPECT_EQ(text("tboPasswort"), "BRUNEX");
     click("optFernverbindung");
@@ -170,11 +175,9 @@ TEST_F(WindowTest, VariantsShowAndHideWhatTheyUse) {
     windows.draw();
     EXPECT_FALSE(find<QRadioButton>("optSMS").isChecked()) << "also none, if the form says so";
     desk.frmModem.optSMS.value = true;
-    EXPECT_LT(main_window().height(), tall) << "the window closes the gap";
+    EXPECT_EQ(place_of_buttons(), place) << "nothing jumps under the mouse";
     EXPECT_TRUE(find<QMenu>("mnuGSM").menuAction()->isEnabled());
     EXPECT_FALSE(find<QAction>("mnuGPRS_konfig").isVisible());
-    click("optAnalog");
-    EXPECT_EQ(main_window().height(), tall);
     click("optEthernet");
     EXPECT_FALSE(find<QPushButton>("cbuParametrieren").isEnabled());
     EXPECT_EQ(find<QRadioButton>("optFernverbindung").text(), "&Verbindung über das Netzwerk");
@@ -309,6 +312,92 @@ TEST_F(WindowTest, F1DoesWhatTheHelpEntryDoes) {
     QTest::keyClick(&main_window(), Qt::Key_F1);
     ASSERT_EQ(rig.boxes.size(), 2u);
     EXPECT_EQ(rig.boxes[0], rig.boxes[1]);
+}
+
+TEST_F(WindowTest, TheEnterKeyPressesTheButtonThatIsMeant) {
+    QtMessageBoxes boxes;
+    boxes.owner = [&] { return windows.front(); };
+    auto &text = find<QLineEdit>("tboAlarmmeldung");
+    text.setFocus();
+    QTest::keyClick(&text, Qt::Key_Return); // a refused check names the field, and a box stands before it
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    boxes.show(rig.boxes[0], {});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return boxes.current() && boxes.current()->isVisible(); }, 2000));
+    QTest::keyClick(boxes.current(), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
+    main_window().activateWindow(); // as a window manager does
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main_window()));
+    EXPECT_TRUE(find<QLineEdit>("tboRufnummer_Empfaenger").hasFocus());
+    EXPECT_EQ(rig.boxes.size(), 1u);
+    auto &end = find<QPushButton>("cbuBeenden");
+    end.setFocus();
+    QTest::keyClick(&end, Qt::Key_Enter);
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(WindowTest, ASwallowedKeySaysWhy) {
+    const auto hint_of = [&](const char *field, const char *key) {
+        QToolTip::hideText();
+        type(field, key);
+        return QToolTip::text().toStdString();
+    };
+    EXPECT_EQ(hint_of("tboRufnummer_Empfaenger", "+"), "Nur Ziffern; + als 00 eingeben");
+    EXPECT_EQ(hint_of("tboRufnummer_Empfaenger", "a"), "Nur Ziffern");
+    EXPECT_EQ(hint_of("tboService_Center", "*"), "Nur Ziffern und +");
+    paste("tboAlarmmeldung", QString(200, 'a'), 0);
+    EXPECT_EQ(hint_of("tboAlarmmeldung", "b"), "Mehr als 160 Zeichen passen nicht");
+    paste("tboRufnummer_Empfaenger", "+49 171 12", 0);
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "004917112");
+}
+
+TEST_F(WindowTest, EveryFieldHasANameToReadOut) {
+    for (Form *form : desk.forms)
+        for (const Control *control : form->controls())
+            if (dynamic_cast<const TextField *>(control) || dynamic_cast<const ProgressBar *>(control)) {
+                auto *widget = windows.window(*form).findChild<QWidget *>(control->name);
+                const QAccessibleInterface *spoken = QAccessible::queryAccessibleInterface(widget);
+                EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty()) << form->name << "." << control->name;
+            }
+}
+
+/// The strongest contrast in a picture of a widget: of its text, or of its outline.
+double strongest_contrast(QWidget &widget) {
+    const QImage picture = widget.grab().toImage();
+    const QColor ground = widget.palette().color(widget.backgroundRole());
+    double strongest = 1;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x)
+            strongest = std::max(strongest, desktop::contrast(picture.pixelColor(x, y), ground));
+    return strongest;
+}
+
+TEST(Style, LockedFieldsStayReadableInLightAndDark) {
+    auto *style = new desktop::ReadableStyle("fusion");
+    const QPalette before = QApplication::palette();
+    QApplication::setStyle(style);
+    for (const QColor &ground : {QColor(0xEF, 0xEF, 0xEF), QColor(0x2D, 0x2D, 0x2D)}) {
+        QPalette palette(ground, ground);
+        style->polish(palette);
+        QApplication::setPalette(palette);
+        QLabel label("Empfänger");
+        QPushButton button("Test");
+        QLineEdit value("0171"), shown("0171");
+        QCheckBox box;
+        QRadioButton circle;
+        shown.setReadOnly(true);
+        for (QWidget *locked : {static_cast<QWidget *>(&label), static_cast<QWidget *>(&button)}) {
+            locked->setEnabled(false);
+            EXPECT_GE(strongest_contrast(*locked), 3) << ground.name().toStdString();
+        }
+        value.setEnabled(false);
+        EXPECT_GE(strongest_contrast(value), 4.5) << ground.name().toStdString();
+        EXPECT_EQ(shown.grab().toImage().pixelColor(shown.width() - 6, shown.height() / 2), ground);
+        if (ground.lightness() < 128) {
+            EXPECT_GE(strongest_contrast(box), 3);
+            EXPECT_GE(strongest_contrast(circle), 3);
+        }
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(WindowTest, TheUserBeginsAtTheVariant) {

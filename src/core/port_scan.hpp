@@ -11,6 +11,7 @@ struct PortInfo {
     std::string device;      ///< path or system name; empty for a simulated one
     std::string description; ///< name of the adapter
     std::string refusal;     ///< why it cannot be opened (German, one sentence); empty: it can
+    std::string in_short;    ///< the same in a few words
 
     bool operator==(const PortInfo &) const = default;
 };

@@ -42,12 +42,17 @@ void append_utf8(std::string &text, char32_t point) {
 std::string_view Characters::next() {
     if (rest_.empty())
         return {};
-    const auto lead = static_cast<unsigned char>(rest_.front());
+    const auto at = [this](std::size_t i) { return static_cast<unsigned char>(rest_[i]); };
+    const unsigned char lead = at(0);
     std::size_t size = lead >= 0xF0 && lead < 0xF5 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC2 ? 2 : 1;
     if (lead >= 0xF5 || size > rest_.size())
         size = 1;
+    // What a shorter form could say, half a surrogate pair, and what lies behind the last code point.
+    if (size > 2 && ((lead == 0xE0 && at(1) < 0xA0) || (lead == 0xED && at(1) >= 0xA0) ||
+                     (lead == 0xF0 && at(1) < 0x90) || (lead == 0xF4 && at(1) >= 0x90)))
+        size = 1;
     for (std::size_t i = 1; i < size; ++i)
-        if ((static_cast<unsigned char>(rest_[i]) & 0xC0) != 0x80)
+        if ((at(i) & 0xC0) != 0x80)
             size = 1;
     const std::string_view character = rest_.substr(0, size);
     rest_.remove_prefix(size);

@@ -16,6 +16,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QToolTip>
@@ -38,6 +39,14 @@ bool types_nothing(const TextField &field, const QKeyEvent &key) {
            field.filtered(text.toStdString()).empty();
 }
 
+/// Whether the field is spared this key; the user hears why.
+bool swallowed(const TextField &field, QObject &widget, const QKeyEvent &key) {
+    if (!types_nothing(field, key))
+        return false;
+    show_hint(static_cast<QWidget &>(widget), field.refusal(key.text().toStdString()));
+    return true;
+}
+
 /// A key that opens a drop-down list.
 bool opens_list(const QComboBox &list, const QKeyEvent &key) {
     const bool up_or_down = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
@@ -46,6 +55,12 @@ bool opens_list(const QComboBox &list, const QKeyEvent &key) {
 }
 
 } // namespace
+
+void show_hint(QWidget &widget, const std::string &text) {
+    constexpr int shown_for_ms = 4000;
+    QToolTip::showText(widget.mapToGlobal(QPoint(0, widget.height() / 2)), text_of(text), &widget, {},
+                       shown_for_ms);
+}
 
 Binder::Binder(Form &form, QWidget &window, Telvox &program)
     : form_(form), window_(window), program_(program) {
@@ -91,6 +106,8 @@ template <class Kind, class Widget> bool Binder::bind_as(Control &control) {
             return false;
     widget->installEventFilter(this);
     bind(*kind, *widget);
+    if (!control.spoken_name.empty())
+        widget->setAccessibleName(text_of(control.spoken_name));
     drawers_.emplace_back([this, &control, widget] { draw_common(control, *widget); });
     return true;
 }
@@ -105,7 +122,7 @@ QAction *Binder::action_of(const Control &control) const {
 void Binder::draw_common(const Control &control, QWidget &widget) {
     widget.setEnabled(control.enabled);
     widget.setVisible(control.visible);
-    if (!control.tool_tip.empty())
+    if (!control.tool_tip.empty() && !widget.inherits("QComboBox")) // those have their entries' as well
         show(widget, &QWidget::toolTip, &QWidget::setToolTip, text_of(control.tool_tip));
 }
 
@@ -125,8 +142,12 @@ void Binder::draw() {
         locked_focus_ = nullptr;
     }
     if (const Control *wanted = std::exchange(form_.wants_focus, nullptr))
-        if (auto *widget = window_.findChild<QWidget *>(QString::fromUtf8(wanted->name)))
+        if (auto *widget = window_.findChild<QWidget *>(QString::fromUtf8(wanted->name))) {
             widget->setFocus();
+            for (auto *area : window_.findChildren<QScrollArea *>())
+                if (area->isAncestorOf(widget))
+                    area->ensureWidgetVisible(widget);
+        }
     drawing_ = false;
 }
 
@@ -192,13 +213,23 @@ bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
         return true;
     }
     const std::string name = watched.objectName().toStdString();
-    if (const auto *box = form_.find<TextBox>(name))
-        return !box->read_only && types_nothing(*box, key);
+    const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    // Dialogs know the Enter key by themselves.
+    if (auto *button = qobject_cast<QPushButton *>(&watched);
+        button && enter && !key.isAutoRepeat() && !qobject_cast<QDialog *>(&window_)) {
+        button->click();
+        return true;
+    }
+    if (const auto *box = form_.find<TextBox>(name)) {
+        if (enter && box->enter && !key.isAutoRepeat())
+            program_.click(*box->enter);
+        return !box->read_only && swallowed(*box, watched, key);
+    }
     if (auto *list = qobject_cast<QComboBox *>(&watched)) {
         auto *control = form_.find<ComboBox>(name);
         if (control && opens_list(*list, key))
             program_.focus(*control);
-        return control && control->editable ? types_nothing(*control, key) : search(*list, key);
+        return control && control->editable ? swallowed(*control, watched, key) : search(*list, key);
     }
     if (const auto *view = qobject_cast<QAbstractItemView *>(&watched)) {
         for (QWidget *above = view->parentWidget(); above; above = above->parentWidget())

@@ -35,6 +35,9 @@ void show(Widget &widget, Get get, Set set, const Value &value) {
         (widget.*set)(value);
 }
 
+/// Says at a widget, for a moment, why it did not take something.
+void show_hint(QWidget &widget, const std::string &text);
+
 /// Ties a form to the window that shows it. A control and its widget carry the same name: what the user does
 /// to the widget goes to the program as an event, and the control's values go to the widget. A frame may also
 /// be a page of a tab widget; its caption is the tab's then.
@@ -77,6 +80,8 @@ class Binder final : public QObject {
     void draw_common(const Control &control, QWidget &widget);
     [[nodiscard]] bool usable(const QWidget *widget) const;
     bool key_pressed(QObject &watched, const QKeyEvent &key);
+    /// Typing and pasting as the field takes it; what does not get in says why.
+    void filter(TextField &control, QLineEdit &edit);
     /// Finds the entry of a drop-down list by the beginning of one of its words: "3" is "COM 3".
     bool search(QComboBox &list, const QKeyEvent &key);
     bool close_window();

@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QToolTip>
 
 /// How each kind of control and its widget are tied.
 namespace telvox::desktop {
@@ -29,7 +30,7 @@ QStringList texts_of(const std::vector<std::string> &utf8) {
     return texts;
 }
 
-/// Wide enough for an international number, or for what a device answers.
+/// Wide enough for what is usual, where the screen is small; elsewhere the layout gives more.
 void give_width(QWidget &widget, int characters) {
     widget.setMinimumWidth(characters * widget.fontMetrics().horizontalAdvance('0'));
 }
@@ -97,13 +98,22 @@ void Binder::bind(CheckBox &control, QCheckBox &widget) {
     });
 }
 
+void Binder::filter(TextField &control, QLineEdit &edit) {
+    edit.setValidator(new FieldFilter(control, edit));
+    connect(&edit, &QLineEdit::inputRejected, this, [&] {
+        const bool full = control.max_length != 0 && control.counted(control.text) >= control.max_length;
+        show_hint(edit, control.refusal(full ? control.text : ""));
+    });
+    connect(&edit, &QLineEdit::textEdited, this, [] { QToolTip::hideText(); });
+}
+
 void Binder::bind(TextBox &control, QLineEdit &widget) {
-    constexpr int usual = 16;
+    constexpr int usual = 11;
     const bool few = control.max_length != 0 && control.max_length < usual - 2;
     give_width(widget, control.read_only ? 30 : few ? static_cast<int>(control.max_length) + 2 : usual);
     widget.setReadOnly(control.read_only);
     if (!control.read_only)
-        widget.setValidator(new FieldFilter(control, widget));
+        filter(control, widget);
     connect(&widget, &QLineEdit::textEdited, this,
             [&](const QString &text) { program_.enter(control, text.toStdString()); });
     drawers_.emplace_back(
@@ -113,6 +123,7 @@ void Binder::bind(TextBox &control, QLineEdit &widget) {
 void Binder::bind(TextBox &control, QPlainTextEdit &widget) {
     widget.setReadOnly(true);
     widget.setTabChangesFocus(true);
+    widget.viewport()->setBackgroundRole(QPalette::Window);
     drawers_.emplace_back([&] {
         const QString text = text_of(control.text);
         const QString shown = widget.toPlainText();
@@ -146,7 +157,7 @@ void Binder::bind(ComboBox &control, QComboBox &widget) {
         widget.setEditable(true);
         widget.setInsertPolicy(QComboBox::NoInsert);
         widget.setCompleter(nullptr); // it would add what nobody typed
-        widget.setValidator(new FieldFilter(control, *widget.lineEdit()));
+        filter(control, *widget.lineEdit());
         give_width(widget, 20);
         connect(widget.lineEdit(), &QLineEdit::textEdited, this,
                 [&](const QString &text) { program_.select(control, text.toStdString()); });
@@ -179,7 +190,12 @@ void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
         widget.setEditText(text);
     if (cursor >= 0)
         widget.lineEdit()->setCursorPosition(cursor);
-    widget.setToolTip(chosen < 0 ? QString() : tool_tip(chosen));
+    QStringList tips;
+    if (chosen >= 0 && !tool_tip(chosen).isEmpty())
+        tips << tool_tip(chosen);
+    if (!control.tool_tip.empty())
+        tips << text_of(control.tool_tip);
+    show(widget, &QWidget::toolTip, &QWidget::setToolTip, tips.join('\n'));
 }
 
 void Binder::bind(ListBox &control, QListWidget &widget) {

@@ -11,12 +11,12 @@ namespace telvox::desktop {
 /// out, the cursor stays behind what came in, and where it is full the new text is cut, never the old.
 class FieldFilter final : public QValidator {
   public:
-    FieldFilter(const TextField &box, QLineEdit &edit) : QValidator(&edit), box_(box) {}
+    FieldFilter(const TextField &field, QLineEdit &edit) : QValidator(&edit), field_(field) {}
 
     State validate(QString &input, int &cursor) const override;
 
   private:
-    const TextField &box_;
+    const TextField &field_;
 };
 
 } // namespace telvox::desktop

@@ -1,4 +1,5 @@
 #include "desktop/message_boxes.hpp"
+#include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
@@ -73,7 +74,7 @@ int main(int argc, char **argv) {
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName("telvox");
-    QApplication::setApplicationDisplayName(program_title);
+    QApplication::setStyle(new desktop::ReadableStyle);
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     // Qt's own texts, such as the menus of text boxes; nobody sees one before the window.
     QTranslator german;

@@ -1,8 +1,21 @@
 #include "desktop/message_boxes.hpp"
 
+#include <QGridLayout>
 #include <QPushButton>
 
 namespace telvox::desktop {
+
+namespace {
+
+/// A short text must not cut the title off; beside it stand the window's own buttons.
+void leave_room_for_title(QMessageBox &box) {
+    if (auto *grid = qobject_cast<QGridLayout *>(box.layout())) {
+        const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) * 5 / 4 + 120;
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
+} // namespace
 
 QtMessageBoxes::~QtMessageBoxes() { delete box_; }
 
@@ -26,6 +39,7 @@ void QtMessageBoxes::open_next() {
     QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "OK", QMessageBox::AcceptRole);
     box_->setDefaultButton(message.asks ? box_->addButton("&Nein", QMessageBox::RejectRole) : yes);
     box_->setEscapeButton(box_->defaultButton());
+    leave_room_for_title(*box_);
     if (answered)
         connect(box_, &QMessageBox::finished, this,
                 [box = box_, yes, hear = answered] { hear(box && box->clickedButton() == yes); });

@@ -14,6 +14,9 @@
 #include <QDialog>
 #include <QLayout>
 #include <QMainWindow>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <string_view>
 #include <utility>
 
@@ -45,14 +48,31 @@ constexpr Maker makers[] = {
     {"frmIPT", make<Ui::frmIPT, QDialog>},
 };
 
-/// Height that a window's fields ask for at the moment.
+/// Height that a dialog's fields ask for at the moment. The main window keeps its own: its buttons must not
+/// jump away under the mouse.
 int content_height(QWidget &window) {
-    auto *content = window.findChild<QWidget *>("centralwidget");
-    if (!content)
+    if (!qobject_cast<QDialog *>(&window))
         return 0;
-    content->layout()->activate();
     window.layout()->activate(); // or the window would not get below its old smallest size
-    return content->sizeHint().height();
+    return window.layout()->sizeHint().height();
+}
+
+/// Gives a window room for all its fields, as far as the screen goes; there they scroll.
+void fit_to_screen(QWidget &window) {
+    auto *area = window.findChild<QScrollArea *>();
+    if (!area)
+        return;
+    constexpr QSize borders{16, 48};
+    const QSize screen = window.screen()->availableSize() - borders;
+    window.setAttribute(Qt::WA_DontShowOnScreen); // sizes are known once it has been laid out
+    window.show();
+    window.hide();
+    window.setAttribute(Qt::WA_DontShowOnScreen, false);
+    const QSize missing = area->widget()->sizeHint() - area->viewport()->size();
+    QSize size = (window.size() + missing).expandedTo(window.minimumSizeHint());
+    if (size.height() > screen.height())
+        size.rwidth() += area->verticalScrollBar()->sizeHint().width();
+    window.resize(size.boundedTo(screen));
 }
 
 } // namespace
@@ -123,6 +143,7 @@ void WindowSet::show_or_hide(Form &form) {
             focus->clearFocus(); // each time it opens it begins at its first field
         dialog->open();
     } else {
+        fit_to_screen(window);
         window.show();
     }
     made_[&form].content_height = content_height(window);

@@ -32,7 +32,7 @@ class WindowSet final : public QObject {
     };
     Made &made(Form &form);
     void show_or_hide(Form &form);
-    /// A window whose frames come and go shrinks and grows with them, from the height that it had before;
+    /// A dialog whose frames come and go shrinks and grows with them, from the height that it had before;
     /// what the user added stays.
     static void follow_content(Made &made, int height);
 

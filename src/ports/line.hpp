@@ -3,6 +3,7 @@
 #include "core/serial_format.hpp"
 #include "core/timer.hpp"
 #include "link/serial_port.hpp"
+#include "ports/os.hpp"
 #include "ports/port_map.hpp"
 
 #include <functional>
@@ -27,16 +28,17 @@ class Line {
 /// How a line tells what happened on it, at any time, also from inside a call, and more than once.
 using Report = std::function<void(CommEvent)>;
 
-/// The open line, or why it could not be opened (German).
+/// The open line, or why it could not be opened.
 struct Opened {
     std::unique_ptr<Line> line;
-    std::string cause;
+    os::Refusal cause;
 };
 
 [[nodiscard]] Opened open_system_line(const std::string &device, const SerialFormat &format, Report report);
 [[nodiscard]] Opened open_simulated_line(SimulatedPort &port, const SerialFormat &format, Report report);
 
-inline constexpr const char *port_busy = "Die Schnittstelle wird von einem anderen Programm benutzt.";
-inline constexpr const char *port_absent = "Die Schnittstelle ist nicht vorhanden.";
+inline const os::Refusal port_busy = {"Die Schnittstelle wird von einem anderen Programm benutzt.",
+                                      "von einem anderen Programm belegt"};
+inline const os::Refusal port_absent = {"Die Schnittstelle ist nicht vorhanden.", "nicht vorhanden"};
 
 } // namespace telvox

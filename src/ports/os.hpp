@@ -30,8 +30,15 @@ void reserve_standard_streams();
 extern const bool ports_have_numbers;
 [[nodiscard]] int port_number(const std::string &device);
 
-/// Why a device cannot be opened as a serial port by this user (German); empty if nothing speaks against it.
-[[nodiscard]] std::string refusal(const std::string &device);
+/// Why a port cannot be opened (German), as a sentence and in a few words; both empty: it can.
+struct Refusal {
+    std::string sentence;
+    std::string in_short;
+    [[nodiscard]] bool empty() const { return sentence.empty(); }
+};
+
+/// Why a device cannot be opened as a serial port by this user; empty if nothing speaks against it.
+[[nodiscard]] Refusal refusal(const std::string &device);
 
 /// Keeps every other program off the open port, also one with all rights. False if another one has it.
 [[nodiscard]] bool claim(PortHandle port);

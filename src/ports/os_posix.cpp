@@ -21,13 +21,17 @@ namespace telvox::os {
 
 namespace {
 
-std::string no_permission(const struct stat &status) {
+const Refusal no_permission = {"Keine Berechtigung für die Schnittstelle.", "keine Berechtigung"};
+
+Refusal refused_by(const struct stat &status) {
     const group *owner = ::getgrgid(status.st_gid);
     const bool group_may = (status.st_mode & (S_IRGRP | S_IWGRP)) == (S_IRGRP | S_IWGRP);
     if (!owner || !group_may)
-        return "Keine Berechtigung für die Schnittstelle.";
-    return std::string("Keine Berechtigung: Die Schnittstelle gehört der Gruppe \"") + owner->gr_name +
-           "\". Nehmen Sie den Benutzer in diese Gruppe auf und melden Sie sich neu an.";
+        return no_permission;
+    const std::string name = owner->gr_name;
+    return {"Keine Berechtigung: Die Schnittstelle gehört der Gruppe \"" + name +
+                "\". Nehmen Sie den Benutzer in diese Gruppe auf und melden Sie sich neu an.",
+            "keine Berechtigung, Gruppe " + name + "; danach neu anmelden"};
 }
 
 } // namespace
@@ -56,24 +60,24 @@ bool exists(const std::string &device) { return ::access(device.c_str(), F_OK) =
 const bool ports_have_numbers = false;
 int port_number(const std::string &) { return 0; }
 
-std::string refusal(const std::string &device) {
+Refusal refusal(const std::string &device) {
     struct stat status {};
     if (::stat(device.c_str(), &status) != 0)
         switch (errno) {
         case EACCES:
-            return "Keine Berechtigung für die Schnittstelle.";
+            return no_permission;
         case ENAMETOOLONG:
         case ELOOP:
-            return german_reason(errno);
+            return {german_reason(errno), "kein gültiger Name"};
         default:
             return port_absent;
         }
     if (S_ISDIR(status.st_mode))
-        return "Das ist ein Ordner, keine serielle Schnittstelle.";
+        return {"Das ist ein Ordner, keine serielle Schnittstelle.", "ein Ordner"};
     if (!S_ISCHR(status.st_mode))
-        return "Das Gerät ist keine serielle Schnittstelle.";
+        return {"Das Gerät ist keine serielle Schnittstelle.", "keine serielle Schnittstelle"};
     if (::faccessat(AT_FDCWD, device.c_str(), R_OK | W_OK, AT_EACCESS) != 0)
-        return no_permission(status);
+        return refused_by(status);
     return {};
 }
 

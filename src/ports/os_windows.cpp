@@ -55,7 +55,7 @@ int port_number(const std::string &device) {
     return number;
 }
 
-std::string refusal(const std::string &) { return {}; }
+Refusal refusal(const std::string &) { return {}; }
 bool claim(PortHandle) { return true; } // the system opens a port only once
 bool hung_up(PortHandle) { return false; }
 

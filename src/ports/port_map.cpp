@@ -81,12 +81,14 @@ PortInfo PortMap::info(int number) const {
 }
 
 void PortMap::refresh() {
-    if (!asks_system_ || (last_look_.isValid() && last_look_.elapsed() < look_lasts_ms))
+    if (last_look_.isValid() && last_look_.elapsed() < look_lasts_ms)
         return;
     for (const PresentPort &present : present_()) {
         const auto known = std::find_if(ports_.begin(), ports_.end(), [&](const auto &entry) {
             return real_device(entry.second.device) == real_device(present.device);
         });
+        if (known == ports_.end() && !asks_system_)
+            continue;
         const int number = known != ports_.end()    ? known->first
                            : os::ports_have_numbers ? os::port_number(present.device)
                                                     : lowest_free();

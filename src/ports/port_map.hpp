@@ -51,6 +51,8 @@ class PortMap {
     [[nodiscard]] int number_of(const std::string &device);
     /// What is known of a number; `refusal` is left to whoever tries it.
     [[nodiscard]] PortInfo info(int number) const;
+    /// Whether the numbers are the user's and not the system's.
+    [[nodiscard]] bool named_by_user() const { return !asks_system_; }
 
     /// What stands behind the simulated ports, with its network.
     [[nodiscard]] simulator::World &world() { return world_; }
@@ -62,7 +64,7 @@ class PortMap {
     simulator::World world_;
     std::map<int, Port> ports_;
     Present present_;
-    bool asks_system_; ///< numbers come from the system as well
+    bool asks_system_; ///< numbers come from the system; otherwise only descriptions do
     QElapsedTimer last_look_;
 };
 

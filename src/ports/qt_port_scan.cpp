@@ -12,7 +12,11 @@ std::vector<PortInfo> QtPortScan::ports() {
         scanner_.CommPort(number);
         PortInfo info = map_.info(number);
         info.refusal = scanner_.PortOpen(true);
+        info.in_short = scanner_.refusal().in_short;
         scanner_.PortOpen(false);
+        // One that was unplugged is not there; one that the user named is missed.
+        if (info.refusal == port_absent.sentence && !map_.named_by_user())
+            continue;
         found.push_back(std::move(info));
     }
     return found;

@@ -16,14 +16,15 @@ std::string QtSerialPort::PortOpen(bool open) {
             close();
         return {};
     }
+    refusal_ = {};
     Port *port = ports_.find(number_);
     if (!port)
-        return port_absent;
+        return (refusal_ = port_absent).sentence;
     const auto reporter = [this](CommEvent event) { report(event); };
     auto [line, cause] = port->simulated ? open_simulated_line(*port->simulated, format_, reporter)
                                          : open_system_line(port->device, format_, reporter);
     line_ = std::move(line);
-    return cause;
+    return (refusal_ = cause).sentence;
 }
 
 void QtSerialPort::DTREnable(bool on) {

@@ -24,6 +24,8 @@ class QtSerialPort final : public QObject, public SerialPort {
     void Settings(const SerialFormat &format) override;
     std::string PortOpen(bool open) override;
     [[nodiscard]] bool PortOpen() const override { return line_ != nullptr; }
+    /// Why the last opening failed; empty if it did not.
+    [[nodiscard]] const os::Refusal &refusal() const { return refusal_; }
     void DTREnable(bool on) override;
     void Output(std::string_view bytes) override;
     std::string Input() override;
@@ -39,6 +41,7 @@ class QtSerialPort final : public QObject, public SerialPort {
     int number_ = 0;
     SerialFormat format_;
     std::unique_ptr<Line> line_;
+    os::Refusal refusal_;
     /// Reported by the open line, not yet delivered.
     struct {
         bool data = false, lost = false;

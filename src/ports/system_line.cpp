@@ -44,8 +44,8 @@ class SystemLine final : public QObject, public Line {
     }
 
     /// Returns why it could not be opened, empty when it was.
-    std::string open(const std::string &device, const SerialFormat &format) {
-        if (const std::string refusal = os::refusal(device); !refusal.empty())
+    os::Refusal open(const std::string &device, const SerialFormat &format) {
+        if (const os::Refusal refusal = os::refusal(device); !refusal.empty())
             return refusal;
         // One device, one lock: behind all links, as other programs that lock ports see it.
         const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
@@ -117,7 +117,7 @@ class SystemLine final : public QObject, public Line {
 
     [[nodiscard]] bool carrier() { return port_.pinoutSignals() & QSerialPort::DataCarrierDetectSignal; }
 
-    [[nodiscard]] std::string cause_of_failure() const {
+    [[nodiscard]] os::Refusal cause_of_failure() const {
         switch (port_.error()) {
         case QSerialPort::DeviceNotFoundError:
             return port_absent;
@@ -125,7 +125,8 @@ class SystemLine final : public QObject, public Line {
         case QSerialPort::OpenError:
             return port_busy;
         default:
-            return "Das Gerät lässt sich nicht als serielle Schnittstelle einrichten.";
+            return {"Das Gerät lässt sich nicht als serielle Schnittstelle einrichten.",
+                    "lässt sich nicht einrichten"};
         }
     }
 
@@ -140,7 +141,7 @@ class SystemLine final : public QObject, public Line {
 
 Opened open_system_line(const std::string &device, const SerialFormat &format, Report report) {
     auto line = std::make_unique<SystemLine>(std::move(report));
-    if (const std::string cause = line->open(device, format); !cause.empty())
+    if (const os::Refusal cause = line->open(device, format); !cause.empty())
         return {nullptr, cause};
     return {std::move(line), {}};
 }

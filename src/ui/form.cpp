@@ -36,18 +36,72 @@ bool digits_plus(char32_t c) { return digits(c) || c == U'+'; }
 bool digits_star(char32_t c) { return digits(c) || c == U'*'; }
 bool dialling_characters(char32_t c) { return digits_plus(c) || c == U'*' || c == U'#'; }
 
+namespace {
+
+struct Refusal {
+    KeyFilter filter;
+    const char *text;
+};
+constexpr Refusal refusals[] = {{digits, "Nur Ziffern"},
+                                {digits_plus, "Nur Ziffern und +"},
+                                {digits_star, "Nur Ziffern und *"},
+                                {dialling_characters, "Nur Ziffern, +, * und #"}};
+
+/// An international number with "00" for its "+" and without the "(0)" that is not dialled with it; other
+/// texts, and a "+" alone, as they are.
+std::string without_plus(std::string_view number) {
+    const auto plus = number.find_first_of("+0123456789");
+    if (plus == std::string_view::npos || number[plus] != '+' ||
+        number.find_first_of("0123456789", plus) == std::string_view::npos)
+        return std::string(number);
+    std::string plain = "00" + std::string(number.substr(plus + 1));
+    constexpr std::string_view not_dialled = "(0)";
+    if (const auto at = plain.find(not_dialled); at != std::string::npos)
+        plain.erase(at, not_dialled.size());
+    return plain;
+}
+
+} // namespace
+
 std::string TextField::filtered(std::string_view input) const {
+    return filtered(input, max_length != 0 ? max_length : std::string_view::npos);
+}
+
+std::string TextField::filtered(std::string_view input, std::size_t room) const {
+    const std::string plain = phone_number ? without_plus(input) : std::string(input);
     std::string kept;
-    Characters characters(input);
-    std::size_t count = 0;
-    for (auto c = characters.next(); !c.empty() && (max_length == 0 || count < max_length);
-         c = characters.next()) {
-        if (!accepts(code_point(c)))
+    Characters characters(plain);
+    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
+        constexpr char32_t malformed = 0xFFFD;
+        const char32_t point = code_point(c);
+        if (point == malformed || !accepts(point))
             continue;
+        const std::size_t needed = counted(c);
+        if (needed > room)
+            break;
+        room -= needed;
         kept += c;
-        ++count;
     }
     return kept;
+}
+
+std::size_t TextField::counted(std::string_view input) const {
+    std::size_t count = 0;
+    Characters characters(input);
+    for (auto c = characters.next(); !c.empty(); c = characters.next())
+        count += counts_as_sent ? length(func_Text_prüfen(c)) : 1;
+    return count;
+}
+
+std::string TextField::refusal(std::string_view character) const {
+    if (!filtered(character, std::string_view::npos).empty())
+        return "Mehr als " + std::to_string(max_length) + " Zeichen passen nicht";
+    if (phone_number && character == "+")
+        return "Nur Ziffern; + als 00 eingeben";
+    for (const Refusal &refusal : refusals)
+        if (refusal.filter == accepts)
+            return refusal.text;
+    return "Dieses Zeichen passt hier nicht";
 }
 
 void ComboBox::write(std::string_view input) {

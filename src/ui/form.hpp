@@ -25,7 +25,8 @@ struct Control {
     const char *name;
     std::string caption; ///< with "&" before the letter of its keyboard short cut where it has one
     std::string tool_tip;
-    Control *within; ///< frame around it, or menu that holds it
+    std::string spoken_name; ///< read out where no label of its own stands beside it
+    Control *within;         ///< frame around it, or menu that holds it
     bool enabled = true;
     bool visible = true;
 };
@@ -79,10 +80,18 @@ struct TextField : Control {
     using Control::Control;
     /// What remains of a text that is typed or pasted: the accepted characters, up to the limit.
     [[nodiscard]] std::string filtered(std::string_view input) const;
+    /// The same with room for so many characters.
+    [[nodiscard]] std::string filtered(std::string_view input, std::size_t room) const;
+    /// How many characters of its limit a text takes.
+    [[nodiscard]] std::size_t counted(std::string_view input) const;
+    /// Why a typed character does not get in (German, a few words).
+    [[nodiscard]] std::string refusal(std::string_view character) const;
 
     std::string text;
     std::size_t max_length = 0; ///< in characters; 0 is no limit
     KeyFilter accepts = any_character;
+    bool counts_as_sent = false; ///< the limit holds for what the clean-up makes of it: "ß" is two characters
+    bool phone_number = false;   ///< "+49 171" without "+": 0049171
 };
 
 /// A box of one line, or of several that only the program writes (`multi_line`, then lines end in "\n").
@@ -91,6 +100,7 @@ struct TextBox : TextField {
     bool read_only = false;
     bool multi_line = false;
     bool secret = false; ///< a PIN, password or key: in no record
+    Button *enter = nullptr; ///< pressed by the Enter key
     std::function<void()> lost_focus = [] {};
 };
 

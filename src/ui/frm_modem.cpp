@@ -1,8 +1,6 @@
 #include "ui/frm_modem.hpp"
 
-#include "core/text.hpp"
-
-#include <optional>
+#include <algorithm>
 
 namespace telvox {
 
@@ -80,8 +78,12 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
 
     tboRufnummer_Modem.accepts = digits;
     tboRufnummer_Empfaenger.accepts = digits;
+    tboRufnummer_Modem.phone_number = tboRufnummer_Empfaenger.phone_number = true;
     tboService_Center.accepts = digits_plus;
     tboAmt.accepts = dialling_characters;
+    tboAmt.spoken_name = "Zeichen zur Amtsholung";
+    tboAlarmmeldung.counts_as_sent = true;
+    tboAlarmmeldung.enter = &cbuParametrieren;
     tboPasswort.max_length = 254;
     tboPasswort.secret = true;
     tboPasswort.enabled = false;
@@ -145,7 +147,7 @@ void FrmModem::choose_variant(const Variant &variant) {
     if (variant.text_limit != 0) {
         lblAlarmmeldung.caption = "Alarm&meldung (max. " + std::to_string(variant.text_limit) + " Zeichen):";
         tboAlarmmeldung.max_length = variant.text_limit;
-        tboAlarmmeldung.text = first_characters(tboAlarmmeldung.text, variant.text_limit);
+        tboAlarmmeldung.text = tboAlarmmeldung.filtered(tboAlarmmeldung.text);
     }
 
     cbuParametrieren.enabled = variant.alarms && !(type == ModemType::GPRS && optFernverbindung.value);
@@ -229,9 +231,16 @@ void FrmModem::prz_Eingaben_aktivieren() {
 }
 
 void FrmModem::compute() {
-    const std::size_t used = length(func_Text_prüfen(tboAlarmmeldung.text));
+    const std::size_t used = tboAlarmmeldung.counted(tboAlarmmeldung.text);
     const std::size_t limit = tboAlarmmeldung.max_length;
     lblZeichen_frei.caption = "noch " + std::to_string(limit > used ? limit - used : 0);
+    const ComboBox &list = optDirektverbindung.value ? cobSchnittstelle : cobModem_Port;
+    lblPort_Beschreibung.caption = " "; // keeps its line
+    for (std::size_t i = 0; list.enabled && i < std::min(list.items.size(), list.item_tool_tips.size()); ++i)
+        if (list.items[i] == list.text)
+            lblPort_Beschreibung.caption = list.item_tool_tips[i];
+    if (const auto line = lblPort_Beschreibung.caption.find('\n'); line != std::string::npos)
+        lblPort_Beschreibung.caption.replace(line, 1, ", ");
 }
 
 } // namespace telvox

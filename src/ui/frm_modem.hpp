@@ -19,7 +19,8 @@ class FrmModem : public Form {
     /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too.
     void prz_Eingaben_aktivieren();
 
-    /// Updates what is computed from the fields: the characters left for the alarm text.
+    /// Updates what is computed from the fields: the characters left for the alarm text, and what is
+    /// known of the chosen port.
     void compute() override;
 
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};
@@ -57,6 +58,7 @@ class FrmModem : public Form {
                                    &fraVerbindungsart};
     Label lblModemanschluss{*this, "lblModemanschluss", "M&odemanschluss:", &fraVerbindungsart};
     ComboBox cobModem_Port{*this, "cobModem_Port", {}, &fraVerbindungsart};
+    Label lblPort_Beschreibung{*this, "lblPort_Beschreibung", {}, &fraVerbindungsart}; ///< of the chosen port
     Label lblRufnummer_Modem{*this, "lblRufnummer_Modem", "&Rufnummer des Telvox-A:", &fraVerbindungsart};
     TextBox tboRufnummer_Modem{*this, "tboRufnummer_Modem", {}, &fraVerbindungsart};
 

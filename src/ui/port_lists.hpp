@@ -7,8 +7,9 @@
 namespace telvox {
 
 /// Fills both port lists with the ports that can be opened at this moment, but leaves them as they are while
-/// the session has its own port open. A chosen port that is still there stays chosen. A box says so if there
-/// is none.
+/// the session has its own port open. A chosen port that is still there stays chosen; where nothing was, a
+/// single port is chosen. A box says so if there is none, and why those that are there cannot be opened;
+/// where others can, the lists' tool tip says it.
 void prz_freie_Schnittstellen(Desk &desk, const Link &link, PortScan &scan);
 
 /// Has the lists filled when they get the focus or are opened.

@@ -77,6 +77,11 @@ class FrmGSM_Status : public Form {
     FrmGSM_Status() : Form("frmGSM_Status", "GSM Status") {
         for (TextBox *box : {&tboStatus, &tboPIN_hinterlegt, &tboReg_zustand, &tboIMEI})
             box->read_only = true;
+        tboStatus.spoken_name = "PIN Status";
+        tboPIN_hinterlegt.spoken_name = "PIN hinterlegt";
+        tboReg_zustand.spoken_name = "Registrierungszustand";
+        pzbSignalstaerke.spoken_name = "Signalstärke";
+        tboIMEI.spoken_name = "IMEI";
         pzbSignalstaerke.maximum = 31; // the scale of "+CSQ"
         pzbSignalstaerke.tool_tip = "Je länger der Balken, desto besser der Empfang.";
         cancel = &cbuSchließen;

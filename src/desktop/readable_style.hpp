@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace telvox::desktop {
+
+/// How well one colour stands out from another, 1 (not at all) to 21 (black on white).
+[[nodiscard]] double contrast(const QColor &a, const QColor &b);
+
+/// The platform's style, readable in light and dark palettes: locked fields still show what is being written
+/// to the device, unticked boxes and circles can be seen on dark ground, and a field that nobody can type
+/// into looks like the ground it stands on.
+class ReadableStyle final : public QProxyStyle {
+  public:
+    using QProxyStyle::polish;
+    using QProxyStyle::QProxyStyle;
+    void polish(QPalette &palette) override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override;
+};
+
+} // namespace telvox::desktop
