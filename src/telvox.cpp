@@ -50,6 +50,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
 void Telvox::connect_the_end() {
     FrmModem &main = desk.frmModem;
     main.cancel = &main.cbuBeenden;
+    main.cbuAbbrechen.clicked = [this] { sequencer_.cancel(); };
     main.cbuBeenden.clicked = [this] {
         if (!sequencer_.busy())
             return desk.frmModem.unload();
@@ -77,6 +78,7 @@ void Telvox::after_event() {
         desk.frmModem.unload();
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
+    desk.frmModem.show_progress(sequencer_.progress());
     for (Form *form : desk.forms)
         form->compute();
     redraw();
@@ -188,6 +190,10 @@ void Telvox::comSeriell_OnComm(CommEvent reason) {
         recorder_.event(reason);
         sequencer_.comSeriell_OnComm(reason);
     });
+}
+
+void Telvox::refresh() {
+    event([] {});
 }
 
 void Telvox::cancel() {

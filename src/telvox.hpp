@@ -57,6 +57,8 @@ class Telvox {
     void comSeriell_OnComm(CommEvent event);
     /// The user wants the running job to end: it ends with its hang-up, and a box says so.
     void cancel();
+    /// Nothing has happened but that time has passed: what counts down is shown anew.
+    void refresh();
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR. No event does

@@ -208,6 +208,10 @@ TEST_F(MainWindow, AJobLocksTheInputsAndItsEndUnlocksThem) {
     rig.choose_cable_port(3);
     rig.program.click(f.cbuTest);
     EXPECT_EQ(usable(f), "");
+    rig.turn_by(milliseconds{2000});
+    rig.program.refresh();
+    EXPECT_EQ(f.lblSchritt.caption, "Schritt 1 von 4, noch 3 s");
+    EXPECT_TRUE(f.cbuAbbrechen.usable());
     EXPECT_TRUE(f.cbuBeenden.usable() && f.mnuInfo.usable());
     EXPECT_TRUE(rig.run_until_idle(milliseconds{10000}));
     EXPECT_EQ(usable(f), "cable number amt service sms fax password text PARA TEST OFF");

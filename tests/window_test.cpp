@@ -224,7 +224,7 @@ TEST_F(WindowTest, AGsmDeviceIsConfiguredFromTheWindow) {
     EXPECT_FALSE(start.isEnabled());
     EXPECT_FALSE(find<QPushButton>("cbuBeenden").hasFocus()) << "a second press must not end the program";
     rig.turn_by(milliseconds(100));
-    auto *panel = find<QStatusBar>("StatusBar").findChild<QLabel *>();
+    auto *panel = find<QStatusBar>("StatusBar").findChild<QLabel *>(QLatin1String(""));
     EXPECT_EQ(panel->text(), "Verbindungsprüfung");
     rig.arrive("TIME: 2000/01/01,00:00:00\r\n");
     answer_as_gsm_device();

@@ -12,11 +12,15 @@
 #include "ui_frm_pin.h"
 
 #include <QDialog>
+#include <QLabel>
 #include <QLayout>
 #include <QMainWindow>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <string_view>
 #include <utility>
 
@@ -31,12 +35,33 @@ template <class Design, class Window> QWidget *make(QWidget *parent) {
     return window;
 }
 
+/// The main window's status bar has the running job's progress at its right, which a design cannot place
+/// there.
+QWidget *make_main(QWidget *parent) {
+    QWidget *window = make<Ui::frmModem, QMainWindow>(parent);
+    QStatusBar *bar = static_cast<QMainWindow *>(window)->statusBar();
+    const auto add = [bar](QWidget *widget, const char *name) {
+        widget->setObjectName(name);
+        bar->addPermanentWidget(widget);
+    };
+    add(new QLabel(bar), "lblSchritt");
+    auto *progress = new QProgressBar(bar);
+    progress->setTextVisible(false);
+    progress->setFixedWidth(8 * progress->fontMetrics().horizontalAdvance("00"));
+    add(progress, "pzbSchritt");
+    auto *cancel = new QPushButton(bar);
+    cancel->setShortcut(Qt::Key_Escape);
+    cancel->setFocusPolicy(Qt::NoFocus); // it comes and goes; the focus stays where the user left it
+    add(cancel, "cbuAbbrechen");
+    return window;
+}
+
 struct Maker {
     std::string_view form;
     QWidget *(*make)(QWidget *parent);
 };
 constexpr Maker makers[] = {
-    {"frmModem", make<Ui::frmModem, QMainWindow>},
+    {"frmModem", make_main},
     {"frmPin", make<Ui::frmPin, QDialog>},
     {"frmMSN", make<Ui::frmMSN, QDialog>},
     {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
@@ -79,6 +104,8 @@ void fit_to_screen(QWidget &window) {
 
 WindowSet::WindowSet(Telvox &program) : program_(program) {
     program_.redraw = [this] { draw(); };
+    countdown_.setInterval(500);
+    connect(&countdown_, &QTimer::timeout, this, [this] { program_.refresh(); });
 }
 
 WindowSet::~WindowSet() {
@@ -92,6 +119,8 @@ WindowSet::~WindowSet() {
 void WindowSet::draw() {
     for (Form *form : program_.desk.forms)
         show_or_hide(*form);
+    if (program_.busy() != countdown_.isActive())
+        program_.busy() ? countdown_.start() : countdown_.stop();
 }
 
 QWidget *WindowSet::front() const {

@@ -2,6 +2,7 @@
 
 #include "desktop/binder.hpp"
 
+#include <QTimer>
 #include <functional>
 #include <map>
 
@@ -38,6 +39,7 @@ class WindowSet final : public QObject {
 
     Telvox &program_;
     std::map<Form *, Made> made_;
+    QTimer countdown_; ///< runs while a job does
 };
 
 } // namespace telvox::desktop

@@ -295,6 +295,7 @@ Progress Sequencer::progress() const {
         return {};
     Progress now = progress_;
     now.passed = c_.timer.now() - step_began_;
+    now.hangs_up = c_.jobs.byteAuflege_Counter != 0;
     return now;
 }
 

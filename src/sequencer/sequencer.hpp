@@ -8,6 +8,7 @@
 #include "sequencer/error_reports.hpp"
 #include "sequencer/launch.hpp"
 #include "sequencer/panel.hpp"
+#include "sequencer/progress.hpp"
 #include "sequencer/step.hpp"
 
 #include <string>
@@ -22,16 +23,6 @@ enum class Outcome {
     failed,    ///< ended with an error, or its port could not be opened
     succeeded, ///< went to its end
     objected,  ///< went to its end, but the device rejected something on the way
-};
-
-/// How far the running job is.
-struct Progress {
-    int step = 0;           ///< of the table that runs; 0: nothing runs
-    int steps = 0;          ///< that the table has
-    milliseconds wait{0};   ///< that the step may take
-    milliseconds passed{0}; ///< of that
-
-    bool operator==(const Progress &) const = default;
 };
 
 /// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.

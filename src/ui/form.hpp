@@ -99,7 +99,7 @@ struct TextBox : TextField {
     using TextField::TextField;
     bool read_only = false;
     bool multi_line = false;
-    bool secret = false; ///< a PIN, password or key: in no record
+    bool secret = false;     ///< a PIN, password or key: in no record
     Button *enter = nullptr; ///< pressed by the Enter key
     std::function<void()> lost_focus = [] {};
 };

@@ -98,6 +98,9 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
         "Fragt das Gerät am Kabel, welches Telvox-A es ist. Am Gerät wird nichts verändert.";
     cbuTest.tool_tip = "Zum testen der Alarmmeldung auf dieses Button klicken";
 
+    lblSchritt.visible = pzbSchritt.visible = cbuAbbrechen.visible = false;
+    pzbSchritt.spoken_name = "Fortschritt";
+    cbuAbbrechen.tool_tip = "Beendet den laufenden Vorgang (Esc); eine Verbindung wird getrennt.";
     optDirektverbindung.choose();
     optSMS.choose();
     optAnalog.choose();
@@ -228,6 +231,20 @@ void FrmModem::prz_Eingaben_aktivieren() {
             cbuTest.enabled = true;
     }
     lblPasswort.enabled = lblService_Center.enabled = tboService_Center.enabled = true;
+}
+
+void FrmModem::show_progress(const Progress &progress) {
+    const bool runs = progress.step != 0 && !progress.hangs_up;
+    lblSchritt.visible = pzbSchritt.visible = cbuAbbrechen.visible = runs;
+    pzbSchritt.maximum = progress.steps;
+    pzbSchritt.value = progress.step;
+    if (!runs)
+        return;
+    lblSchritt.caption =
+        "Schritt " + std::to_string(progress.step) + " von " + std::to_string(progress.steps);
+    constexpr milliseconds worth_telling{2000};
+    if (const auto left = progress.wait - progress.passed; progress.wait > worth_telling && left.count() > 0)
+        lblSchritt.caption += ", noch " + std::to_string((left.count() + 999) / 1000) + " s";
 }
 
 void FrmModem::compute() {

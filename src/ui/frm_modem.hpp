@@ -2,6 +2,7 @@
 
 #include "core/messages.hpp"
 #include "core/session.hpp"
+#include "sequencer/progress.hpp"
 #include "ui/form.hpp"
 
 namespace telvox {
@@ -18,6 +19,9 @@ class FrmModem : public Form {
     void prz_Eingaben_deaktivieren();
     /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too.
     void prz_Eingaben_aktivieren();
+
+    /// Shows how far the running job is, and whether it can still be ended.
+    void show_progress(const Progress &progress);
 
     /// Updates what is computed from the fields: the characters left for the alarm text, and what is
     /// known of the chosen port.
@@ -93,6 +97,9 @@ class FrmModem : public Form {
     Button cbuBeenden{*this, "cbuBeenden", "&Beenden"};
 
     StatusPanel StatusBar{*this, "StatusBar"};
+    Label lblSchritt{*this, "lblSchritt"}; ///< "Schritt 4 von 9, noch 12 s"
+    ProgressBar pzbSchritt{*this, "pzbSchritt"};
+    Button cbuAbbrechen{*this, "cbuAbbrechen", "Abbrechen"};
 
   private:
     struct Variant;
