@@ -159,6 +159,14 @@ struct IptSettings {
     int mode = 0; ///< 0 off, 2 unscrambled, 3 scrambled
 };
 
+/// How the last start came out.
+enum class Outcome {
+    refused,   ///< a check said no, nothing was sent (or nothing was started yet)
+    failed,    ///< ended with an error, or its port could not be opened
+    succeeded, ///< went to its end
+    objected,  ///< went to its end, but the device rejected something on the way
+};
+
 /// What survives the end of a job.
 struct Session {
     std::string strCOMparameter_direkt;     ///< format toward the cabled device, e.g. "2400,e,8,1"
@@ -177,6 +185,7 @@ struct Session {
     std::string strSMS_Protokoll;
     std::string strSMS_Protokoll_ISDN;
     std::string strSMS_Protokoll_ISDN_fern;
+    Outcome outcome = Outcome::refused; ///< of the last job, or of the last action on the network
     Counter bytePortzaehler = 0;
     Counter byteISDN_Anschlussart = 0;       ///< 0 point to multipoint, 1 point to point
     bool boolKommunikations_Fehler7 = false; ///< survives every reset

@@ -43,7 +43,7 @@ bool Sequencer::ready(const Launch &launch) {
         c_.outbox.show("Es läuft bereits ein Vorgang.");
         return false;
     }
-    outcome_ = Outcome::refused;
+    c_.session.outcome = Outcome::refused;
     for (const Check &check : launch.checks) {
         if (check.holds(c_.desk))
             continue;
@@ -103,7 +103,7 @@ bool Sequencer::open_port(const Launch &launch) {
     const std::string cause = port.PortOpen(true);
     if (cause.empty())
         return true;
-    outcome_ = Outcome::failed;
+    c_.session.outcome = Outcome::failed;
     c_.outbox.show({.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
                     .title = port_error_title,
                     .icon = Icon::exclamation});
@@ -220,7 +220,7 @@ void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
         return fail(LineEnd::by_mode, {.text = step.message(c_.desk)});
     // A query has no message; what its fields show says it all.
-    outcome_ = rejected_.empty() || !step.message.given() ? Outcome::succeeded : Outcome::objected;
+    c_.session.outcome = rejected_.empty() || !step.message.given() ? Outcome::succeeded : Outcome::objected;
     Message message{.text = step.message.given() ? step.message(c_.desk) : ""};
     // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
     step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
@@ -261,7 +261,7 @@ void Sequencer::hang_up_step() {
 }
 
 void Sequencer::fail(LineEnd line, Message message) {
-    outcome_ = Outcome::failed;
+    c_.session.outcome = Outcome::failed;
     finish(line);
     c_.outbox.show(std::move(message));
 }
@@ -302,7 +302,7 @@ Progress Sequencer::progress() const {
 void Sequencer::abandon() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
-    outcome_ = Outcome::failed;
+    c_.session.outcome = Outcome::failed;
     // A line that was never dialled, or has fallen, has nothing to hang up.
     finish(c_.panel.remote() ? LineEnd::hang_up : LineEnd::drop);
 }

@@ -17,14 +17,6 @@
 
 namespace telvox {
 
-/// How the last start came out.
-enum class Outcome {
-    refused,   ///< a check said no, nothing was sent (or nothing was started yet)
-    failed,    ///< ended with an error, or its port could not be opened
-    succeeded, ///< went to its end
-    objected,  ///< went to its end, but the device rejected something on the way
-};
-
 /// Runs the one job: its start, its ticks, the error reports, the hang-up of the local modem, and its end.
 class Sequencer {
   public:
@@ -50,7 +42,7 @@ class Sequencer {
     [[nodiscard]] bool busy() const { return c_.jobs != JobState{}; }
 
     /// How the last job came out; meaningful once the session is idle again.
-    [[nodiscard]] Outcome outcome() const { return outcome_; }
+    [[nodiscard]] Outcome outcome() const { return c_.session.outcome; }
 
     /// Whether a job could start: none runs, and its checks hold. Otherwise a box says why not.
     bool ready(const Launch &launch);
@@ -110,7 +102,6 @@ class Sequencer {
 
     Context c_;
     Receiver receiver_;
-    Outcome outcome_ = Outcome::refused;
     milliseconds started_{0};
     milliseconds allowed_{0};      ///< waits of the tables that have run so far
     std::vector<CounterOf> timed_; ///< the counters of those tables
