@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/telnet.hpp"
 #include "sequencer/error_reports.hpp"
 #include "sequencer/step.hpp"
 
@@ -22,5 +23,8 @@ extern const Family isdn_family;
 extern const Family gsm_family;
 extern const Family gprs_family;
 extern const Family ethernet_family;
+
+/// The Ethernet module's Telnet dialogues.
+extern const TelnetDialogues ethernet_dialogues;
 
 } // namespace telvox
