@@ -4,6 +4,7 @@
 
 #include "rig/rig.hpp"
 
+#include "ports/network_ports.hpp"
 #include "ports/qt_timer.hpp"
 
 #include <QCoreApplication>
@@ -236,8 +237,17 @@ struct RealJob final : MessageBoxes {
     const JobCase &job;
     AnsweringPort port;
     NoScan scan;
-    QtTimer timer;
-    Telvox program{{.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = *this}, {"/nonexistent", {}}};
+    QtTimer timer, timer2;
+    std::unique_ptr<ReportingTcpClient> tcp = make_qt_tcp_client();
+    std::unique_ptr<ReportingProcesses> processes = make_qt_processes();
+    Telvox program{{.comSeriell = port,
+                    .scan = scan,
+                    .Timer1 = timer,
+                    .boxes = *this,
+                    .Timer2 = timer2,
+                    .Winsock = *tcp,
+                    .processes = *processes},
+                   {"/nonexistent", {}}};
     QElapsedTimer clock;
     qint64 took = -1;
 };

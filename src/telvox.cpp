@@ -24,14 +24,21 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .outbox = desk.outbox,
                   .families = family_of_job,
                   .reports = device_reports,
-                  .changes_device = changes_device}) {
+                  .changes_device = changes_device}),
+      network_({.Winsock = ports.Winsock,
+                .processes = ports.processes,
+                .Timer2 = ports.Timer2,
+                .outbox = desk.outbox,
+                .session = desk.session,
+                .data_folder = desk.folders.settings,
+                .log_listeners = desk.log_listeners}) {
     desk.folders = std::move(folders);
     desk.status_listeners.emplace_back([this](std::string_view text) {
         recorder_.note(RecordLine::Kind::done, "status " + std::string(text));
     });
     connect_main_window(desk, sequencer_);
     connect_small_dialogs(desk, sequencer_);
-    connect_ethernet(desk, sequencer_);
+    connect_ethernet(desk, sequencer_, network_, ethernet_dialogues);
     connect_gprs_dialogs(desk, sequencer_);
     connect_settings(desk, sequencer_);
     connect_port_lists(desk, link_, ports_.scan);
@@ -52,7 +59,7 @@ void Telvox::connect_the_end() {
     main.cancel = &main.cbuBeenden;
     main.cbuAbbrechen.clicked = [this] { sequencer_.cancel(); };
     main.cbuBeenden.clicked = [this] {
-        if (!sequencer_.busy())
+        if (!busy())
             return desk.frmModem.unload();
         desk.outbox.ask("Es läuft noch ein Vorgang. Trotzdem beenden?", [this](bool yes) {
             if (yes)
@@ -63,6 +70,7 @@ void Telvox::connect_the_end() {
 
 void Telvox::leave() {
     sequencer_.abandon();
+    network_.stop();
     leaving_ = true;
 }
 
@@ -74,7 +82,7 @@ template <class Handler> void Telvox::event(Handler &&handler) {
 }
 
 void Telvox::after_event() {
-    if (leaving_ && !sequencer_.busy())
+    if (leaving_ && !busy())
         desk.frmModem.unload();
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
@@ -196,8 +204,20 @@ void Telvox::refresh() {
     event([] {});
 }
 
+void Telvox::Timer2_Timer() {
+    event([&] { network_.Timer2_Timer(); });
+}
+
+void Telvox::Winsock_DataArrival(std::string_view bytes) {
+    event([&] { network_.Winsock_DataArrival(bytes); });
+}
+
+void Telvox::process_ended(const ProcessEnd &end) {
+    event([&] { network_.process_ended(end); });
+}
+
 void Telvox::cancel() {
-    event([&] { sequencer_.cancel(); });
+    event([&] { sequencer_.busy() ? sequencer_.cancel() : network_.cancel(); });
 }
 
 void Telvox::offer_port(int number) {
@@ -211,6 +231,7 @@ void Telvox::Form_Unload() {
     gone_ = true;
     ports_.Timer1.Enabled(false);
     sequencer_.close_port();
+    network_.stop();
 }
 
 } // namespace telvox

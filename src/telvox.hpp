@@ -1,12 +1,14 @@
 #pragma once
 
 #include "core/messages.hpp"
+#include "core/network.hpp"
 #include "core/port_scan.hpp"
 #include "core/settings_file.hpp"
 #include "core/timer.hpp"
 #include "link/link.hpp"
 #include "link/recorder.hpp"
 #include "link/serial_port.hpp"
+#include "net/network_tools.hpp"
 #include "sequencer/sequencer.hpp"
 #include "ui/desk.hpp"
 
@@ -27,6 +29,9 @@ class Telvox {
         PortScan &scan;
         Timer &Timer1;
         MessageBoxes &boxes;
+        Timer &Timer2; ///< of the actions on the network
+        TcpClient &Winsock;
+        Processes &processes;
     };
 
     /// Starts the session: reset, and the settings read from the folder.
@@ -55,19 +60,25 @@ class Telvox {
     void close(Form &form);
     void Timer1_Timer();
     void comSeriell_OnComm(CommEvent event);
-    /// The user wants the running job to end: it ends with its hang-up, and a box says so.
+    void Timer2_Timer();
+    void Winsock_DataArrival(std::string_view bytes);
+    void process_ended(const ProcessEnd &end);
+    /// The user wants the running job to end: it ends with its hang-up, and a box says so. Without one, the
+    /// action on the network.
     void cancel();
     /// Nothing has happened but that time has passed: what counts down is shown anew.
     void refresh();
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
-    /// The main window goes: the port is closed, a call that is up is dropped with DTR. No event does
+    /// The main window goes: the port is closed, a call that is up is dropped with DTR, a program or
+    /// connection on the network ends. No event does
     /// anything from then on.
     void Form_Unload();
 
-    [[nodiscard]] bool busy() const { return sequencer_.busy(); }
-    /// How the last job came out; meaningful once the session is idle again.
-    [[nodiscard]] Outcome outcome() const { return sequencer_.outcome(); }
+    /// A job runs, or an action on the network.
+    [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy(); }
+    /// How the last job or action came out; meaningful once the session is idle again.
+    [[nodiscard]] Outcome outcome() const { return desk.session.outcome; }
 
     [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
 
@@ -87,6 +98,7 @@ class Telvox {
     Recorder recorder_;
     Link link_;
     Sequencer sequencer_;
+    NetworkTools network_;
     bool leaving_ = false; ///< the program ends as soon as the session is idle
     bool gone_ = false;
 };

@@ -34,7 +34,7 @@ need() {
 
 # What building and showing the program takes.
 program_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev libgl1 libxkbcommon-x11-0
-    qt6-translations-l10n fonts-dejavu-core)
+    qt6-translations-l10n fonts-dejavu-core iputils-ping iproute2)
 
 # build PRESET: configures it once, then builds what changed.
 build() {

@@ -6,6 +6,7 @@
 #include "ui_frm_gateway.h"
 #include "ui_frm_gprs.h"
 #include "ui_frm_gsm_status.h"
+#include "ui_frm_ip_over_ethernet.h"
 #include "ui_frm_ipt.h"
 #include "ui_frm_modem.h"
 #include "ui_frm_msn.h"
@@ -69,6 +70,7 @@ constexpr Maker makers[] = {
     {"frmEthernet", make<Ui::frmEthernet, QDialog>},
     {"frmGateway", make<Ui::frmGateway, QDialog>},
     {"frmEinstellungen", make<Ui::frmEinstellungen, QDialog>},
+    {"frmIPoEthernet", make<Ui::frmIPoEthernet, QDialog>},
     {"frmGPRS", make<Ui::frmGPRS, QDialog>},
     {"frmIPT", make<Ui::frmIPT, QDialog>},
 };

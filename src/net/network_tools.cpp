@@ -194,7 +194,8 @@ void NetworkTools::cancel() {
 
 void NetworkTools::log(std::string &into, std::string_view text) const {
     const std::string plain = plain_text(text);
-    c_.logged(plain);
+    for (const auto &hear : c_.log_listeners)
+        hear(plain);
     into += plain;
     if (into.size() <= longest_log)
         return;

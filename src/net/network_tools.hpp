@@ -12,6 +12,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvox {
 
@@ -54,7 +55,7 @@ class NetworkTools {
         Outbox &outbox;
         Session &session;
         const std::filesystem::path &data_folder;
-        const std::function<void(std::string_view)> &logged;
+        const std::vector<std::function<void(std::string_view)>> &log_listeners;
     };
 
     explicit NetworkTools(const Context &context) : c_(context) {}

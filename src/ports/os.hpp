@@ -1,9 +1,11 @@
 #pragma once
 
+#include "core/network.hpp"
+
 #include <string>
 #include <vector>
 
-/// What the operating systems do differently about serial devices and calls.
+/// What the operating systems do differently about serial devices, calls and their own programs.
 namespace telvox::os {
 
 /// What the system knows an open port by.
@@ -48,5 +50,15 @@ struct Refusal {
 
 /// Whether bytes that were handed to the system are still waiting to leave the open port.
 [[nodiscard]] bool output_pending(PortHandle port);
+
+/// Whose tools for the network there are.
+extern const Processes::Tools tools;
+
+/// The folders in which the system's programs are looked for. On Windows only the system's own, or a file
+/// beside this program would be run; elsewhere also those that not every user has in the path.
+[[nodiscard]] std::vector<std::string> program_folders();
+
+/// What a program of the system printed, as UTF-8.
+[[nodiscard]] std::string console_text(const std::string &bytes);
 
 } // namespace telvox::os

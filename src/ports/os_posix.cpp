@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
+#include <sstream>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -103,5 +104,20 @@ bool output_pending(PortHandle port) {
 #endif
     return false;
 }
+
+const Processes::Tools tools = Processes::Tools::of_linux;
+
+std::vector<std::string> program_folders() {
+    std::vector<std::string> folders;
+    const char *path = std::getenv("PATH");
+    std::istringstream all(path ? path : "");
+    for (std::string folder; std::getline(all, folder, ':');)
+        if (folder.starts_with('/'))
+            folders.push_back(folder);
+    folders.insert(folders.end(), {"/usr/sbin", "/sbin", "/usr/bin", "/bin"});
+    return folders;
+}
+
+std::string console_text(const std::string &bytes) { return bytes; }
 
 } // namespace telvox::os

@@ -65,4 +65,20 @@ bool output_pending(PortHandle port) {
     return ::ClearCommError(port, &errors, &status) && status.cbOutQue > 0;
 }
 
+const Processes::Tools tools = Processes::Tools::of_windows;
+
+std::vector<std::string> program_folders() {
+    wchar_t folder[MAX_PATH] = {};
+    ::GetSystemDirectoryW(folder, MAX_PATH);
+    return {utf8(folder)};
+}
+
+std::string console_text(const std::string &bytes) {
+    const int size = static_cast<int>(bytes.size());
+    std::wstring wide(bytes.size(), L'\0');
+    wide.resize(
+        static_cast<std::size_t>(::MultiByteToWideChar(CP_OEMCP, 0, bytes.data(), size, wide.data(), size)));
+    return utf8(wide.c_str());
+}
+
 } // namespace telvox::os

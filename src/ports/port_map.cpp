@@ -41,6 +41,7 @@ std::vector<PresentPort> present_ports() {
 
 PortMap::PortMap(const CommonOptions &options, Present present)
     : present_(std::move(present)), asks_system_(options.ports.empty()) {
+    clock_.start();
     for (const auto &[number, device] : options.ports)
         ports_[number].device = device;
     for (int number = 1; options.simulator && number <= last_port; ++number) {
@@ -51,7 +52,7 @@ PortMap::PortMap(const CommonOptions &options, Present present)
         port.description = simulator::description_of_port(number);
         port.simulated = std::make_unique<SimulatedPort>();
         port.simulated->device = std::move(device);
-        port.simulated->clock.start();
+        port.simulated->clock = clock_;
     }
 }
 

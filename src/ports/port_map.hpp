@@ -56,12 +56,15 @@ class PortMap {
 
     /// What stands behind the simulated ports, with its network.
     [[nodiscard]] simulator::World &world() { return world_; }
+    /// The time of that world; all its clocks run alike.
+    [[nodiscard]] simulator::Time now() const { return simulator::Time(clock_.elapsed()); }
 
   private:
     void refresh();
     int lowest_free() const;
 
     simulator::World world_;
+    QElapsedTimer clock_;
     std::map<int, Port> ports_;
     Present present_;
     bool asks_system_; ///< numbers come from the system; otherwise only descriptions do

@@ -9,6 +9,7 @@
 #include "ui/frm_ethernet.hpp"
 #include "ui/frm_gateway.hpp"
 #include "ui/frm_gprs.hpp"
+#include "ui/frm_ip_over_ethernet.hpp"
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
 #include "ui/small_dialogs.hpp"
@@ -31,6 +32,7 @@ struct Desk final : Panel {
     FrmGSM_Status frmGSM_Status;
     FrmEthernet frmEthernet;
     FrmGateway frmGateway;
+    FrmIPoEthernet frmIPoEthernet;
     FrmGPRS frmGPRS{session, frmModem, folders};
     FrmIPT frmIPT{session, frmModem};
     FrmEinstellungen frmEinstellungen{session, frmModem.cobSchnittstelle};
@@ -45,6 +47,7 @@ struct Desk final : Panel {
         &frmGSM_Status,
         &frmEthernet,
         &frmGateway,
+        &frmIPoEthernet,
         &frmGPRS,
         &frmIPT,
         &frmEinstellungen,
@@ -58,6 +61,8 @@ struct Desk final : Panel {
 
     /// Hears every status text, also those that a handler replaces before the window is drawn again.
     std::vector<std::function<void(std::string_view)>> status_listeners;
+    /// Hear what goes into the log of a network dialog: ping's answers and what the module says.
+    std::vector<std::function<void(std::string_view)>> log_listeners;
 
     /// What no record may show: PIN, passwords and keys, as entered and as a job sends them.
     [[nodiscard]] std::vector<std::string> secrets() const {

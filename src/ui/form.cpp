@@ -34,6 +34,9 @@ bool digits(char32_t c) { return c >= U'0' && c <= U'9'; }
 bool digits_dot(char32_t c) { return digits(c) || c == U'.'; }
 bool digits_plus(char32_t c) { return digits(c) || c == U'+'; }
 bool digits_star(char32_t c) { return digits(c) || c == U'*'; }
+bool hexadecimal_dash(char32_t c) {
+    return digits(c) || (c >= U'a' && c <= U'f') || (c >= U'A' && c <= U'F') || c == U'-';
+}
 bool dialling_characters(char32_t c) { return digits_plus(c) || c == U'*' || c == U'#'; }
 
 namespace {

@@ -73,6 +73,7 @@ bool digits(char32_t c);              ///< "0" to "9"
 bool digits_dot(char32_t c);          ///< an IP address
 bool digits_plus(char32_t c);         ///< phone numbers with "+"
 bool digits_star(char32_t c);         ///< an MSN; "*" takes all calls
+bool hexadecimal_dash(char32_t c);    ///< part of a MAC address
 bool dialling_characters(char32_t c); ///< "0" to "9", "+", "*", "#"
 
 /// What text is typed into.

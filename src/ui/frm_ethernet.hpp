@@ -6,6 +6,8 @@ namespace telvox {
 
 /// An example of an IP address, below the fields that take one.
 inline constexpr const char *ip_example = "(Beispiel: 192.168.0.100)";
+/// A full bar of the dialogs that work over the network: ten seconds, the longest a ping may take.
+inline constexpr int network_progress = 20;
 
 /// Sets the Ethernet module's IP address and TCP port over the cable.
 class FrmEthernet : public Form {

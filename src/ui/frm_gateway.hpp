@@ -11,9 +11,17 @@ class FrmGateway : public Form {
         for (TextBox *box : {&tboIP, &tboGateway, &tboNetzmaske})
             box->accepts = digits_dot;
         tboShell.read_only = tboShell.multi_line = true;
+        prbFortschritt.maximum = network_progress;
         cancel = &cbuEthernet_GW_Abbruch;
         cbuEthernet_GW_Abbruch.clicked = [this] { unload(); };
         reset();
+    }
+
+    bool running = false; ///< an action of this window; its buttons are off meanwhile
+    void compute() override {
+        for (Button *button : {&cbuVerbindung_pruefen, &cbuEthernet_GW_Konfigurieren, &cbuEthernet_GW_Kabel,
+                               &cbuEthernet_GW_Abbruch})
+            button->enabled = !running;
     }
 
     Label lblIP{*this, "lblIP", "&IP-Adresse:"};
@@ -32,7 +40,7 @@ class FrmGateway : public Form {
     Button cbuEthernet_GW_Abbruch{*this, "cbuEthernet_GW_Abbruch", "&Abbruch"};
 
     Frame fraStatus{*this, "fraStatus", "Status"};
-    TextBox tboShell{*this, "tboShell", {}, &fraStatus}; ///< ping's replies and what the module says
+    TextBox tboShell{*this, "tboShell", {}, &fraStatus}; ///< ping's answers and what the module says
     ProgressBar prbFortschritt{*this, "prbFortschritt", {}, &fraStatus};
 
   protected:

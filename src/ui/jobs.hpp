@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/network_tools.hpp"
 #include "sequencer/launch.hpp"
 #include "sequencer/sequencer.hpp"
 #include "ui/desk.hpp"
@@ -26,9 +27,11 @@ inline constexpr Check number_entered = filled<&FrmModem::tboRufnummer_Modem>(
 /// Gives the buttons and menu entries of the windows their click handlers.
 void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
-void connect_ethernet(Desk &desk, Sequencer &sequencer);
 void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_settings(Desk &desk, Sequencer &sequencer);
+/// `dialogues`: what is said to the module over the network.
+void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
+                      const TelnetDialogues &dialogues);
 
 /// A menu entry's handler that opens a window.
 [[nodiscard]] inline std::function<void()> opens(Form &form) {

@@ -103,7 +103,7 @@ void connect_main_window(Desk &desk, Sequencer &sequencer) {
     main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct); };
     main.cbuAlarm_aus.clicked = [&] { sequencer.start(remote ? alarm_off_remote : alarm_off_direct); };
 
-    for (MenuEntry *entry : {&main.mnuIP_over_Ethernet, &main.mnuInfo, &main.mnuHilfe})
+    for (MenuEntry *entry : {&main.mnuInfo, &main.mnuHilfe})
         entry->clicked = [&] {
             desk.outbox.show("Diese Funktion ist in dieser Version noch nicht enthalten.");
         };

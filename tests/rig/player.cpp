@@ -1,5 +1,7 @@
 #include "rig/player.hpp"
 
+#include "core/text.hpp"
+
 #include <algorithm>
 #include <optional>
 #include <sstream>
@@ -9,7 +11,8 @@ namespace telvox::test {
 
 namespace {
 
-constexpr const char *bytes_in = "<-", *bytes_before_tick = "<<-", *done = "|", *silent = "silent";
+constexpr const char *bytes_in = "<-", *bytes_before_tick = "<<-", *done = "|", *silent = "silent",
+                     *from_network = "net";
 constexpr milliseconds long_enough{180'000}; ///< for every job to end by itself
 
 bool is_reply(const Line &line) { return line.verb == bytes_in || line.verb == bytes_before_tick; }
@@ -45,12 +48,19 @@ class Player {
         rig.now = line.at;
         if (is_reply(line))
             return rig.arrive(bytes_of(line.rest), piece);
+        if (line.verb == from_network)
+            return arrive_from_network(bytes_of(line.rest.substr(line.rest.find(' ') + 1)), piece);
         std::istringstream words(line.rest);
         std::string name, argument;
         words >> name >> std::ws;
         std::getline(words, argument);
         if (!act(line.verb, name, argument))
             complain("not understood: " + line.verb + " " + line.rest);
+    }
+
+    void arrive_from_network(std::string_view bytes, std::size_t piece) {
+        for (; !bytes.empty(); bytes.remove_prefix(std::min(piece ? piece : bytes.size(), bytes.size())))
+            rig.program.Winsock_DataArrival(bytes.substr(0, piece ? piece : bytes.size()));
     }
 
     /// Turns the clock until `outputs` is reached, at most to this time.
@@ -79,13 +89,14 @@ class Player {
     void check_idle() {
         if (rig.program.busy())
             complain("the session is not idle");
-        if (rig.timer.on)
+        if (rig.timer.on || rig.timer2.on)
             complain("the timer still runs");
         if (rig.port.is_open)
             complain("the port was left open");
         const Desk &d = rig.program.desk;
         if (!d.frmModem.fraModemart.usable() || !d.frmModem.fraVerbindungsart.usable() ||
-            !d.frmGSM_Status.cbuSchließen.enabled)
+            !d.frmGSM_Status.cbuSchließen.enabled || !d.frmGateway.cbuEthernet_GW_Abbruch.enabled ||
+            !d.frmIPoEthernet.cbuEthernet_Abbruch.enabled)
             complain("the inputs are still locked");
     }
 
@@ -157,7 +168,7 @@ class Player {
             return with<Button>(name, [&](auto &c) { p.click(c); }) ||
                    with<MenuEntry>(name, [&](auto &c) { p.click(c); });
         if (verb == "shows")
-            return with<TextBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
+            return with<TextBox>(name, [&](auto &c) { expect(name, visible_lines(c.text), argument); }) ||
                    with<ComboBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
                    with<ProgressBar>(name, [&](auto &c) { expect(name, c.value, std::stoi(argument)); }) ||
                    with<OptionButton>(
@@ -189,6 +200,16 @@ class Player {
             p.comSeriell_OnComm(verb == "carrier" ? CommEvent::carrier_rise : CommEvent::carrier_fall);
             return true;
         }
+        if (verb == "process") {
+            ProcessEnd end;
+            end.killed = name == "killed";
+            (name == "missing" ? end.cause : end.output) = from_line(bytes_of(argument));
+            if (!end.killed && end.cause.empty())
+                end.exit_status = std::stoi(name);
+            return rig.program.process_ended(end), true;
+        }
+        if (verb == "tools")
+            return rig.processes.has = Processes::Tools::of_windows, name == "windows";
         if (verb == "pick")
             return with<ComboBox>(name, [&](auto &c) { p.select(c, argument); });
         if (verb == "answer")
@@ -198,6 +219,13 @@ class Player {
         if (verb == "end")
             return check_idle(), true;
         return false;
+    }
+
+    /// A text of several lines on one.
+    static std::string visible_lines(std::string text) {
+        for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;)
+            text.replace(at, 1, "\\n");
+        return text;
     }
 
     bool set_session(const std::string &name, const std::string &value) {
@@ -281,7 +309,9 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
         for (const std::string &event : events)
             expected.push_back(entry(at + guards * milliseconds{1100}, event));
     };
-    if (!dialled)
+    if (transcript[reply].verb == from_network)
+        then(0, {"net close"});
+    else if (!dialled)
         then(0, {"drain", "DTR off", "close"});
     if (status != "status Bereit")
         then(0, {"status Bereit"});
@@ -412,7 +442,8 @@ void Presets::read_line(const std::string &text, milliseconds since, Transcript 
         }
     } else {
         if (line.verb == silent &&
-            (into.empty() || !(is_reply(into.back()) || into.back().verb == "carrier")))
+            (into.empty() ||
+             !(is_reply(into.back()) || into.back().verb == from_network || into.back().verb == "carrier")))
             throw std::runtime_error("nothing that could stay out before: " + text);
         into.push_back(line);
     }

@@ -21,9 +21,13 @@
 ///   100 | status Anwahl | -> ATI\r     done by the program at this time, in this order
 ///   250 <- TIME: 12:00\r\n             bytes in ("<<-": before the tick of the same instant)
 ///   4100 silent Kein Gerät.            should the line before this one never come: that box at that time
+///   300 net <- Username:\x20           bytes in from the network
+///   300 process 0 OUTPUT               the running program ends with this status, having said that
+///   300 process missing WHY / killed   it cannot be started, or has run too long
+///   300 tools windows                  from now on the system's programs are those of Windows
 ///   300 carrier / lost                 serial events
 ///   300 cannot-open WHY / can-open     whether the port opens
-///   300 shows tboStatus PIN korrekt    a control's text as it must be now
+///   300 shows tboStatus PIN korrekt    a control's text as it must be now (line breaks as "\n")
 ///   300 use gsm_call                   the lines of that preset, their times counted from here
 ///   9000 end                           clock turned to here; session idle, port closed, inputs usable
 ///

@@ -55,7 +55,13 @@ std::string bytes_of(std::string_view text) {
 }
 
 Rig::Rig(DataFolders folders)
-    : program({.comSeriell = port, .scan = scan, .Timer1 = timer, .boxes = message_boxes},
+    : program({.comSeriell = port,
+               .scan = scan,
+               .Timer1 = timer,
+               .boxes = message_boxes,
+               .Timer2 = timer2,
+               .Winsock = tcp,
+               .processes = processes},
               std::move(folders)) {
     program.desk.status_listeners.emplace_back(
         [this](std::string_view text) { note("status " + std::string(text)); });
@@ -64,10 +70,13 @@ Rig::Rig(DataFolders folders)
 void Rig::note(const std::string &event) { journal.push_back(std::to_string(now.count()) + " | " + event); }
 
 void Rig::turn_to(milliseconds time) {
-    while (timer.on && timer.due <= time) {
-        now = timer.due;
-        timer.due += timer.period;
-        program.Timer1_Timer();
+    const auto next = [this] {
+        return timer.on && (!timer2.on || timer.due <= timer2.due) ? &timer : &timer2;
+    };
+    for (FakeTimer *due = next(); due->on && due->due <= time; due = next()) {
+        now = due->due;
+        due->due += due->period;
+        (program.*due->event)();
     }
     now = std::max(now, time);
 }
@@ -147,6 +156,24 @@ void Rig::FakeTimer::Enabled(bool enabled) {
     if (enabled && !on)
         due = rig.now + period;
     on = enabled;
+}
+
+void Rig::FakeTcp::connect(const std::string &address, int port) {
+    rig.note("net connect " + address + ":" + std::to_string(port));
+    rig.on_connect(address, port);
+}
+
+void Rig::FakeTcp::send(std::string_view bytes) {
+    rig.note("net -> " + visible(bytes));
+    rig.on_send(bytes);
+}
+
+void Rig::FakeProcesses::run(const ShellCommand &command, milliseconds) {
+    std::string line = "run " + command.program;
+    for (const std::string &argument : command.arguments)
+        line += " " + argument;
+    rig.note(line);
+    rig.on_run(command);
 }
 
 void Rig::answer(bool yes) {

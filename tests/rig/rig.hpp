@@ -17,7 +17,8 @@ std::string visible(std::string_view bytes);
 /// The reverse: "\r", "\n", "\t", "\\" and "\xNN" become bytes, other text Windows-1252.
 std::string bytes_of(std::string_view text);
 
-/// Simulated outside: a port, a timer and boxes that write a journal, and a clock that the test turns.
+/// Simulated outside: a port, timers, a socket, programs and boxes that write a journal, and a clock that the
+/// test turns.
 class Rig {
   public:
     explicit Rig(DataFolders folders = {"/nonexistent", {}});
@@ -50,6 +51,10 @@ class Rig {
     std::function<void(const SerialFormat &)> on_format = [](const SerialFormat &) {};
     std::function<void(bool)> on_open = [](bool) {};
     std::function<void(bool)> on_dtr = [](bool) {};
+    // The far end of the network.
+    std::function<void(const std::string &address, int port)> on_connect = [](const std::string &, int) {};
+    std::function<void(std::string_view)> on_send = [](std::string_view) {};
+    std::function<void(const ShellCommand &)> on_run = [](const ShellCommand &) {};
 
   private:
     struct FakePort final : SerialPort {
@@ -78,15 +83,31 @@ class Rig {
         Rig &rig;
     };
     struct FakeTimer final : Timer {
-        explicit FakeTimer(Rig &owner) : rig(owner) {}
+        FakeTimer(Rig &owner, void (Telvox::*tick)()) : rig(owner), event(tick) {}
         void Interval(milliseconds value) override;
         void Enabled(bool on) override;
         [[nodiscard]] milliseconds now() const override { return rig.now; }
 
         Rig &rig;
+        void (Telvox::*event)();
         milliseconds period{100};
         milliseconds due{0};
         bool on = false;
+    };
+    struct FakeTcp final : TcpClient {
+        explicit FakeTcp(Rig &owner) : rig(owner) {}
+        void connect(const std::string &address, int port) override;
+        void send(std::string_view bytes) override;
+        void close() override { rig.note("net close"); }
+        Rig &rig;
+    };
+    struct FakeProcesses final : Processes {
+        explicit FakeProcesses(Rig &owner) : rig(owner) {}
+        [[nodiscard]] Tools tools() const override { return has; }
+        void run(const ShellCommand &command, milliseconds limit) override;
+        void kill() override { rig.note("kill"); }
+        Rig &rig;
+        Tools has = Tools::of_linux;
     };
     struct FakeBoxes final : MessageBoxes {
         explicit FakeBoxes(Rig &owner) : rig(owner) {}
@@ -97,7 +118,10 @@ class Rig {
   public:
     FakePort port{*this};
     FakeScan scan{*this};
-    FakeTimer timer{*this};
+    FakeTimer timer{*this, &Telvox::Timer1_Timer};
+    FakeTimer timer2{*this, &Telvox::Timer2_Timer};
+    FakeTcp tcp{*this};
+    FakeProcesses processes{*this};
     FakeBoxes message_boxes{*this};
     Telvox program;
 };
