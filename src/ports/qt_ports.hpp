@@ -17,7 +17,7 @@ struct QtPorts {
           Winsock(options.simulator ? make_simulated_tcp_client(map) : make_qt_tcp_client()),
           processes(options.simulator ? make_simulated_processes(map) : make_qt_processes()) {}
 
-    /// What the program is made with; `line` stands in for the serial port where something listens in on it.
+    /// What the program is made with.
     [[nodiscard]] Telvox::Ports for_program(MessageBoxes &boxes) {
         return {.comSeriell = comSeriell,
                 .scan = scan,
