@@ -5,6 +5,7 @@
 
 #include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
+#include "simulator/ethernet.hpp"
 #include "simulator/gprs.hpp"
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
@@ -291,6 +292,56 @@ TEST(SimulatedGprs, IsWrittenInACall) {
     EXPECT_THAT(site.run(desk.frmGPRS.cbuGPRS_schreiben), HasSubstr("erfolgreich parametriert"));
     EXPECT_EQ(site.unit->memory.settings["GPRSAPN"], "internet");
     EXPECT_TRUE(site.unit->memory.saved);
+}
+
+/// A device gets another serial format, is configured in it, and gets its first one back.
+TEST(SimulatedChange, IsFollowedByTheNextJobAndTakenBack) {
+    struct Device {
+        OptionButton FrmModem::*type;
+        std::shared_ptr<simulator::Unit> unit;
+    };
+    const Device devices[] = {
+        {&FrmModem::optAnalog, std::make_shared<simulator::Analog>()},
+        {&FrmModem::optISDN, std::make_shared<simulator::Isdn>()},
+        {&FrmModem::optGSM, std::make_shared<simulator::Gsm>(Generation::newer)},
+        {&FrmModem::optGPRS, std::make_shared<simulator::Gprs>()},
+        {&FrmModem::optEthernet, std::make_shared<simulator::Ethernet>("00-50-C2-1", "")}};
+    for (const Device &device : devices) {
+        simulator::Cable cable(device.unit);
+        Bench bench(cable);
+        Telvox &p = bench.rig.program;
+        FrmEinstellungen &form = p.desk.frmEinstellungen;
+        bench.fill_in(bench.f.*device.type, false, "1");
+        const auto ends_well = [&](const char *what) {
+            bench.run(milliseconds{300'000});
+            EXPECT_FALSE(bench.rig.boxes.empty() || p.busy()) << what;
+            EXPECT_EQ(p.outcome(), Outcome::succeeded) << what << " " << bench.rig.boxes.back().text;
+        };
+        const auto change = [&](const char *baud, const char *parity, const char *bits) {
+            p.click(bench.f.mnuEinstellungen);
+            p.set(form.cboSchnittstelle_aendern, true);
+            p.select(form.cobSchnittstelle_Baud_soll, baud);
+            p.select(form.cobSchnittstelle_Parity_soll, parity);
+            p.select(form.cobSchnittstelle_Bitzahl_soll, bits);
+            p.click(form.cmdUART_Einstellung_aendern);
+            ends_well(baud);
+            EXPECT_EQ(format_text(device.unit->format()), form.soll.settings());
+            EXPECT_EQ(p.desk.session.strCOMparameter_direkt, form.soll.settings());
+            p.close(form);
+            bench.rig.answer(false);
+        };
+        change("19200", "odd", "7");
+        if (bench.f.optEthernet.value) {
+            p.click(bench.f.mnuIPuPort);
+            p.enter(p.desk.frmEthernet.tboIP, "192.168.0.7");
+            p.click(p.desk.frmEthernet.cbuEthernet_Konfigurieren);
+        } else {
+            p.click(bench.f.cbuParametrieren);
+        }
+        ends_well("configuration");
+        cable.open(true, bench.rig.now += milliseconds{60'000}); // a device that restarted is back by then
+        change("2400", "even", "8");
+    }
 }
 
 } // namespace

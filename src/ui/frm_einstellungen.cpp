@@ -24,6 +24,8 @@ std::string SerialCombos::settings() const {
 }
 
 void SerialCombos::show(std::string_view settings) {
+    if (settings.find(',') == std::string_view::npos)
+        return;
     std::array<std::string_view, 4> field;
     for (std::string_view &part : field) {
         const auto comma = settings.find(',');
