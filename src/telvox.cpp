@@ -43,6 +43,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     connect_settings(desk, sequencer_);
     connect_port_lists(desk, link_, ports_.scan);
     connect_the_end();
+    desk.frmModem.mnuHilfe.clicked = [this] { show_help({}); };
     sequencer_.prz_Initialisieren();
     prz_Einstellungen_laden(desk.session, desk.folders.settings);
     for (const auto &[name, value] :
@@ -167,6 +168,14 @@ void Telvox::select(ListBox &list, int position) {
         event([&] { list.clicked(std::exchange(list.selected, position)); });
 }
 
+void Telvox::click(ListBox &list, int position) {
+    if (list.usable() && position >= 0 && position < static_cast<int>(list.items.size()))
+        event([&] {
+            list.selected = position;
+            list.clicked(-1);
+        });
+}
+
 void Telvox::double_click(ListBox &list) {
     if (list.usable())
         event([&] { list.double_clicked(); });
@@ -187,6 +196,16 @@ void Telvox::close(Form &form) {
         click(*form.cancel);
     else
         event([&] { form.unload(); });
+}
+
+void Telvox::help(const Form &form, const Control *control) {
+    event([&] { show_help(control ? std::string(form.name) + "." + control->name : form.name); });
+}
+
+void Telvox::show_help(std::string_view topic) {
+    const std::string failure = ports_.help ? ports_.help->show(topic) : "";
+    if (!failure.empty())
+        desk.outbox.show(failure);
 }
 
 void Telvox::Timer1_Timer() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/help_viewer.hpp"
 #include "core/messages.hpp"
 #include "core/network.hpp"
 #include "core/port_scan.hpp"
@@ -32,6 +33,7 @@ class Telvox {
         Timer &Timer2; ///< of the actions on the network
         TcpClient &Winsock;
         Processes &processes;
+        HelpViewer *help = nullptr; ///< none where nobody reads it
     };
 
     /// Starts the session: reset, and the settings read from the folder.
@@ -50,14 +52,18 @@ class Telvox {
     /// Chooses an entry of the list; one that it does not hold is ignored, unless the list is editable: then
     /// it is typed.
     void select(ComboBox &list, std::string_view entry);
-    /// Selects the entry at a position; one that is not there is ignored.
+    /// Moves the selection to the entry at a position, from where it stands or by a click on the entry; one
+    /// that is not there is ignored.
     void select(ListBox &list, int position);
+    void click(ListBox &list, int position);
     void double_click(ListBox &list);
     /// The list has got the focus, or is opened.
     void focus(ComboBox &list);
     void leave(TextBox &box);
     /// The title bar's close button: what the window's cancel button does, or for the main window the end.
     void close(Form &form);
+    /// The user asks what a window, or the control that has its focus, is about.
+    void help(const Form &form, const Control *control = nullptr);
     void Timer1_Timer();
     void comSeriell_OnComm(CommEvent event);
     void Timer2_Timer();
@@ -92,6 +98,7 @@ class Telvox {
     void after_event();
     void record_choice(const ComboBox &list);
     void connect_the_end();
+    void show_help(std::string_view topic);
     void leave();
 
     Ports ports_;

@@ -212,6 +212,10 @@ bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
         close_window();
         return true;
     }
+    if (&watched == &window_ && key.key() == Qt::Key_F1) {
+        program_.help(form_, focused());
+        return true;
+    }
     const std::string name = watched.objectName().toStdString();
     const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
     // Dialogs know the Enter key by themselves.
@@ -241,42 +245,65 @@ bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
             list->setCurrentRow(0);
             return true;
         }
+        if (auto *list = qobject_cast<QListWidget *>(&watched))
+            return search(*list, key);
     }
     return false;
 }
 
+const Control *Binder::focused() const {
+    for (const QWidget *widget = window_.focusWidget(); widget; widget = widget->parentWidget())
+        if (const Control *control = form_.find(widget->objectName().toStdString()))
+            return control;
+    return nullptr;
+}
+
 bool Binder::search(QComboBox &list, const QKeyEvent &key) {
+    QAbstractItemView &view = *list.view();
+    const bool is_open = view.isVisible();
+    const auto row =
+        search(list, *list.model(), is_open ? view.currentIndex().row() : list.currentIndex(), key);
+    if (!row || *row < 0)
+        return row.has_value();
+    if (is_open)
+        view.setCurrentIndex(list.model()->index(*row, list.modelColumn(), list.rootModelIndex()));
+    else if (auto *control = form_.find<ComboBox>(list.objectName().toStdString()))
+        program_.select(*control, list.itemText(*row).toStdString());
+    return true;
+}
+
+bool Binder::search(QListWidget &list, const QKeyEvent &key) {
+    const auto row = search(list, *list.model(), list.currentRow(), key);
+    auto *control = form_.find<ListBox>(list.objectName().toStdString());
+    if (row && *row >= 0 && control)
+        program_.click(*control, *row);
+    return row.has_value();
+}
+
+std::optional<int> Binder::search(QWidget &list, const QAbstractItemModel &entries, int at,
+                                  const QKeyEvent &key) {
     const QString typed = key.text();
     const bool goes_on = searched_ == &list && search_pause_.isValid() &&
                          search_pause_.elapsed() < QApplication::keyboardInputInterval();
-    if (typed.isEmpty() || !typed.at(0).isLetterOrNumber() || key.modifiers().testFlag(Qt::AltModifier))
-        return false;
+    const bool blank_within = goes_on && typed == " ";
+    if (typed.isEmpty() || !(typed.at(0).isLetterOrNumber() || blank_within) ||
+        key.modifiers().testFlag(Qt::AltModifier))
+        return std::nullopt;
     searched_ = &list;
     search_pause_.start();
-    QAbstractItemView &view = *list.view();
-    const bool is_open = view.isVisible();
-    const int at = is_open ? view.currentIndex().row() : list.currentIndex();
+    const int count = entries.rowCount();
     const auto find = [&](const QString &text, int from) {
-        for (int i = 0; i < list.count(); ++i) {
-            const int row = (std::max(from, 0) + i) % list.count();
-            for (const QString &word : list.itemText(row).split(' '))
-                if (word.startsWith(text, Qt::CaseInsensitive) ||
-                    list.itemText(row).startsWith(text, Qt::CaseInsensitive))
-                    return row;
+        for (int i = 0; i < count; ++i) {
+            const int row = (std::max(from, 0) + i) % count;
+            const QString entry = ' ' + entries.index(row, 0).data().toString();
+            if (entry.contains(' ' + text, Qt::CaseInsensitive))
+                return row;
         }
         return -1;
     };
     search_ = goes_on ? search_ + typed : typed;
-    int row = find(search_, goes_on ? at : at + 1);
-    if (row < 0 && goes_on)
-        row = find(search_ = typed, at + 1);
-    if (row < 0)
-        return true;
-    if (is_open)
-        view.setCurrentIndex(list.model()->index(row, list.modelColumn(), list.rootModelIndex()));
-    else if (auto *control = form_.find<ComboBox>(list.objectName().toStdString()))
-        program_.select(*control, list.itemText(row).toStdString());
-    return true;
+    const int row = find(search_, goes_on ? at : at + 1);
+    return row < 0 && goes_on ? find(search_ = typed, at + 1) : row;
 }
 
 bool Binder::close_window() {

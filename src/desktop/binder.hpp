@@ -7,8 +7,10 @@
 #include <QStringList>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
+class QAbstractItemModel;
 class QAction;
 class QCheckBox;
 class QComboBox;
@@ -84,6 +86,11 @@ class Binder final : public QObject {
     void filter(TextField &control, QLineEdit &edit);
     /// Finds the entry of a drop-down list by the beginning of one of its words: "3" is "COM 3".
     bool search(QComboBox &list, const QKeyEvent &key);
+    bool search(QListWidget &list, const QKeyEvent &key);
+    /// The entry behind `at` that a typed key finds, -1 for none; nothing if the key types no search.
+    std::optional<int> search(QWidget &list, const QAbstractItemModel &entries, int at, const QKeyEvent &key);
+    /// The control that has the focus.
+    [[nodiscard]] const Control *focused() const;
     bool close_window();
 
     Form &form_;
@@ -92,10 +99,11 @@ class Binder final : public QObject {
     std::vector<std::function<void()>> drawers_;
     QStringList without_widget_;
     bool drawing_ = false;
+    const QListWidget *choosing_ = nullptr; ///< the user chooses in it; it is drawn when that is through
     /// Had the focus until its control was locked.
     QPointer<QWidget> locked_focus_;
     // The search by typing: in which list, for what, and when it was last typed at.
-    QPointer<QComboBox> searched_;
+    QPointer<QWidget> searched_;
     QString search_;
     QElapsedTimer search_pause_;
 };

@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -200,19 +201,31 @@ void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
 
 void Binder::bind(ListBox &control, QListWidget &widget) {
     widget.setSelectionMode(QAbstractItemView::SingleSelection);
+    connect(&widget, &QListWidget::itemSelectionChanged, this, [&] {
+        const int row = selected_row(widget);
+        if (drawing_ || row < 0 || row == control.selected)
+            return;
+        const bool clicked = QGuiApplication::mouseButtons() != Qt::NoButton;
+        choosing_ = &widget;
+        clicked ? program_.click(control, row) : program_.select(control, row);
+        choosing_ = nullptr;
+    });
+    // Once the widget is through with its key or click: the form may have chosen another entry, or none.
     const auto draw_it = [this, &control, &widget] {
         drawing_ = true;
         draw_list(control, widget);
         drawing_ = false;
     };
-    connect(&widget, &QListWidget::itemSelectionChanged, this, [this, &control, &widget] {
-        if (const int row = selected_row(widget); !drawing_ && row >= 0 && row != control.selected)
-            program_.select(control, row);
-    });
-    // Once the widget is through with its click: the form may have chosen another entry, or none.
     connect(&widget, &QListWidget::itemSelectionChanged, this, draw_it, Qt::QueuedConnection);
-    connect(&widget, &QListWidget::itemDoubleClicked, this, [&] { program_.double_click(control); });
-    drawers_.emplace_back([&] { draw_list(control, widget); });
+    // Where the form has chosen another entry, this one cannot be chosen.
+    connect(&widget, &QListWidget::itemDoubleClicked, this, [&](const QListWidgetItem *item) {
+        if (widget.row(item) == control.selected)
+            program_.double_click(control);
+    });
+    drawers_.emplace_back([this, &control, &widget] {
+        if (choosing_ != &widget)
+            draw_list(control, widget);
+    });
 }
 
 void Binder::draw_list(const ListBox &control, QListWidget &widget) {
@@ -224,11 +237,11 @@ void Binder::draw_list(const ListBox &control, QListWidget &widget) {
         widget.clear();
         widget.addItems(entries);
     }
-    if (control.selected == selected_row(widget))
-        return;
-    if (control.selected < 0)
+    // The current row is where the next key goes on from.
+    if (control.selected < 0 && selected_row(widget) >= 0)
         widget.clearSelection();
-    else
+    else if (control.selected >= 0 &&
+             (control.selected != selected_row(widget) || control.selected != widget.currentRow()))
         widget.setCurrentRow(control.selected);
 }
 

@@ -1,3 +1,4 @@
+#include "desktop/help_window.hpp"
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
@@ -35,7 +36,11 @@ Call parse(Arguments arguments) {
 int run(QApplication &application, const CommonOptions &options) {
     QtPorts ports(options);
     desktop::QtMessageBoxes boxes;
-    Telvox program(ports.for_program(boxes), data_folders(options));
+    const DataFolders folders = data_folders(options);
+    desktop::HelpWindow help(folders.lists);
+    Telvox::Ports given = ports.for_program(boxes);
+    given.help = &help;
+    Telvox program(given, folders);
     ports.connect(program);
 
     desktop::WindowSet windows(program);

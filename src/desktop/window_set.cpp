@@ -1,5 +1,6 @@
 #include "desktop/window_set.hpp"
 
+#include "ui_frm_about.h"
 #include "ui_frm_anschlussart.h"
 #include "ui_frm_einstellungen.h"
 #include "ui_frm_ethernet.h"
@@ -11,8 +12,12 @@
 #include "ui_frm_modem.h"
 #include "ui_frm_msn.h"
 #include "ui_frm_pin.h"
+#include "ui_frm_service_center.h"
+#include "ui_frm_servicenummer.h"
 
+#include <QApplication>
 #include <QDialog>
+#include <QIcon>
 #include <QLabel>
 #include <QLayout>
 #include <QMainWindow>
@@ -24,6 +29,9 @@
 #include <QStatusBar>
 #include <string_view>
 #include <utility>
+
+/// A static library's pictures are there only once they are asked for, outside of any namespace.
+static void init_pictures() { Q_INIT_RESOURCE(bilder); }
 
 namespace telvox::desktop {
 
@@ -71,6 +79,9 @@ constexpr Maker makers[] = {
     {"frmGateway", make<Ui::frmGateway, QDialog>},
     {"frmEinstellungen", make<Ui::frmEinstellungen, QDialog>},
     {"frmIPoEthernet", make<Ui::frmIPoEthernet, QDialog>},
+    {"frmService_Center", make<Ui::frmService_Center, QDialog>},
+    {"frmServicenummer", make<Ui::frmServicenummer, QDialog>},
+    {"frmAbout", make<Ui::frmAbout, QDialog>},
     {"frmGPRS", make<Ui::frmGPRS, QDialog>},
     {"frmIPT", make<Ui::frmIPT, QDialog>},
 };
@@ -105,6 +116,11 @@ void fit_to_screen(QWidget &window) {
 } // namespace
 
 WindowSet::WindowSet(Telvox &program) : program_(program) {
+    init_pictures();
+    QIcon icon;
+    for (const char *size : {"16", "32", "48", "128"})
+        icon.addFile(QString(":/bilder/telvox-%1.png").arg(size));
+    QApplication::setWindowIcon(icon);
     program_.redraw = [this] { draw(); };
     countdown_.setInterval(500);
     connect(&countdown_, &QTimer::timeout, this, [this] { program_.refresh(); });

@@ -5,6 +5,7 @@
 #include "core/session.hpp"
 #include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
+#include "ui/frm_about.hpp"
 #include "ui/frm_einstellungen.hpp"
 #include "ui/frm_ethernet.hpp"
 #include "ui/frm_gateway.hpp"
@@ -12,6 +13,7 @@
 #include "ui/frm_ip_over_ethernet.hpp"
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
+#include "ui/number_lists.hpp"
 #include "ui/small_dialogs.hpp"
 
 #include <functional>
@@ -36,6 +38,9 @@ struct Desk final : Panel {
     FrmGPRS frmGPRS{session, frmModem, folders};
     FrmIPT frmIPT{session, frmModem};
     FrmEinstellungen frmEinstellungen{session, frmModem.cobSchnittstelle};
+    FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
+    FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};
+    FrmAbout frmAbout;
 
     /// All windows, the main window first.
     // clang-format off
@@ -51,6 +56,9 @@ struct Desk final : Panel {
         &frmGPRS,
         &frmIPT,
         &frmEinstellungen,
+        &frmService_Center,
+        &frmServicenummer,
+        &frmAbout,
     };
     // clang-format on
 

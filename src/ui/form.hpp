@@ -124,7 +124,7 @@ struct ListBox : Control {
     using Control::Control;
     std::vector<std::string> items;
     int selected = -1; ///< position from 0, -1: none
-    /// The user has moved the selection, by mouse or key; it stood at `before`.
+    /// The user has moved the selection by a key, from `before`, or clicked an entry (`before` is -1).
     std::function<void(int before)> clicked = [](int) {};
     std::function<void()> double_clicked = [] {};
 };

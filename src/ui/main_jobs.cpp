@@ -103,11 +103,11 @@ void connect_main_window(Desk &desk, Sequencer &sequencer) {
     main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct); };
     main.cbuAlarm_aus.clicked = [&] { sequencer.start(remote ? alarm_off_remote : alarm_off_direct); };
 
-    for (MenuEntry *entry : {&main.mnuInfo, &main.mnuHilfe})
-        entry->clicked = [&] {
-            desk.outbox.show("Diese Funktion ist in dieser Version noch nicht enthalten.");
-        };
-    main.cbuSC_Uebersicht.clicked = main.mnuHilfe.clicked;
+    main.mnuInfo.clicked = opens(desk.frmAbout);
+    main.cbuSC_Uebersicht.clicked = [&] {
+        const bool mobile = main.optGSM.value || main.optGPRS.value;
+        mobile ? desk.frmService_Center.load() : desk.frmServicenummer.load();
+    };
 }
 
 } // namespace telvox

@@ -61,7 +61,8 @@ Rig::Rig(DataFolders folders)
                .boxes = message_boxes,
                .Timer2 = timer2,
                .Winsock = tcp,
-               .processes = processes},
+               .processes = processes,
+               .help = &help},
               std::move(folders)) {
     program.desk.status_listeners.emplace_back(
         [this](std::string_view text) { note("status " + std::string(text)); });
@@ -182,6 +183,11 @@ void Rig::answer(bool yes) {
     const Answered answered = answers.front();
     answers.erase(answers.begin());
     answered(yes);
+}
+
+std::string Rig::FakeHelp::show(std::string_view topic) {
+    rig.help_topics.emplace_back(topic);
+    return rig.help_failure;
 }
 
 void Rig::FakeBoxes::show(const Message &message, Answered answered) {

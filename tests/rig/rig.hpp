@@ -45,7 +45,9 @@ class Rig {
     std::vector<Answered> answers;    ///< of the boxes that are still open
     std::vector<PortInfo> busy_ports; ///< ports that are there but cannot be opened
     std::vector<int> free_ports{3};
-    std::string open_failure; ///< why the port cannot be opened, empty: it can
+    std::string open_failure;             ///< why the port cannot be opened, empty: it can
+    std::vector<std::string> help_topics; ///< that were asked for
+    std::string help_failure;             ///< why help cannot be shown, empty: it can
     // The far end of the line, where a test has one.
     std::function<void(std::string_view)> on_output = [](std::string_view) {};
     std::function<void(const SerialFormat &)> on_format = [](const SerialFormat &) {};
@@ -114,6 +116,11 @@ class Rig {
         void show(const Message &message, Answered answered) override;
         Rig &rig;
     };
+    struct FakeHelp final : HelpViewer {
+        explicit FakeHelp(Rig &owner) : rig(owner) {}
+        std::string show(std::string_view topic) override;
+        Rig &rig;
+    };
 
   public:
     FakePort port{*this};
@@ -123,6 +130,7 @@ class Rig {
     FakeTcp tcp{*this};
     FakeProcesses processes{*this};
     FakeBoxes message_boxes{*this};
+    FakeHelp help{*this};
     Telvox program;
 };
 
