@@ -45,7 +45,7 @@ struct FilledDesk {
         }
     }
 
-    Rig rig;
+    Rig rig{{"/nonexistent", {SHARE}}};
     FrmModem &form = rig.program.desk.frmModem;
     PortMap ports{CommonOptions{.ports = {{3, "/dev/a"}, {6, "/dev/b"}}}};
     Operator at_the_form{rig.program, ports};
@@ -79,7 +79,8 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"pin", "--pin fehlt"},
         {"pin --pin 1 --msn 2", "--msn gehört nur zu msn"},
         {"anschlussart", "--anschlussart fehlt"},
-        {"alarmtest --alarmtext A\xE0\x80", "--alarmtext: kein gültiger Text (UTF-8)"},
+        {"netz-ip --neue-ip 1.2.3.4", "--momentane-ip fehlt"},
+        {"alarmtest --alarmtext A\xE0\x80\xA2", "--alarmtext: kein gültiger Text (UTF-8)"},
         {"alarmtest --alarmtext=\xFF", "--alarmtext: kein gültiger Text (UTF-8)"},
         {"alarmtest \xFF", "Angabe 2: kein gültiger Text"},
     };
@@ -134,6 +135,10 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"schnittstelle-aendern --schnittstelle 3 --com-direkt 57600,n,8,1 --neu 300,n,8,1",
          "--com-direkt: \"57600,n,8,1\" steht in den Einstellungen nicht zur Wahl"},
         {"einstellungen --speichern --com-fern 300,n,8,1", "--com-fern: \"300,n,8,1\" steht"},
+        {"netz-erstvergabe --neue-ip 1 --mac 00:1c", "--mac: nur Ziffern, A bis F und -"},
+        {"alarmtest --anbieter unbekannt", "--anbieter: kein Eintrag der Liste enthält \"unbekannt\""},
+        {"alarmtest --netz o2", "--netz gibt es nicht mit --typ analog"},
+        {"alarmtest --typ gsm --netz +49", "--netz: mehrere Einträge enthalten \"+49\": Telekom D1 +49"},
         {"alarmtest --port 7", "--port erwartet N=GERÄT; ein TCP-Port gehört nur zu ethernet-ip"},
         {"gprs-schreiben --keep-alive 256", "--keep-alive: nicht möglich, daraus würde \"255\""},
         {"gprs-schreiben --ziel-ip 1,2", "--ziel-ip: nur Ziffern und ."},
@@ -201,6 +206,15 @@ TEST(CliCall, NamesADeviceByItsPath) {
     EXPECT_EQ(desk.refusal("alarmtest --schnittstelle /dev/null"), "");
     EXPECT_EQ(desk.rig.port.number, 1) << "the lowest that is free";
     EXPECT_EQ(desk.at_the_form.by_path("COM 1 ist nicht COM 11"), "/dev/null ist nicht COM 11");
+}
+
+TEST(CliCall, TakesANumberWithItsProtocolsFromTheLists) {
+    FilledDesk mobile, fixed;
+    EXPECT_EQ(mobile.refusal("alarmtest --typ gsm --netz vodafone --schnittstelle 3"), "");
+    EXPECT_EQ(mobile.form.tboService_Center.text, "+491722270333");
+    EXPECT_EQ(fixed.refusal("alarmtest --typ isdn --anbieter Festnetz --schnittstelle 3"), "");
+    EXPECT_EQ(fixed.form.tboService_Center.text, "0193010");
+    EXPECT_EQ(fixed.rig.program.desk.session.strSMS_Protokoll_ISDN, "M1");
 }
 
 TEST(CliCall, LeavesTheChecksToTheForm) {

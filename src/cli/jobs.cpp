@@ -1,6 +1,7 @@
 #include "cli/jobs.hpp"
 
 #include "cli/rows.hpp"
+#include "ports/common_options.hpp"
 
 #include <algorithm>
 
@@ -26,6 +27,16 @@ std::string ports(Desk &desk) {
     }
     if (!lines.empty())
         lines.pop_back();
+    return lines;
+}
+
+std::string service_numbers(Desk &desk) {
+    std::string lines = "Mobilfunk (--netz):";
+    for (const ServiceNumber &entry : mobile_networks(desk))
+        lines += "\n" + one_line(entry.label);
+    lines += "\nFestnetz (--anbieter):";
+    for (const ServiceNumber &entry : fixed_network(desk))
+        lines += "\n" + one_line(entry.label);
     return lines;
 }
 
@@ -119,6 +130,30 @@ constexpr JobCommand commands[] = {
      .button = at<&Desk::frmGateway, &FrmGateway::cbuEthernet_GW_Kabel>,
      .menu = main_window<&FrmModem::mnuGateway>,
      .options = gateway_rows},
+    {.name = "netz-pruefen",
+     .help = "prüft mit Ping, ob ein Gerät im Netzwerk erreichbar ist",
+     .variants = "ethernet",
+     .button = gateway<&FrmGateway::cbuVerbindung_pruefen>,
+     .menu = main_window<&FrmModem::mnuGateway>,
+     .options = ping_rows},
+    {.name = "netz-gateway",
+     .help = "Gateway und Netzmaske über das Netzwerk einstellen",
+     .variants = "ethernet",
+     .button = gateway<&FrmGateway::cbuEthernet_GW_Konfigurieren>,
+     .menu = main_window<&FrmModem::mnuGateway>,
+     .options = network_gateway_rows},
+    {.name = "netz-ip",
+     .help = "IP-Adresse über das Netzwerk ändern",
+     .variants = "ethernet",
+     .button = over_ip<&FrmIPoEthernet::cbuEthernet_IP_aendern>,
+     .menu = main_window<&FrmModem::mnuIP_over_Ethernet>,
+     .options = network_address_rows},
+    {.name = "netz-erstvergabe",
+     .help = "einem Gerät ohne IP-Adresse seine erste geben",
+     .variants = "ethernet",
+     .button = over_ip<&FrmIPoEthernet::cbuEthernet_IP_aendern>,
+     .menu = main_window<&FrmModem::mnuIP_over_Ethernet>,
+     .options = first_address_rows},
     {.name = "schnittstelle-aendern",
      .help = "Schnittstellenparameter des Geräts ändern und speichern",
      .button = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdUART_Einstellung_aendern>,
@@ -143,6 +178,10 @@ constexpr JobCommand commands[] = {
                     "\ncom-fern=" + value_of(*find_option("--com-fern"), d) +
                     "\nordner=" + d.folders.settings.string();
          },
+     .look = [](Telvox &) {}},
+    {.name = "servicenummern",
+     .help = "nennt die Einträge beider Listen von Servicenummern, für --netz und --anbieter",
+     .result = service_numbers,
      .look = [](Telvox &) {}},
     {.name = "schnittstellen",
      .help = "nennt die Schnittstellen: Gerät, Beschreibung, ob sie sich öffnen lassen",

@@ -58,6 +58,36 @@ int exit_code(Outcome outcome) {
     return call_refused;
 }
 
+/// The log of a network dialog: shown as it grows, or only when the job has not ended well, because it says
+/// what to do then. What arrives may end anywhere in a line.
+class ShownLog {
+  public:
+    ShownLog(cli::Output &to, bool at_once) : to_(to), at_once_(at_once) {}
+
+    void take(std::string_view text) {
+        text_ += text;
+        if (text_.size() > longest)
+            text_.erase(0, text_.size() - longest);
+        const auto whole_lines = text_.rfind('\n');
+        if (at_once_ && whole_lines != std::string::npos) {
+            to_.line(text_.substr(0, whole_lines));
+            text_.erase(0, whole_lines + 1);
+        }
+    }
+    void end(bool well) {
+        if (text_.ends_with('\n'))
+            text_.pop_back();
+        if (!text_.empty() && (at_once_ || !well))
+            to_.line(text_);
+    }
+
+  private:
+    static constexpr std::size_t longest = 65536;
+    cli::Output &to_;
+    bool at_once_;
+    std::string text_;
+};
+
 int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     QtPorts ports(call.common);
     PrintedBoxes boxes(out, call.despite);
@@ -71,6 +101,8 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     else
         program.desk.status_listeners.emplace_back(
             [&](std::string_view text) { out.remarks.line(std::string(text)); });
+    ShownLog log(out.remarks, call.trace);
+    program.desk.log_listeners.emplace_back([&](std::string_view text) { log.take(text); });
 
     program.redraw = [&] {
         if (!program.busy())
@@ -95,6 +127,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     if (program.busy())
         application.exec();
     const bool ended_well = program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
+    log.end(ended_well);
     const bool kept = !ended_well || at_the_form.keep(call);
     program.Form_Unload();
     if (interrupted != 0)

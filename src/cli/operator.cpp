@@ -49,6 +49,14 @@ std::string no_such_format(const std::string &value) {
     return ": \"" + value + "\" steht in den Einstellungen nicht zur Wahl";
 }
 
+/// The words of a list's entry, which is padded to columns, each behind one blank.
+std::string single_spaced(const std::string &entry) {
+    std::string text;
+    for (const std::string &word : split(entry))
+        text += " " + word;
+    return text;
+}
+
 /// Why a field keeps another text than it was given.
 std::string why_not(const Option &option, const std::string &value, const std::string &kept,
                     KeyFilter accepts, std::size_t limit) {
@@ -145,6 +153,8 @@ void Operator::put(const Option &option, const Given &given) {
         return set_format(option, given);
     if (option.combos)
         return set_combos(option, given);
+    if (option.pick)
+        return pick(*option.pick, given);
     Control &field = option.field(program_.desk);
     if (auto *box = dynamic_cast<TextBox *>(&field))
         return enter(option, *box, given);
@@ -239,6 +249,25 @@ void Operator::set_combos(const Option &option, const Given &given) {
     program_.select(combos.stop, std::to_string(format.stop_bits));
     if (combos.settings() != given.value)
         throw UsageError(given.from + no_such_format(given.value));
+}
+
+void Operator::pick(const Pick &pick, const Given &given) {
+    const auto found = entries_with(pick.entries(program_.desk), given.value);
+    if (found.empty())
+        throw UsageError(given.from + ": kein Eintrag der Liste enthält \"" + given.value + "\"");
+    std::string labels;
+    for (const ServiceNumber &entry : found)
+        labels += (labels.empty() ? "" : ";") + single_spaced(entry.label);
+    if (found.size() > 1)
+        throw UsageError(given.from + ": mehrere Einträge enthalten \"" + given.value + "\":" + labels);
+    auto &opens = dynamic_cast<Button &>(pick.opens(program_.desk));
+    require_usable(given.from, opens);
+    program_.click(opens);
+    auto &list = dynamic_cast<ListBox &>(pick.list(program_.desk));
+    require_usable(given.from, list); // the other list opens for the other variants
+    const auto entry = std::find(list.items.begin(), list.items.end(), found[0].label);
+    program_.select(list, static_cast<int>(entry - list.items.begin()));
+    program_.click(dynamic_cast<Button &>(pick.ok(program_.desk)));
 }
 
 bool Operator::save_formats(const Call &call) {

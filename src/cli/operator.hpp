@@ -37,6 +37,7 @@ class Operator {
     void choose_port(ComboBox &list, const Given &given);
     void set_format(const Option &option, const Given &given);
     void set_combos(const Option &option, const Given &given);
+    void pick(const Pick &pick, const Given &given);
     bool save_formats(const Call &call);
     void check_formats_shown(const Call &call) const;
     void unlock(const Option &option, const Control &field, const Given &given);

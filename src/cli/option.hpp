@@ -1,10 +1,12 @@
 #pragma once
 
+#include "core/service_numbers.hpp"
 #include "telvox.hpp"
 
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvox::cli {
 
@@ -19,6 +21,14 @@ template <auto Member> Control &main_window(Desk &desk) { return desk.frmModem.*
 struct Word {
     const char *word;
     ControlOf button;
+};
+
+/// An entry of a number list that is named by a part of its text, and the way there.
+struct Pick {
+    std::vector<ServiceNumber> (*entries)(const Desk &);
+    ControlOf opens;
+    ControlOf list;
+    ControlOf ok;
 };
 
 /// An option that fills a field of a window: a row of the help, of a call, of the values that a job prints.
@@ -38,6 +48,7 @@ struct Option {
     /// Text of the session, or boxes of the settings dialog, that a format goes to.
     std::string Session::*format = nullptr;
     SerialCombos FrmEinstellungen::*combos = nullptr;
+    const Pick *pick = nullptr; ///< the one entry that contains the value
 };
 
 /// The value that the option's field has now.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/option.hpp"
+#include "core/list_files.hpp"
 
 /// The options, a table per window, in the order in which the help names them and the fields are filled.
 namespace telvox::cli {
@@ -59,6 +60,26 @@ inline constexpr Option way_rows[] = {
      .format = &Session::strCOMparameter_fern},
 };
 
+/// The supplied numbers of the mobile networks, and of the fixed network's gateways.
+inline std::vector<ServiceNumber> mobile_networks(const Desk &desk) {
+    return parse_service_centers(read_lines(find_list_file(desk.folders.lists, "SCN.dat")));
+}
+inline std::vector<ServiceNumber> fixed_network(const Desk &desk) {
+    return parse_service_numbers(read_lines(find_list_file(desk.folders.lists, "FSN.dat")));
+}
+inline constexpr Pick pick_network = {
+    .entries = mobile_networks,
+    .opens = main_window<&FrmModem::cbuSC_Uebersicht>,
+    .list = at<&Desk::frmService_Center, &FrmService_Center::lstSCNummer>,
+    .ok = at<&Desk::frmService_Center, &FrmService_Center::cbuOK>,
+};
+inline constexpr Pick pick_provider = {
+    .entries = fixed_network,
+    .opens = main_window<&FrmModem::cbuSC_Uebersicht>,
+    .list = at<&Desk::frmServicenummer, &FrmServicenummer::lstServicenummer>,
+    .ok = at<&Desk::frmServicenummer, &FrmServicenummer::cbuOK>,
+};
+
 inline constexpr Option alarm_rows[] = {
     {.name = "--nachricht", .value = "sms|fax", .help = "Art der Alarmmeldung; sonst sms", .words = messages},
     {.name = "--empfaenger",
@@ -70,6 +91,14 @@ inline constexpr Option alarm_rows[] = {
      .help = "Zeichen zur Amtsholung",
      .field = main_window<&FrmModem::tboAmt>,
      .needs = prefix_tick},
+    {.name = "--anbieter",
+     .value = "TEXT",
+     .help = "analog, isdn: Servicenummer und Protokoll aus der Liste, der eine Eintrag mit diesem Text",
+     .pick = &pick_provider},
+    {.name = "--netz",
+     .value = "TEXT",
+     .help = "gsm, gprs: Service-Center Nummer aus der Liste, der eine Eintrag mit diesem Text",
+     .pick = &pick_network},
     {.name = "--service-center",
      .value = "NUMMER",
      .help = "Service-Center Nummer",
@@ -237,15 +266,44 @@ inline constexpr Option address_rows[] = {
      .help = "TCP-Port, den das Gerät bekommt; sonst 1234",
      .field = at<&Desk::frmEthernet, &FrmEthernet::tboPort>},
 };
-inline constexpr Option gateway_rows[] = {
-    {.name = "--gateway",
-     .value = "ADRESSE",
-     .help = "Gateway; sonst 0.0.0.0",
-     .field = at<&Desk::frmGateway, &FrmGateway::tboGateway>},
-    {.name = "--netzmaske",
-     .value = "MASKE",
-     .help = "Netzmaske; sonst 255.255.255.0",
-     .field = at<&Desk::frmGateway, &FrmGateway::tboNetzmaske>},
-};
+template <auto Member> inline constexpr ControlOf gateway = at<&Desk::frmGateway, Member>;
+inline constexpr Option gateway_option = {.name = "--gateway",
+                                          .value = "ADRESSE",
+                                          .help = "Gateway; sonst 0.0.0.0",
+                                          .field = gateway<&FrmGateway::tboGateway>};
+inline constexpr Option netmask_option = {.name = "--netzmaske",
+                                          .value = "MASKE",
+                                          .help = "Netzmaske; sonst 255.255.255.0",
+                                          .field = gateway<&FrmGateway::tboNetzmaske>};
+inline constexpr Option pinged_option = {.name = "--ip",
+                                         .value = "ADRESSE",
+                                         .help = "IP-Adresse, die das Gerät hat",
+                                         .field = gateway<&FrmGateway::tboIP>,
+                                         .required = true};
+inline constexpr Option gateway_rows[] = {gateway_option, netmask_option};
+inline constexpr Option ping_rows[] = {pinged_option};
+inline constexpr Option network_gateway_rows[] = {pinged_option, gateway_option, netmask_option};
+
+template <auto Member> inline constexpr ControlOf over_ip = at<&Desk::frmIPoEthernet, Member>;
+inline constexpr ControlOf first_address[] = {over_ip<&FrmIPoEthernet::optIP_Erstkonfiguration>};
+inline constexpr Option new_address_option = {.name = "--neue-ip",
+                                              .value = "ADRESSE",
+                                              .help = "IP-Adresse, die das Gerät bekommt",
+                                              .field = over_ip<&FrmIPoEthernet::tboNeue_IP>,
+                                              .required = true};
+inline constexpr Option network_address_rows[] = {new_address_option,
+                                                  {.name = "--momentane-ip",
+                                                   .value = "ADRESSE",
+                                                   .help = "IP-Adresse, die das Gerät hat",
+                                                   .field = over_ip<&FrmIPoEthernet::tboAlte_IP>,
+                                                   .required = true}};
+inline constexpr Option first_address_rows[] = {
+    new_address_option,
+    {.name = "--mac",
+     .value = "00-1C-04",
+     .help = "das Ende der MAC-Adresse auf dem Gerät, hinter 00-05-B6-",
+     .field = over_ip<&FrmIPoEthernet::tboMAC_Adresse2>,
+     .needs = first_address,
+     .required = true}};
 
 } // namespace telvox::cli

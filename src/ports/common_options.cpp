@@ -17,15 +17,6 @@ namespace telvox {
 
 namespace {
 
-/// What a user typed can hold anything; on the terminal it stays one harmless line.
-std::string one_line(std::string_view text) {
-    std::string line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
-        '?');
-    return line;
-}
-
 std::filesystem::path path_of(const std::string &utf8) {
     return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
 }
@@ -49,6 +40,14 @@ void take_port(const std::string &value, CommonOptions &options) {
         if (taken == *number || other == device)
             throw UsageError("--port " + value + ": Nummer oder Gerät ist schon vergeben");
     options.ports[*number] = device;
+}
+
+std::string one_line(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
+        '?');
+    return line;
 }
 
 bool valid_utf8(std::string_view text) {

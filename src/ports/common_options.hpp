@@ -56,6 +56,9 @@ bool take_common_option(Arguments &arguments, CommonOptions &options);
 /// Takes the value of "--port", "N=GERÄT".
 void take_port(const std::string &value, CommonOptions &options);
 
+/// A text from outside as one line that does no harm to a terminal.
+[[nodiscard]] std::string one_line(std::string_view text);
+
 /// Whether a text is UTF-8 throughout.
 [[nodiscard]] bool valid_utf8(std::string_view text);
 
