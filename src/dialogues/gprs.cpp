@@ -33,9 +33,14 @@ constexpr auto configure = table(
     // In a call too the line is only closed; the device leaves its configuration mode by the restart.
     Step{.number = 15, .end = End::drop, .message = configured_mobile});
 
+/// Nothing follows the command that could show whether it still got through a call that fell.
 constexpr auto alarm_off =
     table(gprs_opening(3s), check_after_opening(nullptr, 4s, &JobState::boolKommunikations_Fehler33),
           setting(5, sending_alarm_off, "AT**INPUT=0", 4s),
+          Step{.number = 6,
+               .when = [](const Desk &d) { return d.jobs.line_dropped; },
+               .end = End::failed,
+               .message = call_has_fallen},
           Step{.number = 6, .end = End::drop, .message = alarm_is_off});
 
 constexpr auto set_pin = pin_steps("AT**IMEI?", 2s);

@@ -172,7 +172,7 @@ void Sequencer::allow_time_for(const Job &job) {
 
 void Sequencer::run(const Step &step, const Job &job) {
     if (step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::fails)
-        return fail(LineEnd::hang_up, {.text = "Die Verbindung zum Telvox-A wurde unterbrochen."});
+        return fail(LineEnd::hang_up, {.text = call_has_fallen});
     const bool skipped = step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::skipped;
     if (!skipped)
         send(step, job);

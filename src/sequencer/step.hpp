@@ -54,6 +54,9 @@ enum class OnFall {
     reported, ///< it is sent; the flag that the step or a later one awaits says what is wrong
 };
 
+/// What is told of a call that has fallen.
+inline constexpr const char *call_has_fallen = "Die Verbindung zum Telvox-A wurde unterbrochen.";
+
 /// One step of a dialogue: what one tick does. Of several rows with the same number the first whose condition
 /// holds is the step.
 struct Step {
