@@ -93,9 +93,10 @@ std::string usable(const FrmModem &f) {
     const auto add = [&list](const char *word, bool on) {
         list += on ? std::string(list.empty() ? "" : " ") + word : "";
     };
-    add("ISDN", f.mnuMSN_festlegen.usable());
-    add("GSM", f.mnuPin_festlegen.usable());
-    add("GPRS", f.mnuGPRS_konfig.usable());
+    // One that is offered where the others are not is seen too; that each opens, the transcripts see.
+    add("ISDN", f.mnuMSN_festlegen.usable() || f.mnuISDN_Anschluss.usable());
+    add("GSM", f.mnuPin_festlegen.usable() || f.mnuStatus_abfragen.usable());
+    add("GPRS", f.mnuGPRS_konfig.usable() || f.mnuIPT_konfig.usable());
     add("Eth", f.mnuIPuPort.usable());
     add("cable", f.cobSchnittstelle.usable());
     add("modem", f.cobModem_Port.usable() && f.tboRufnummer_Modem.usable());
