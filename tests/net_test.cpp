@@ -316,6 +316,10 @@ TEST(NetworkDialogue, PingsOutputLiesInTheDataFolder) {
     EXPECT_THAT(check("nobody\n"), HasSubstr("fehlgeschlagen")) << "what an older ping left does not count";
     std::ifstream written(file);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(written), {}), "nobody\n");
+    std::filesystem::rename(file, folder.path / "other");
+    std::filesystem::create_symlink(folder.path / "other", file);
+    check("64 bytes from 192.168.0.100\n");
+    EXPECT_EQ(std::filesystem::file_size(folder.path / "other"), 7u) << "a link is replaced, not followed";
     std::filesystem::remove(file);
     std::filesystem::create_directories(file / "in the way");
     EXPECT_EQ(check("Reply from 192.168.0.100\n"), "Verbindungsaufbau erfolgreich!");
