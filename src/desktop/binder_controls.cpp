@@ -109,9 +109,9 @@ void Binder::filter(TextField &control, QLineEdit &edit) {
 }
 
 void Binder::bind(TextBox &control, QLineEdit &widget) {
-    constexpr int usual = 11;
-    const bool few = control.max_length != 0 && control.max_length < usual - 2;
-    give_width(widget, control.read_only ? 30 : few ? static_cast<int>(control.max_length) + 2 : usual);
+    const int usual = control.read_only ? 30 : control.accepts == digits_dot ? 16 : 11;
+    const int most = static_cast<int>(control.max_length);
+    give_width(widget, most != 0 && most < usual - 2 ? most + 2 : usual);
     widget.setReadOnly(control.read_only);
     if (!control.read_only)
         filter(control, widget);

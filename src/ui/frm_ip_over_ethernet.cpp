@@ -5,6 +5,7 @@ namespace telvox {
 FrmIPoEthernet::FrmIPoEthernet() : Form("frmIPoEthernet", "IP Adresse ändern") {
     tboNeue_IP.accepts = tboAlte_IP.accepts = digits_dot;
     tboMAC_Adresse1.read_only = true;
+    tboMAC_Adresse1.max_length = 9;
     tboMAC_Adresse2.accepts = hexadecimal_dash;
     tboShell.read_only = tboShell.multi_line = true;
     prbFortschritt.maximum = network_progress;
