@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
@@ -201,6 +202,8 @@ void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
 
 void Binder::bind(ListBox &control, QListWidget &widget) {
     widget.setSelectionMode(QAbstractItemView::SingleSelection);
+    // The entries stand in columns, padded with blanks.
+    widget.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     connect(&widget, &QListWidget::itemSelectionChanged, this, [&] {
         const int row = selected_row(widget);
         if (drawing_ || row < 0 || row == control.selected)

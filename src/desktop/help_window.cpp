@@ -16,7 +16,7 @@ namespace telvox::desktop {
 
 namespace {
 
-constexpr QSize first_size{900, 640};
+constexpr QSize first_size{960, 680};
 
 QString path_of(const std::filesystem::path &path) {
     const std::u8string text = path.u8string();

@@ -45,7 +45,7 @@ FrmService_Center::FrmService_Center(TextBox &number, const DataFolders &folders
 void FrmService_Center::prz_ServiceCenterNummern_laden() {
     entries_ = parse_service_centers(read_lines(find_list_file(folders_.lists, "SCN.dat")));
     fill(lstSCNummer, lblErklaerung, entries_,
-         "Über das Service-Center seines Mobilfunknetzes verschickt das Telvox-A die SMS.\n"
+         "Über das Service-Center seines Mobilfunknetzes verschickt das Telvox-A seine SMS.\n"
          "Standardanbieter ist das Netz, aus dem die SIM-Karte stammt.",
          "Die Liste der Service-Center (SCN.dat) fehlt oder ist leer.\n"
          "Die Nummer kann im Hauptfenster eingetippt werden.");
@@ -72,8 +72,8 @@ void FrmServicenummer::prz_Servicenummern_laden() {
     entries_ = parse_service_numbers(read_lines(find_list_file(folders_.lists, "FSN.dat")));
     fill(lstServicenummer, lblErklaerung, entries_,
          "Über die Servicenummer nimmt das Festnetz die SMS des Telvox-A an.\n"
-         "Standardanbieter ist Anny Way, der erste Eintrag: Er stellt nur das Protokoll ein,\n"
-         "die Nummer bleibt, wie sie ist.",
+         "Standardanbieter ist Anny Way, der erste Eintrag. Er stellt nur das Protokoll ein; die Nummer "
+         "bleibt, wie sie ist.",
          "Die Liste der Servicenummern (FSN.dat) fehlt oder ist leer.\n"
          "Die Nummer kann im Hauptfenster eingetippt werden.");
 }
