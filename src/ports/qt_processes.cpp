@@ -34,8 +34,8 @@ class Run final : public QObject {
         process_.setProcessChannelMode(QProcess::MergedChannels);
         process_.setStandardInputFile(QProcess::nullDevice());
 #ifdef Q_OS_WIN
-        process_.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *arguments) {
-            arguments->flags |= 0x08000000; // CREATE_NO_WINDOW
+        process_.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *start) {
+            start->flags |= 0x08000000; // CREATE_NO_WINDOW
         });
 #endif
         connect(&process_, &QProcess::readyRead, this, [this] { read(); });
