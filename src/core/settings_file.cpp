@@ -112,9 +112,11 @@ DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &
     const DataFolders beside_the_program{program_folder, list_folders(program_folder, program_folder)};
     if (fs::exists(program_folder / file_name, error))
         return beside_the_program;
+    // Below /usr only the package manager writes, even if the superuser could.
+    const bool packaged = program_folder.generic_u8string().starts_with(u8"/usr/");
     // Whether a folder can be written is only certain once something was written.
     const fs::path probe = program_folder / ".telvox-schreibprobe";
-    const bool writable = std::ofstream(probe).is_open();
+    const bool writable = !packaged && std::ofstream(probe).is_open();
     fs::remove(probe, error);
     if (writable)
         return beside_the_program;
