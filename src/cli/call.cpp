@@ -113,6 +113,8 @@ Call parse_call(const std::vector<std::string> &all) {
         };
         if (name == "--help" || name == "-h") {
             call.help = true;
+        } else if (name == "--vorschlaege") {
+            flag(call.completion);
         } else if (name == "--mitschnitt") {
             flag(call.trace);
         } else if (name == "--trotzdem") {
@@ -137,7 +139,7 @@ Call parse_call(const std::vector<std::string> &all) {
             arguments.refuse();
         }
     }
-    if (call.help || call.common.version)
+    if (call.help || call.completion || call.common.version)
         return call;
     if (!call.job)
         throw UsageError("Auftrag fehlt, siehe telvox-cli --help");

@@ -26,6 +26,7 @@ struct Call {
     bool despite = false; ///< "--trotzdem": questions are answered Ja
     bool save = false;    ///< "--speichern": the formats go into the settings file
     bool help = false;
+    bool completion = false; ///< "--vorschlaege": what the shell can complete
 
     /// The option's value, nullptr if it was not given.
     [[nodiscard]] const Given *find(const std::string &option) const {
@@ -43,5 +44,9 @@ void complete_call(Call &call, std::istream &standard_input);
 
 /// The help about everything, or about one job.
 [[nodiscard]] std::string help_text(const JobCommand *job);
+
+/// What the shell can complete: a line per job with its options, then a line per option that takes a value,
+/// with its words or with the value as the help writes it.
+[[nodiscard]] std::string completion_list();
 
 } // namespace telvox::cli

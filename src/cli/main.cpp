@@ -148,8 +148,10 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
-    if (call.common.version || call.help) {
-        std::string text = call.help ? cli::help_text(call.job) : version_text("telvox-cli");
+    if (call.common.version || call.help || call.completion) {
+        std::string text = call.help         ? cli::help_text(call.job)
+                           : call.completion ? cli::completion_list()
+                                             : version_text("telvox-cli");
         text.pop_back();
         out.results.line(text);
         return job_succeeded;
