@@ -14,6 +14,14 @@ inline constexpr const char *program_title = "Telvox-A Konfiguration";
 /// Title of boxes about the serial port itself.
 inline constexpr const char *port_error_title = "Laufzeitfehler Schnittstelle";
 
+/// Another start while something runs is refused with this.
+inline constexpr const char *already_running = "Es läuft bereits ein Vorgang.";
+/// Said when the user has ended something; `half_done` if a device may have got a part of it.
+[[nodiscard]] inline std::string cancelled(bool half_done) {
+    return std::string("Der Vorgang wurde abgebrochen.") +
+           (half_done ? " Das Telvox-A ist möglicherweise nur teilweise konfiguriert." : "");
+}
+
 /// One message box, with an OK button or with Ja and Nein. Lines of the text (UTF-8) are joined by one
 /// carriage return.
 struct Message {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,6 +16,9 @@ struct SerialFormat {
 
     bool operator==(const SerialFormat &) const = default;
 };
+
+/// The rates that the devices know; their place in this order is how some are told.
+inline constexpr std::array device_rates = {300, 600, 1200, 2400, 4800, 9600, 19200, 38400};
 
 /// Factory default of a cabled device and of a local modem.
 inline constexpr const char *default_direkt = "2400,e,8,1";

@@ -24,14 +24,6 @@ constexpr std::array<Step, 2> opening(milliseconds wait, FlagOf awaits) {
               .awaits = awaits}}};
 }
 
-constexpr Step write(Counter number, const char *status, RowText send, milliseconds wait) {
-    return {.number = number,
-            .status = status,
-            .send = send,
-            .wait = wait,
-            .next = static_cast<Counter>(number + 1)};
-}
-
 /// New addresses are in force only after a restart, which the module does not answer.
 constexpr Step restart = {.number = 5,
                           .status = "Reset durchführen",
@@ -41,17 +33,17 @@ constexpr Step restart = {.number = 5,
 
 constexpr auto set_address =
     table(opening(2500ms, &JobState::boolKommunikations_Fehler61),
-          write(
+          command(
               3, "IP einstellen", [](const Desk &d) { return "AT#IP=" + d.session.str_IP; }, 2500ms),
-          write(
+          command(
               4, "Port einstellen", [](const Desk &d) { return "AT#PORT=" + d.session.str_Port; }, 2500ms),
           restart);
 
 constexpr auto set_gateway = table(
     opening(2200ms, &JobState::boolKommunikations_Fehler62),
-    write(
+    command(
         3, "Gateway einstellen", [](const Desk &d) { return "AT#GW=" + d.session.str_Gateway; }, 2200ms),
-    write(
+    command(
         4, "Netzmaske einstellen", [](const Desk &d) { return "AT#NM=" + d.session.str_Netzmaske; }, 2200ms),
     restart);
 

@@ -14,10 +14,10 @@ constexpr char end_of_message = '\x1A'; ///< Ctrl-Z
 /// The alarm is a message stored in the first slot of the SIM, which the input then sends.
 constexpr auto configure = table(
     gprs_opening(3s), check_after_opening(checking, 3s, &JobState::boolKommunikations_Fehler31),
-    setting(5, "Alarmeingang wird konfiguriert", "AT**INPUT=1", 1s),
-    setting(6, "SMS Textmodus wird aktiviert", "AT+CMGF=1", 1s),
-    setting(7, "SMS Speicherplatz wird gelöscht", "AT+CMGD=1", 1s),
-    setting(
+    command(5, "Alarmeingang wird konfiguriert", "AT**INPUT=1", 1s),
+    command(6, "SMS Textmodus wird aktiviert", "AT+CMGF=1", 1s),
+    command(7, "SMS Speicherplatz wird gelöscht", "AT+CMGD=1", 1s),
+    command(
         8, "Service-Nummer wird eingestellt", [](const Desk &d) { return "AT+CSCA=" + service_number(d); },
         1s),
     Step{.number = 9,
@@ -25,10 +25,10 @@ constexpr auto configure = table(
          .send = [](const Desk &d) { return "AT+CMGW=" + receiver(d); },
          .wait = 3s,
          .awaits = &JobState::boolKommunikations_Fehler74},
-    setting(
+    command(
         10, "Übertragung des Alarmtextes", [](const Desk &d) { return alarm_text(d) + end_of_message; }, 3s),
-    setting(11, "Einstellungen speichern", "AT**SAVE", 3s),
-    setting(12, "Einstellungen speichern", "AT&W", 3s),
+    command(11, "Einstellungen speichern", "AT**SAVE", 3s),
+    command(12, "Einstellungen speichern", "AT&W", 3s),
     check_and_restart(13, 4s, &JobState::boolKommunikations_Fehler32),
     // In a call too the line is only closed; the device leaves its configuration mode by the restart.
     Step{.number = 15, .end = End::drop, .message = configured_mobile});
@@ -36,7 +36,7 @@ constexpr auto configure = table(
 /// Nothing follows the command that could show whether it still got through a call that fell.
 constexpr auto alarm_off =
     table(gprs_opening(3s), check_after_opening(nullptr, 4s, &JobState::boolKommunikations_Fehler33),
-          setting(5, sending_alarm_off, "AT**INPUT=0", 4s),
+          command(5, sending_alarm_off, "AT**INPUT=0", 4s),
           Step{.number = 6,
                .when = [](const Desk &d) { return d.jobs.line_dropped; },
                .end = End::failed,
@@ -51,7 +51,7 @@ constexpr auto pin_status = table(gprs_opening(2s),
                                        .send = "AT**PIN?",
                                        .wait = 4s,
                                        .awaits = &JobState::boolKommunikations_Fehler42},
-                                  setting(5, "Frage Status ab", "AT+CPIN?", 2200ms), no_sim_card(6),
+                                  command(5, "Frage Status ab", "AT+CPIN?", 2200ms), no_sim_card(6),
                                   Step{.number = 7, .end = End::drop});
 
 /// A query whose answer ends its job.
@@ -68,7 +68,7 @@ constexpr auto imei = query("Frage IMEI ab", "AT**IMEI?", &JobState::boolKommuni
 /// Rate and format come into force one after the other, and the own port follows each.
 constexpr auto change_interface = table(
     gprs_opening(2s), check_after_opening(checking, 1200ms, &JobState::boolKommunikations_Fehler76),
-    setting(5, changing_rate, baud_command, 1200ms), change(6, changing_format, format_command, at_new_rate),
+    command(5, changing_rate, baud_command, 1200ms), change(6, changing_format, format_command, at_new_rate),
     save_format(7, in_new_format), check_new_format(8, "AT**IMEI?"),
     format_changed(9, "Das GPRS-Modem wurde erfolgreich parametriert."));
 
@@ -169,8 +169,8 @@ constexpr auto own_replies = std::to_array<Reply>({
      .restart = 100ms},
 });
 
-constexpr auto replies = joined(own_replies, query_replies(gprs_queries, &JobState::byteGPRS_lese_Counter),
-                                query_replies(ipt_queries, &JobState::byteIPT_lese_Counter));
+constexpr auto replies = table(own_replies, query_replies(gprs_queries, &JobState::byteGPRS_lese_Counter),
+                               query_replies(ipt_queries, &JobState::byteIPT_lese_Counter));
 
 } // namespace
 } // namespace dialogues

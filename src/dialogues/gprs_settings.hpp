@@ -14,7 +14,7 @@ inline constexpr const char *third_callback = ",3";
 
 /// Sends one mobile-data setting. The device stores them in the order in which they come, at its own pace.
 constexpr Step gprs_setting(Counter number, const char *status, RowText send) {
-    return setting(number, status, send, 800ms);
+    return command(number, status, send, 800ms);
 }
 
 inline constexpr auto gprs_write =
@@ -159,7 +159,7 @@ inline constexpr auto gprs_queries = std::to_array<Query>({
 });
 
 inline constexpr auto gprs_read =
-    table(gprs_opening(3s), query_steps(gprs_queries), setting(18, results_off, "ATQ1", 2s),
+    table(gprs_opening(3s), query_steps(gprs_queries), command(18, results_off, "ATQ1", 2s),
           gprs_ending(19, read_out, OnFall::fails));
 
 } // namespace telvox::dialogues

@@ -50,15 +50,6 @@ constexpr Step check_after_opening(const char *status, milliseconds wait, FlagOf
             .on_fall = OnFall::reported};
 }
 
-/// Sends one setting; the device does not answer it.
-constexpr Step setting(Counter number, const char *status, RowText send, milliseconds wait) {
-    return {.number = number,
-            .status = status,
-            .send = send,
-            .wait = wait,
-            .next = static_cast<Counter>(number + 1)};
-}
-
 /// Last check of a job that writes, and the restart with which its settings come into force. Behind the check
 /// all is saved, and the restart breaks a call.
 constexpr std::array<Step, 2> check_and_restart(Counter number, milliseconds wait, FlagOf flag) {
@@ -136,14 +127,6 @@ consteval std::array<Reply, N> query_replies(const std::array<Query, N> &queries
                    .restart = 100ms};
     }
     return rows;
-}
-
-/// Joins arrays of rows.
-template <std::size_t... N> consteval auto joined(const std::array<Reply, N> &...rows) {
-    std::array<Reply, (N + ...)> all{};
-    auto at = all.begin();
-    ((at = std::ranges::copy(rows, at).out), ...);
-    return all;
 }
 
 } // namespace telvox::dialogues

@@ -4,7 +4,6 @@
 #include "dialogues/shared.hpp"
 
 #include <algorithm>
-#include <array>
 #include <string>
 
 /// What the changes of the devices' own serial format share. The device is told in the present format and is
@@ -26,8 +25,8 @@ inline std::string at_new_rate(const Desk &desk) {
 
 /// Place of the new rate among the rates of the devices, from 0.
 inline int place_of_new_rate(const Desk &desk) {
-    constexpr std::array rates = {300, 600, 1200, 2400, 4800, 9600, 19200, 38400};
-    return static_cast<int>(std::find(rates.begin(), rates.end(), new_format(desk).baud) - rates.begin());
+    const auto place = std::find(device_rates.begin(), device_rates.end(), new_format(desk).baud);
+    return static_cast<int>(place - device_rates.begin());
 }
 
 // The mobile devices' commands.
@@ -45,11 +44,9 @@ inline constexpr const char *changing_format = "Datenformat umstellen";
 inline constexpr const char *checking_format = "Verbindung prüfen";
 
 constexpr Step change(Counter number, const char *status, RowText send, RowText format = {}) {
-    return {.number = number,
-            .status = status,
-            .format = format,
-            .send = send,
-            .next = static_cast<Counter>(number + 1)};
+    Step step = command(number, status, send);
+    step.format = format;
+    return step;
 }
 constexpr Step save_format(Counter number, RowText format = {}) {
     return change(number, "speichern", "AT&W", format);

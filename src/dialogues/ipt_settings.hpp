@@ -10,24 +10,24 @@ namespace telvox::dialogues {
 
 inline constexpr auto ipt_write =
     table(gprs_opening(3s), check_after_opening(checking, 3s, &JobState::boolKommunikations_Fehler75),
-          setting(
+          command(
               5, "IP-Telemetrie Benutzer wird eingestellt",
               [](const Desk &d) { return "AT**IPTUSER=" + d.session.ipt.user; }, 3s),
-          setting(
+          command(
               6, "IP-Telemetrie Passwort wird eingestellt",
               [](const Desk &d) { return "AT**IPTPW=" + d.session.ipt.password; }, 3s),
-          setting(7, "Link wird eingestellt", "AT**IPTCONREQ=1", 1800ms),
-          setting(8, "Watchdog wird eingestellt", "AT**IPTWATCHDOG=0", 1800ms),
-          setting(
+          command(7, "Link wird eingestellt", "AT**IPTCONREQ=1", 1800ms),
+          command(8, "Watchdog wird eingestellt", "AT**IPTWATCHDOG=0", 1800ms),
+          command(
               9, "IPT-Betriebsart wird eingestellt",
               [](const Desk &d) { return "AT**IPT=" + std::to_string(d.session.ipt.mode); }, 1800ms),
-          setting(
+          command(
               10, "Fixed Scramble Key wird eingestellt",
               [](const Desk &d) { return "AT**IPTKEYF=" + d.session.ipt.fixed_key; }, 1800ms),
-          setting(
+          command(
               11, "Challenge Scramble Key wird eingestellt",
               [](const Desk &d) { return "AT**IPTKEYC=" + d.session.ipt.challenge_key; }, 1800ms),
-          setting(12, "Einstellungen speichern", "AT**SAVE", 1500ms),
+          command(12, "Einstellungen speichern", "AT**SAVE", 1500ms),
           check_and_restart(13, 3s, &JobState::boolKommunikations_Fehler76),
           gprs_ending(15, written_and_restarting, OnFall::skipped));
 
@@ -63,7 +63,7 @@ inline constexpr auto ipt_queries = std::to_array<Query>({
 });
 
 inline constexpr auto ipt_read =
-    table(gprs_opening(3s), query_steps(ipt_queries), setting(7, results_off, "ATQ1", 2s),
+    table(gprs_opening(3s), query_steps(ipt_queries), command(7, results_off, "ATQ1", 2s),
           gprs_ending(8, read_out, OnFall::fails));
 
 } // namespace telvox::dialogues

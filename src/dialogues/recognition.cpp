@@ -2,7 +2,6 @@
 #include "dialogues/families.hpp"
 #include "dialogues/shared.hpp"
 
-#include <algorithm>
 #include <array>
 
 namespace telvox {
@@ -35,27 +34,10 @@ bool others_left(const Desk &desk) {
     return !desk.jobs.answered && !candidate(desk, desk.jobs.byteErkennen_Format + std::size_t{1}).empty();
 }
 
-OptionButton &option_of(Desk &desk, ModemType type) {
-    FrmModem &f = desk.frmModem;
-    switch (type) {
-    case ModemType::Analog:
-        return f.optAnalog;
-    case ModemType::ISDN:
-        return f.optISDN;
-    case ModemType::GSM:
-        return f.optGSM;
-    case ModemType::GPRS:
-        return f.optGPRS;
-    case ModemType::Ethernet:
-        break;
-    }
-    return f.optEthernet;
-}
-
 /// The form gets the variant that was found, the session the format that it speaks; what was entered for the
 /// variant stays if it was chosen already.
 void take_over(Desk &desk) {
-    OptionButton &option = option_of(desk, *desk.jobs.recognized);
+    OptionButton &option = desk.frmModem.option_of(*desk.jobs.recognized);
     if (!option.value)
         option.choose();
     if (desk.jobs.byteErkennen_Format != 0)
@@ -79,25 +61,27 @@ constexpr Step ask(Counter number, RowText status, const char *command) {
             .next = static_cast<Counter>(number + 1)};
 }
 
-template <std::size_t Length> struct Name {
-    consteval Name(const char (&literal)[Length]) { std::copy_n(literal, Length, text); }
-    char text[Length];
-};
 /// "Suche mit 2400,e,8,1: ISDN"
-template <Name Variant> std::string looking_for(const Desk &desk) {
-    return "Suche mit " + tried(desk) + ": " + Variant.text;
+std::string looking_for(const Desk &desk, const char *variant) {
+    return "Suche mit " + tried(desk) + ": " + variant;
 }
 
 constexpr Step search[] = {
-    ask(1, looking_for<"GSM">, "AT**TIME?"),
-    ask(2, looking_for<"GPRS">, "AT**IMEI?"),
-    ask(3, looking_for<"GSM, Analog">, "ATI"),
-    ask(4, looking_for<"ISDN">, "ATI1"),
-    ask(5, looking_for<"Ethernet">, "ATI0"),
+    ask(
+        1, [](const Desk &d) { return looking_for(d, "GSM"); }, "AT**TIME?"),
+    ask(
+        2, [](const Desk &d) { return looking_for(d, "GPRS"); }, "AT**IMEI?"),
+    ask(
+        3, [](const Desk &d) { return looking_for(d, "GSM, Analog"); }, "ATI"),
+    ask(
+        4, [](const Desk &d) { return looking_for(d, "ISDN"); }, "ATI1"),
+    ask(
+        5, [](const Desk &d) { return looking_for(d, "Ethernet"); }, "ATI0"),
     // A module in its data mode passes everything on to the network; nobody else must get an escape.
     {.number = 6, .when = [](const Desk &d) { return d.jobs.answered; }, .next = 8},
     {.number = 6, .send = "+++", .as = Write::raw, .wait = 1200ms, .next = 7},
-    ask(7, looking_for<"Ethernet">, "ATI0"),
+    ask(
+        7, [](const Desk &d) { return looking_for(d, "Ethernet"); }, "ATI0"),
     {.number = 8,
      .when = others_left,
      .act = [](Desk &d) { ++d.jobs.byteErkennen_Format; },

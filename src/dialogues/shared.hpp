@@ -56,10 +56,16 @@ inline constexpr const char *check_line =
     "Gerät mit Spannung versorgt wird.";
 
 /// The report that has both lines, for a step that ends its job with it.
-inline constexpr const char *no_connection_check =
-    "Es konnte keine Verbindung zum Telvox-A hergestellt werden."
-    "\rBitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das "
-    "Gerät mit Spannung versorgt wird.";
+inline std::string no_connection_check(const Desk &) { return std::string(no_connection) + check_line; }
+
+/// Sends one command that the device does not answer, and goes on with the next step.
+constexpr Step command(Counter number, const char *status, RowText send, milliseconds wait = {}) {
+    return {.number = number,
+            .status = status,
+            .send = send,
+            .wait = wait,
+            .next = static_cast<Counter>(number + 1)};
+}
 
 /// Leaves the device's remote configuration mode. By then the work is done, and the device itself may have
 /// hung up.

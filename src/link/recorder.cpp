@@ -51,12 +51,6 @@ std::string visible(std::string_view bytes) {
     return text;
 }
 
-void Recorder::clear() {
-    lines_.clear();
-    pending_.clear();
-    pending_size_ = 0;
-}
-
 std::string Recorder::transcript() {
     flush();
     std::string text;
@@ -173,7 +167,6 @@ void Recorder::add(RecordLine line) {
         lines_.pop_front();
     line.begin = job_;
     lines_.push_back(std::move(line));
-    ++count_;
     added(lines_.back());
 }
 

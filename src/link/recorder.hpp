@@ -53,9 +53,6 @@ class Recorder final : public SerialPort {
     /// Hears each line as soon as it is complete.
     std::function<void(const RecordLine &)> added = [](const RecordLine &) {};
     [[nodiscard]] const std::deque<RecordLine> &lines() const { return lines_; }
-    /// How many lines have been written in all; the last of them are in `lines`.
-    [[nodiscard]] std::size_t count() const { return count_; }
-    void clear();
     /// The whole, with times since the record began: a transcript, which can be played again.
     [[nodiscard]] std::string transcript();
 
@@ -92,7 +89,6 @@ class Recorder final : public SerialPort {
     Clock now_;
     milliseconds job_{0}; ///< when the last job began
     std::deque<RecordLine> lines_;
-    std::size_t count_ = 0;
     std::vector<Piece> pending_; ///< received, the line not yet ended
     std::size_t pending_size_ = 0;
     bool rest_is_secret_ = false; ///< a secret was cut by an output; the rest of its line is one too

@@ -34,7 +34,7 @@ std::string plain_text(std::string_view bytes) {
 
 void NetworkTools::start(const NetworkAction &action, NetworkTask task, NetworkPane pane) {
     if (busy())
-        return c_.outbox.show("Es läuft bereits ein Vorgang.");
+        return c_.outbox.show(already_running);
     action_ = action;
     task_ = std::move(task);
     pane_.emplace(pane);
@@ -188,8 +188,7 @@ void NetworkTools::cancel() {
     const bool told = stage_ == Stage::dialogue && (state.gateway_sent || state.address_sent);
     stop();
     c_.session.outcome = Outcome::failed;
-    c_.outbox.show(std::string("Der Vorgang wurde abgebrochen.") +
-                   (told ? " Das Telvox-A ist möglicherweise nur teilweise konfiguriert." : ""));
+    c_.outbox.show(cancelled(told));
 }
 
 void NetworkTools::log(std::string &into, std::string_view text) const {

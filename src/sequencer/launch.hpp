@@ -9,6 +9,8 @@ namespace telvox {
 
 struct Control;
 struct Desk;
+class Outbox;
+class Panel;
 
 /// A condition without which a job does not start, what the user then reads, and the field that gets the
 /// focus.
@@ -17,6 +19,9 @@ struct Check {
     const char *otherwise = "";
     Control *(*field)(Desk &) = nullptr;
 };
+
+/// Whether all checks hold; of those that do not the first is told in a box, and its field gets the focus.
+[[nodiscard]] bool all_hold(std::span<const Check> checks, Desk &desk, Panel &panel, Outbox &outbox);
 
 /// How a job starts.
 struct Launch {

@@ -11,8 +11,6 @@ struct Progress {
     milliseconds wait{0};   ///< that the step may take
     milliseconds passed{0}; ///< of that
     bool hangs_up = false;  ///< the job has ended, and the local modem is being hung up
-
-    bool operator==(const Progress &) const = default;
 };
 
 } // namespace telvox

@@ -38,21 +38,25 @@ milliseconds prescribed_time(const Job &job, const Desk &desk) {
 
 } // namespace
 
-bool Sequencer::ready(const Launch &launch) {
-    if (busy()) {
-        c_.outbox.show("Es läuft bereits ein Vorgang.");
-        return false;
-    }
-    c_.session.outcome = Outcome::refused;
-    for (const Check &check : launch.checks) {
-        if (check.holds(c_.desk))
+bool all_hold(std::span<const Check> checks, Desk &desk, Panel &panel, Outbox &outbox) {
+    for (const Check &check : checks) {
+        if (check.holds(desk))
             continue;
-        c_.outbox.show(check.otherwise);
+        outbox.show(check.otherwise);
         if (check.field)
-            c_.panel.focus(*check.field(c_.desk));
+            panel.focus(*check.field(desk));
         return false;
     }
     return true;
+}
+
+bool Sequencer::ready(const Launch &launch) {
+    if (busy()) {
+        c_.outbox.show(already_running);
+        return false;
+    }
+    c_.session.outcome = Outcome::refused;
+    return all_hold(launch.checks, c_.desk, c_.panel, c_.outbox);
 }
 
 bool Sequencer::start(const Launch &launch) {
@@ -280,8 +284,7 @@ void Sequencer::cancel() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
     abandon();
-    c_.outbox.show(std::string("Der Vorgang wurde abgebrochen.") +
-                   (changed_device_ ? " Das Telvox-A ist möglicherweise nur teilweise konfiguriert." : ""));
+    c_.outbox.show(cancelled(changed_device_));
 }
 
 bool Sequencer::give_up_dialling() {
@@ -303,8 +306,7 @@ void Sequencer::abandon() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
     c_.session.outcome = Outcome::failed;
-    // A line that was never dialled, or has fallen, has nothing to hang up.
-    finish(c_.panel.remote() ? LineEnd::hang_up : LineEnd::drop);
+    finish(LineEnd::by_mode);
 }
 
 void Sequencer::close_port() {

@@ -79,16 +79,20 @@ struct Step {
     RowText message = {}; ///< box at the end
 };
 
-constexpr std::array<Step, 1> rows_of(const Step &row) { return {row}; }
-template <std::size_t N> constexpr const std::array<Step, N> &rows_of(const std::array<Step, N> &rows) {
+template <class Row> constexpr std::array<Row, 1> rows_of(const Row &row) { return {row}; }
+template <class Row, std::size_t N>
+constexpr const std::array<Row, N> &rows_of(const std::array<Row, N> &rows) {
     return rows;
 }
 
 /// Joins rows and arrays of rows to one table, so that what several tables share stands once.
-template <class... Parts> consteval auto table(const Parts &...parts) {
-    std::array<Step, (std::tuple_size_v<std::remove_cvref_t<decltype(rows_of(parts))>> + ...)> joined{};
-    auto at = joined.begin();
-    ((at = std::ranges::copy(rows_of(parts), at).out), ...);
+template <class First, class... Others> consteval auto table(const First &first, const Others &...others) {
+    using Rows = std::remove_cvref_t<decltype(rows_of(first))>;
+    constexpr std::size_t size =
+        (std::tuple_size_v<Rows> + ... + std::tuple_size_v<std::remove_cvref_t<decltype(rows_of(others))>>);
+    std::array<typename Rows::value_type, size> joined{};
+    auto at = std::ranges::copy(rows_of(first), joined.begin()).out;
+    ((at = std::ranges::copy(rows_of(others), at).out), ...);
     return joined;
 }
 

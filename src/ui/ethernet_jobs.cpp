@@ -152,17 +152,9 @@ class NetworkButtons {
     }
 
   private:
-    /// Whether all checks hold; otherwise a box says which one does not, and the field gets the focus.
     bool hold(std::span<const Check> checks) {
         desk_.session.outcome = Outcome::refused;
-        for (const Check &check : checks) {
-            if (check.holds(desk_))
-                continue;
-            desk_.outbox.show(check.otherwise);
-            desk_.focus(*check.field(desk_));
-            return false;
-        }
-        return true;
+        return all_hold(checks, desk_, desk_, desk_.outbox);
     }
 
     Desk &desk_;
@@ -179,14 +171,9 @@ void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
     desk.frmModem.mnuIPuPort.clicked = opens(desk.frmEthernet);
     desk.frmModem.mnuGateway.clicked = opens(desk.frmGateway);
     desk.frmModem.mnuIP_over_Ethernet.clicked = opens(desk.frmIPoEthernet);
-    desk.frmEthernet.cbuEthernet_Konfigurieren.clicked = [&] {
-        if (sequencer.start(set_address))
-            desk.frmEthernet.unload();
-    };
-    desk.frmGateway.cbuEthernet_GW_Kabel.clicked = [&] {
-        if (sequencer.start(set_gateway))
-            desk.frmGateway.unload();
-    };
+    desk.frmEthernet.cbuEthernet_Konfigurieren.clicked =
+        starts_and_closes(sequencer, set_address, desk.frmEthernet);
+    desk.frmGateway.cbuEthernet_GW_Kabel.clicked = starts_and_closes(sequencer, set_gateway, desk.frmGateway);
     NetworkButtons buttons(desk, network, dialogues);
     const auto presses = [&](void (NetworkButtons::*action)()) {
         return [buttons, action]() mutable { (buttons.*action)(); };

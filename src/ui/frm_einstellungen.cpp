@@ -43,7 +43,8 @@ void SerialCombos::show(std::string_view settings) {
 FrmEinstellungen::FrmEinstellungen(Session &session, const ComboBox &cable_port)
     : Form("frmEinstellungen", "Schnittstellen Einstellungen"), session_(session), cable_port_(cable_port) {
     for (const SerialCombos *line : {&direkt, &fern, &soll}) {
-        line->baud.items = {"300", "600", "1200", "2400", "4800", "9600", "19200", "38400"};
+        for (const int rate : device_rates)
+            line->baud.items.push_back(std::to_string(rate));
         line->bits.items = {"7", "8"};
         line->parity.items = {parities.begin(), parities.end()};
         line->stop.items = {"1", "2"};

@@ -107,12 +107,22 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     StatusBar.text = "Bereit";
 }
 
+namespace {
+
+/// In the order of `ModemType`.
+constexpr OptionButton FrmModem::*type_options[] = {
+    &FrmModem::optAnalog, &FrmModem::optISDN, &FrmModem::optGSM, &FrmModem::optGPRS, &FrmModem::optEthernet};
+
+} // namespace
+
 ModemType FrmModem::modem_type() const {
-    return optAnalog.value ? ModemType::Analog
-           : optISDN.value ? ModemType::ISDN
-           : optGSM.value  ? ModemType::GSM
-           : optGPRS.value ? ModemType::GPRS
-                           : ModemType::Ethernet;
+    const auto set = std::find_if(std::begin(type_options), std::end(type_options) - 1,
+                                  [this](auto option) { return (this->*option).value; });
+    return static_cast<ModemType>(set - std::begin(type_options));
+}
+
+OptionButton &FrmModem::option_of(ModemType type) {
+    return this->*type_options[static_cast<std::size_t>(type)];
 }
 
 void FrmModem::choose_variant(const Variant &variant) {

@@ -14,6 +14,8 @@ class FrmModem : public Form {
     explicit FrmModem(Outbox &outbox);
 
     [[nodiscard]] ModemType modem_type() const;
+    /// The button that chooses a variant.
+    [[nodiscard]] OptionButton &option_of(ModemType type);
 
     /// Lock the inputs while a job runs; "Beenden" and the menus stay usable.
     void prz_Eingaben_deaktivieren();

@@ -114,7 +114,7 @@ constexpr Question ipt_questions[] = {
 /// values than those that are being written.
 void open(Desk &desk, Form &form, bool &active, bool own_job_runs) {
     if (own_job_runs && !form.open)
-        return desk.outbox.show("Es läuft bereits ein Vorgang.");
+        return desk.outbox.show(already_running);
     active = true;
     form.load();
 }

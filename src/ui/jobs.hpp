@@ -38,4 +38,14 @@ void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
     return [&form] { form.load(); };
 }
 
+/// A button's handler that starts a job, which takes its window's values with it: the window closes if it
+/// runs.
+[[nodiscard]] inline std::function<void()> starts_and_closes(Sequencer &sequencer, const Launch &launch,
+                                                             Form &form) {
+    return [&] {
+        if (sequencer.start(launch))
+            form.unload();
+    };
+}
+
 } // namespace telvox

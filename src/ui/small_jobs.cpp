@@ -66,16 +66,10 @@ void connect_small_dialogs(Desk &desk, Sequencer &sequencer) {
     main.mnuISDN_Anschluss.clicked = opens(desk.frmAnschlussart);
     main.mnuStatus_abfragen.clicked = opens(desk.frmGSM_Status);
 
-    const auto start_and_unload = [&](const Launch &launch, Form &form) {
-        return [&] {
-            if (sequencer.start(launch))
-                form.unload();
-        };
-    };
-    desk.frmPin.cbuPin_Eingabe.clicked = start_and_unload(set_pin, desk.frmPin);
-    desk.frmMSN.cbuMSN_einstellen.clicked = start_and_unload(set_msn, desk.frmMSN);
+    desk.frmPin.cbuPin_Eingabe.clicked = starts_and_closes(sequencer, set_pin, desk.frmPin);
+    desk.frmMSN.cbuMSN_einstellen.clicked = starts_and_closes(sequencer, set_msn, desk.frmMSN);
     desk.frmAnschlussart.cmdAnschlussart_einstellen.clicked =
-        start_and_unload(set_line_type, desk.frmAnschlussart);
+        starts_and_closes(sequencer, set_line_type, desk.frmAnschlussart);
     desk.frmGSM_Status.cbuPIN_Status.clicked = [&] { sequencer.start(query_pin); };
     desk.frmGSM_Status.cbuReg_zustand.clicked = [&] { sequencer.start(query_registration); };
     desk.frmGSM_Status.cbuSignalstaerke.clicked = [&] { sequencer.start(query_signal); };
