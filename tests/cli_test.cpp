@@ -315,48 +315,6 @@ TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {
         }
 }
 
-TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
-    Rig rig;
-    Recorder record(rig.port, Mask([] {
-                        return std::vector<std::string>{"BRÜNEX", "1234"};
-                    }),
-                    [&] { return rig.now; });
-    std::vector<std::string> lines;
-    record.added = [&](const RecordLine &line) { lines.push_back(text_of(line)); };
-    const auto receive = [&](const std::string &bytes) {
-        rig.port.pending = bytes;
-        EXPECT_EQ(record.Input(), bytes);
-    };
-    record.Output("AT**MSG1=\"\xD6l\"\r");
-    receive("TIME: 2000\r\n\x1B[2J\x9D par");
-    rig.now = milliseconds{1200};
-    record.Output("+++");
-    record.Output("\r");
-    receive(std::string(250, 'n'));
-    record.Output("AT**PIN=99\r");
-    receive("AT**PIN=99\r\nPPPPW: geh\r\nPPPUSER: 1234x\r\nIPTKEYF:\r\nIPTKEYC: 12");
-    record.Output("AT**PPPPW?\r");
-    receive("34\r\nOK\r\n");
-    for (const char *typed : {"B", "R", "\xDC", "N", "E"}) {
-        record.Output(typed);
-        receive(typed);
-    }
-    record.Output("X");
-    record.Output("\r");
-    receive("X\r\nBUSY\r\n");
-    EXPECT_THAT(lines, testing::ElementsAre(
-                           "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
-                           "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
-                           "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
-                           "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n",
-                           "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n", "1200 <- IPTKEYC: ***",
-                           "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n", "1200 | -> ***",
-                           "1200 <- ***", "1200 | -> \\r", "1200 <- ***", "1200 <- BUSY\\r\\n"));
-    for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
-        record.Output("x");
-    EXPECT_EQ(record.lines().size(), Recorder::capacity);
-}
-
 /// The built program itself.
 class CliProgram : public testing::Test {
   protected:
@@ -440,9 +398,3 @@ TEST_F(CliProgram, AnInterruptEndsInOrder) {
 
 } // namespace
 } // namespace telvox::test
-
-int main(int argc, char **argv) {
-    testing::InitGoogleMock(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

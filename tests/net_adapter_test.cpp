@@ -262,9 +262,3 @@ TEST(Namespace, AModuleIsToldItsAddressOverARealConnection) {
 
 } // namespace
 } // namespace telvox::test
-
-int main(int argc, char **argv) {
-    testing::InitGoogleMock(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -309,9 +309,3 @@ TEST(Simulated, DeviceIsOpenedByOneAndAnswers) {
 
 } // namespace
 } // namespace telvox::test
-
-int main(int argc, char **argv) {
-    testing::InitGoogleMock(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

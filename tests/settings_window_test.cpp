@@ -137,11 +137,3 @@ TEST(HelpWindow, ShowsFindsAndGoesBack) {
 
 } // namespace
 } // namespace telvox::test
-
-int main(int argc, char **argv) {
-    testing::InitGoogleMock(&argc, argv);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
-}

@@ -1,5 +1,7 @@
 #include "rig/player.hpp"
 
+#include "rig/rig.hpp"
+
 #include "core/text.hpp"
 
 #include <algorithm>
@@ -11,29 +13,11 @@ namespace telvox::test {
 
 namespace {
 
-constexpr const char *bytes_in = "<-", *bytes_before_tick = "<<-", *done = "|", *silent = "silent",
-                     *from_network = "net";
 constexpr milliseconds long_enough{180'000}; ///< for every job to end by itself
 
-bool is_reply(const Line &line) { return line.verb == bytes_in || line.verb == bytes_before_tick; }
-bool is_fed(const Line &line) { return line.verb != done && line.verb != silent; }
-std::string entry(milliseconds at, const std::string &event) {
-    return std::to_string(at.count()) + " | " + event;
-}
+bool is_fed(const Line &line) { return line.verb != done && line.verb != stays_out; }
 std::string_view event_of(const std::string &entry) {
     return std::string_view(entry).substr(entry.find('|') + 2);
-}
-
-Line parse(const std::string &text) {
-    std::istringstream words(text);
-    long long at = -1;
-    Line line;
-    if (!(words >> at >> line.verb) || at < 0)
-        throw std::runtime_error("line without time or verb: " + text);
-    words.get();
-    std::getline(words, line.rest);
-    line.at = milliseconds{at};
-    return line;
 }
 
 /// The program in the rig, fed line by line.
@@ -398,76 +382,6 @@ std::string play_halved(const Transcript &transcript, std::size_t reply) {
 
 } // namespace
 
-Presets::Presets(std::istream &file) {
-    Transcript *section = nullptr;
-    for (std::string line; std::getline(file, line);) {
-        if (line.empty() || line[0] == '#')
-            continue;
-        if (line.starts_with("let ")) {
-            const auto name_end = line.find(' ', 4);
-            texts_.push_back({line.substr(4, name_end - 4), expanded(line.substr(name_end + 1))});
-        } else if (line[0] == '[') {
-            section = &sections_[line.substr(1, line.find(']') - 1)];
-        } else if (!section) {
-            throw std::runtime_error("preset without name: " + line);
-        } else {
-            read_line(line, {}, *section);
-        }
-    }
-}
-
-std::string Presets::expanded(std::string line) const {
-    for (const auto &[name, text] : texts_)
-        for (std::size_t at = 0; (at = line.find(name, at)) != std::string::npos; at += text.size())
-            line.replace(at, name.size(), text);
-    return line;
-}
-
-void Presets::read_line(const std::string &text, milliseconds since, Transcript &into) const {
-    Line line = parse(expanded(text));
-    line.at += since;
-    if (line.verb == "use") {
-        const auto preset = sections_.find(line.rest);
-        if (preset == sections_.end())
-            throw std::runtime_error("no such preset: " + line.rest);
-        for (Line copy : preset->second) {
-            copy.at += line.at;
-            into.push_back(copy);
-        }
-    } else if (line.verb == done) {
-        for (std::string rest = line.rest; !rest.empty();) {
-            const auto bar = rest.find(" | ");
-            into.push_back({line.at, done, rest.substr(0, bar)});
-            rest = bar == std::string::npos ? "" : rest.substr(bar + 3);
-        }
-    } else {
-        if (line.verb == silent &&
-            (into.empty() ||
-             !(is_reply(into.back()) || into.back().verb == from_network || into.back().verb == "carrier")))
-            throw std::runtime_error("nothing that could stay out before: " + text);
-        into.push_back(line);
-    }
-}
-
-Transcript Presets::read(std::istream &file) const {
-    Transcript transcript;
-    for (std::string line; std::getline(file, line);)
-        if (!line.empty() && line[0] != '#')
-            read_line(line, {}, transcript);
-    milliseconds now{0};
-    for (const Line &line : transcript) {
-        if (line.verb == silent)
-            continue;
-        if (line.at < now)
-            throw std::runtime_error("the clock runs backwards: " +
-                                     entry(line.at, line.verb + " " + line.rest));
-        now = line.at;
-    }
-    if (transcript.empty() || transcript.back().verb != "end")
-        throw std::runtime_error("the transcript has no end");
-    return transcript;
-}
-
 std::string play(const Transcript &transcript, Playing how) {
     if (how == Playing::whole || how == Playing::bytewise)
         return play_written(transcript, how == Playing::whole ? 0 : 1);
@@ -479,7 +393,7 @@ std::string play(const Transcript &transcript, Playing how) {
                                              "Der Vorgang wurde abgebrochen."});
     std::string wrong;
     for (std::size_t i = 0; i < transcript.size(); ++i) {
-        if (how == Playing::silent && transcript[i].verb == silent)
+        if (how == Playing::silent && transcript[i].verb == stays_out)
             wrong += play_silent(transcript, i - 1, transcript[i]);
         if (how == Playing::halved && is_reply(transcript[i]))
             wrong += play_halved(transcript, i);

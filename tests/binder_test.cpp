@@ -1,0 +1,235 @@
+// How controls and widgets are tied, one kind after the other, and the boxes.
+
+#include "desktop/message_boxes.hpp"
+#include "desktop/window_set.hpp"
+#include "rig/rig.hpp"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
+#include <gmock/gmock.h>
+
+namespace telvox::test {
+namespace {
+
+using desktop::QtMessageBoxes;
+
+/// One control of each kind that the main window does not have, and a window for them.
+struct Gallery : Form {
+    Gallery() : Form("frmGalerie", "Galerie") {
+        cobAPN.editable = true;
+        cobAPN.max_length = 8;
+        cobAPN.accepts = [](char32_t c) { return c != U' '; };
+        cobAPN.items = {"web", "internet"};
+        lstNummern.items = {"Alpha", "Beta", "Gamma"};
+        tboShell.multi_line = true;
+        open = true;
+    }
+    ComboBox cobAPN{*this, "cobAPN"};
+    ListBox lstNummern{*this, "lstNummern"};
+    TextBox tboShell{*this, "tboShell"};
+    TextBox tboKeepAlive{*this, "tboKeepAlive"};
+    TabFrame tabOptions{*this, "tabOptions"};
+    Frame fraEins{*this, "fraEins", "Eins", &tabOptions};
+    Frame fraZwei{*this, "fraZwei", "Zwei", &tabOptions};
+    Picture imgLogo{*this, "imgLogo"};
+};
+
+class GalleryTest : public testing::Test {
+  protected:
+    GalleryTest() {
+        rig.program.redraw = [this] { binder.draw(); };
+        binder.draw();
+        window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+    template <class Kind> Kind *add(const char *name) {
+        auto *widget = new Kind(&window);
+        widget->setObjectName(name);
+        window.layout()->addWidget(widget);
+        return widget;
+    }
+
+    Rig rig;
+    Gallery form;
+    QWidget window;
+    QVBoxLayout layout{&window};
+    QComboBox &apn = *add<QComboBox>("cobAPN");
+    QListWidget &list = *add<QListWidget>("lstNummern");
+    QPlainTextEdit &shell = *add<QPlainTextEdit>("tboShell");
+    QLineEdit &keep_alive = *add<QLineEdit>("tboKeepAlive");
+    QTabWidget &tabs = *add<QTabWidget>("tabOptions");
+    QLabel &logo = *add<QLabel>("imgLogo");
+    QWidget *page = [this] {
+        for (const char *name : {"fraEins", "fraZwei"}) {
+            auto *frame = new QWidget;
+            frame->setObjectName(name);
+            tabs.addTab(frame, {});
+        }
+        return tabs.widget(1);
+    }();
+    desktop::Binder binder{form, window, rig.program};
+};
+
+TEST_F(GalleryTest, AnEditableListIsTypedPickedAndWritten) {
+    std::vector<std::string> heard;
+    form.cobAPN.changed = [&] { heard.push_back(form.cobAPN.text); };
+    apn.setFocus();
+    QTest::keyClicks(&apn, "w eb1");
+    EXPECT_EQ(apn.currentText(), "web1") << "no blank, and nothing completed";
+    QTest::keyClick(&apn, Qt::Key_Home);
+    QTest::keyClick(&apn, Qt::Key_Delete);
+    EXPECT_EQ(form.cobAPN.text, "eb1");
+    EXPECT_EQ(apn.lineEdit()->cursorPosition(), 0) << "drawing leaves the cursor";
+    apn.lineEdit()->selectAll();
+    QTest::keyClicks(&apn, "web");
+    QTest::keyClick(&apn, Qt::Key_Return);
+    EXPECT_THAT(heard, testing::ElementsAre("w", "we", "web", "web1", "eb1", "w", "we", "web"));
+    QTest::keyClick(&apn, Qt::Key_Down);
+    EXPECT_EQ(form.cobAPN.text, "internet");
+    form.cobAPN.write("einwahl.de");
+    binder.draw();
+    EXPECT_EQ(apn.currentText(), "einwahl.");
+    form.cobAPN.write("");
+    binder.draw();
+    EXPECT_EQ(apn.currentText(), "");
+}
+
+TEST_F(GalleryTest, AListSelectsByClickKeyAndTyping) {
+    std::vector<int> before;
+    int twice = 0;
+    form.lstNummern.clicked = [&](int was) {
+        before.push_back(was);
+        if (form.lstNummern.selected == 2)
+            form.lstNummern.selected = 1; // the form may refuse
+    };
+    form.lstNummern.double_clicked = [&] { ++twice; };
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_EQ(form.lstNummern.selected, 0);
+    QTest::keyClicks(&list, "b");
+    EXPECT_EQ(form.lstNummern.selected, 1);
+    const QPoint gamma = list.visualItemRect(list.item(2)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, gamma);
+    QCoreApplication::processEvents();
+    QTest::keyClick(&list, Qt::Key_Down);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(before, testing::ElementsAre(-1, -1, -1, 1)) << "only a key moves from where it stands";
+    EXPECT_TRUE(list.item(1)->isSelected() && !list.item(2)->isSelected());
+    const QPoint alpha = list.visualItemRect(list.item(0)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, alpha);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, alpha);
+    EXPECT_EQ(twice, 1);
+    form.lstNummern.items = {"Delta"};
+    form.lstNummern.selected = -1;
+    binder.draw();
+    EXPECT_EQ(list.count(), 1);
+    EXPECT_TRUE(list.selectedItems().isEmpty());
+}
+
+TEST_F(GalleryTest, AProtocolFollowsItsEndUnlessSomebodyReads) {
+    auto &bar = *shell.verticalScrollBar();
+    const auto write = [&] {
+        for (int i = 0; i < 100; ++i)
+            form.tboShell.text += "Antwort von 192.168.0.1\n";
+        binder.draw();
+    };
+    write();
+    EXPECT_TRUE(shell.isReadOnly());
+    EXPECT_TRUE(bar.maximum() > 0 && bar.value() == bar.maximum());
+    bar.setValue(3);
+    write();
+    EXPECT_EQ(bar.value(), 3);
+    EXPECT_EQ(shell.toPlainText().toStdString(), form.tboShell.text);
+}
+
+TEST_F(GalleryTest, TabsPicturesAndFieldsThatAreLeft) {
+    EXPECT_EQ(tabs.tabText(1), "Zwei");
+    form.fraZwei.visible = false;
+    form.imgLogo.file = "nirgends.png";
+    binder.draw();
+    EXPECT_FALSE(tabs.isTabVisible(1));
+    EXPECT_TRUE(logo.pixmap().isNull());
+    form.tboKeepAlive.lost_focus = [&] { form.tboKeepAlive.text = "255"; };
+    keep_alive.setFocus();
+    QTest::keyClicks(&keep_alive, "300");
+    keep_alive.clearFocus();
+    EXPECT_EQ(keep_alive.text(), "255");
+    EXPECT_EQ(binder.mismatches(), QStringList());
+    struct NewKind : Control {
+        using Control::Control;
+    } unknown_kind(form, "lblNeu");
+    add<QLabel>("lblNeu");
+    EXPECT_EQ(desktop::Binder(form, window, rig.program).mismatches(), QStringList("lblNeu"))
+        << "a kind that nobody binds";
+}
+
+/// The box on the screen, once it is there.
+QMessageBox *shown(const QtMessageBoxes &boxes) {
+    return QTest::qWaitFor([&] { return boxes.current() && boxes.current()->isVisible(); }, 2000)
+               ? boxes.current()
+               : nullptr;
+}
+
+TEST(Boxes, OpenOneAfterTheOtherAndHoldNothingUp) {
+    QtMessageBoxes boxes;
+    boxes.show({.text = "Erste Zeile\rzweite <b>Zeile</b>"}, {});
+    boxes.show({.text = "Zweite Box", .title = port_error_title, .icon = Icon::exclamation}, {});
+    EXPECT_EQ(boxes.current(), nullptr) << "nothing opens inside the handler";
+
+    QMessageBox *first = shown(boxes);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->text(), "Erste Zeile\nzweite <b>Zeile</b>");
+    EXPECT_EQ(first->textFormat(), Qt::PlainText);
+    EXPECT_EQ(first->windowTitle(), "Telvox-A Konfiguration");
+    EXPECT_EQ(first->icon(), QMessageBox::NoIcon);
+    ASSERT_EQ(first->buttons().size(), 1);
+    EXPECT_EQ(first->buttons()[0]->text(), "OK");
+    QTest::keyClick(first, Qt::Key_Escape);
+
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return boxes.current() && boxes.current()->text() == "Zweite Box"; }, 2000));
+    EXPECT_EQ(boxes.current()->windowTitle(), "Laufzeitfehler Schnittstelle");
+    EXPECT_EQ(boxes.current()->icon(), QMessageBox::Warning);
+    boxes.current()->buttons()[0]->click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
+}
+
+TEST(Boxes, ABoxThatGoesWithItsWindowLetsTheNextOneOpen) {
+    QtMessageBoxes boxes;
+    auto owner = std::make_unique<QWidget>();
+    owner->show();
+    boxes.owner = [&] { return owner.get(); };
+    boxes.show({.text = "eins"}, {});
+    boxes.show({.text = "zwei"}, {});
+    ASSERT_NE(shown(boxes), nullptr);
+    owner.reset();
+    QMessageBox *second = shown(boxes);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->text(), "zwei");
+}
+
+TEST(Boxes, AQuestionIsDeniedUnlessJaIsPressed) {
+    QtMessageBoxes boxes;
+    for (const bool yes : {false, true}) {
+        std::vector<bool> answers;
+        boxes.show({.text = "Trotzdem?", .asks = true}, [&](bool answer) { answers.push_back(answer); });
+        QMessageBox *box = shown(boxes);
+        ASSERT_NE(box, nullptr);
+        ASSERT_EQ(box->buttons().size(), 2);
+        EXPECT_EQ(box->defaultButton()->text(), "&Nein");
+        yes ? box->buttons()[0]->click() : QTest::keyClick(box, Qt::Key_Escape);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
+        EXPECT_EQ(answers, std::vector<bool>{yes});
+    }
+}
+
+} // namespace
+} // namespace telvox::test

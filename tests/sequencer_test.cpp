@@ -1,0 +1,134 @@
+// The engines on tables that no device has, and the record of what went over the line.
+
+#include "rig/rig.hpp"
+
+#include "dialogues/families.hpp"
+
+#include <gmock/gmock.h>
+
+namespace telvox::test {
+namespace {
+
+TEST(Sequencer, EndsAJobWhoseVariantWasChangedUnderIt) {
+    Rig rig;
+    FrmModem &f = rig.program.desk.frmModem;
+    rig.choose_cable_port(3);
+    rig.program.click(f.cbuTest);
+    f.optEthernet.choose(); // what no click can do while the inputs are locked
+    rig.turn_by(milliseconds{100});
+    EXPECT_FALSE(rig.program.busy() || rig.port.is_open);
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(rig.boxes[0].text, "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
+}
+
+/// A family whose jobs lead nowhere: no device table may have them, but an answer could make one of any.
+const Family &lost_family(const Desk &) {
+    static constexpr Step circle[] = {{.number = 1, .send = "A", .wait = milliseconds{2000}, .next = 2},
+                                      {.number = 2, .send = "B", .next = 1}};
+    static constexpr Step stall[] = {{.number = 1, .send = "A"}};
+    static constexpr Job jobs[] = {{"circle", &JobState::byteParametrier_Counter, circle},
+                                   {"stall", &JobState::byteAlarmtest_Counter, stall}};
+    static constexpr Family family{"", jobs, {}};
+    return family;
+}
+
+TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
+    Rig rig;
+    Desk &desk = rig.program.desk;
+    rig.choose_cable_port(3);
+    Link link(rig.port);
+    Sequencer sequencer({.desk = desk,
+                         .panel = desk,
+                         .jobs = desk.jobs,
+                         .session = desk.session,
+                         .link = link,
+                         .timer = rig.timer,
+                         .outbox = desk.outbox,
+                         .families = lost_family,
+                         .reports = device_reports,
+                         .changes_device = changes_device});
+    const auto run = [&](CounterOf counter) {
+        EXPECT_TRUE(sequencer.start({.counter = counter}));
+        const milliseconds start = rig.now;
+        while (sequencer.busy() && rig.now - start < milliseconds{100'000}) {
+            rig.now = rig.timer.due;
+            rig.timer.due += rig.timer.period;
+            sequencer.Timer1_Timer();
+        }
+        EXPECT_FALSE(rig.port.is_open || rig.timer.on);
+        EXPECT_EQ(desk.outbox.take().at(0).message.text,
+                  counter == &JobState::byteParametrier_Counter
+                      ? "Das Telvox-A antwortet nicht wie erwartet."
+                      : "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.");
+        return (rig.now - start).count();
+    };
+    EXPECT_EQ(run(&JobState::byteParametrier_Counter), 100 + 10 * 2000)
+        << "five times the waits of the table";
+    EXPECT_EQ(run(&JobState::byteAlarmtest_Counter), 200);
+}
+
+TEST(Sequencer, ResetKeepsWhatOutlivesAJob) {
+    Rig rig;
+    Session &session = rig.program.desk.session;
+    session = {.strCOMparameter_direkt = "2400,e,8,1",
+               .strPIN = "1",
+               .bytePortzaehler = 3,
+               .byteISDN_Anschlussart = 2,
+               .boolKommunikations_Fehler7 = true,
+               .boolFormular_GPRS_aktiv = true,
+               .boolWavecom_Modem = true};
+    rig.choose_cable_port(3);
+    rig.program.click(rig.program.desk.frmModem.cbuTest);
+    ASSERT_TRUE(rig.run_until_idle(milliseconds{10000}));
+    EXPECT_EQ(rig.timer.period, milliseconds{100});
+    EXPECT_EQ(rig.program.desk.frmModem.StatusBar.text, "Bereit");
+    EXPECT_TRUE(session.boolKommunikations_Fehler7 && session.boolFormular_GPRS_aktiv &&
+                session.boolWavecom_Modem);
+    EXPECT_EQ(session.byteISDN_Anschlussart, 2);
+    EXPECT_EQ(session.strCOMparameter_direkt + session.strPIN, "2400,e,8,11");
+}
+
+TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
+    Rig rig;
+    Recorder record(rig.port, Mask([] {
+                        return std::vector<std::string>{"BRÜNEX", "1234"};
+                    }),
+                    [&] { return rig.now; });
+    std::vector<std::string> lines;
+    record.added = [&](const RecordLine &line) { lines.push_back(text_of(line)); };
+    const auto receive = [&](const std::string &bytes) {
+        rig.port.pending = bytes;
+        EXPECT_EQ(record.Input(), bytes);
+    };
+    record.Output("AT**MSG1=\"\xD6l\"\r");
+    receive("TIME: 2000\r\n\x1B[2J\x9D par");
+    rig.now = milliseconds{1200};
+    record.Output("+++");
+    record.Output("\r");
+    receive(std::string(250, 'n'));
+    record.Output("AT**PIN=99\r");
+    receive("AT**PIN=99\r\nPPPPW: geh\r\nPPPUSER: 1234x\r\nIPTKEYF:\r\nIPTKEYC: 12");
+    record.Output("AT**PPPPW?\r");
+    receive("34\r\nOK\r\n");
+    for (const char *typed : {"B", "R", "\xDC", "N", "E"}) {
+        record.Output(typed);
+        receive(typed);
+    }
+    record.Output("X");
+    record.Output("\r");
+    receive("X\r\nBUSY\r\n");
+    EXPECT_THAT(lines, testing::ElementsAre(
+                           "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
+                           "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
+                           "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
+                           "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n",
+                           "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n", "1200 <- IPTKEYC: ***",
+                           "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n", "1200 | -> ***",
+                           "1200 <- ***", "1200 | -> \\r", "1200 <- ***", "1200 <- BUSY\\r\\n"));
+    for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
+        record.Output("x");
+    EXPECT_EQ(record.lines().size(), Recorder::capacity);
+}
+
+} // namespace
+} // namespace telvox::test
