@@ -217,6 +217,7 @@ class AnsweringPort final : public QObject, public SerialPort {
 
 struct NoScan final : PortScan {
     std::vector<PortInfo> ports() override { return {}; }
+    int number_of(const std::string &) override { return 0; }
 };
 
 struct RealJob final : MessageBoxes {

@@ -1,8 +1,9 @@
 // Calls of the command line: what is understood, what the form refuses, and by which name.
 
 #include "cli/call.hpp"
-#include "cli/operator.hpp"
 #include "core/text.hpp"
+#include "operation/operator.hpp"
+#include "ports/qt_port_scan.hpp"
 #include "rig/rig.hpp"
 
 #include <QCoreApplication>
@@ -20,8 +21,8 @@ namespace telvox::test {
 namespace {
 
 using cli::Call;
-using cli::Operator;
 using cli::parse_call;
+using operation::Operator;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -48,7 +49,8 @@ struct FilledDesk {
     Rig rig{{"/nonexistent", {SHARE}}};
     FrmModem &form = rig.program.desk.frmModem;
     PortMap ports{CommonOptions{.ports = {{3, "/dev/a"}, {6, "/dev/b"}}}};
-    Operator at_the_form{rig.program, ports};
+    QtPortScan scan{ports};
+    Operator at_the_form{rig.program, scan};
 };
 
 TEST(CliCall, RefusesWhatItDoesNotUnderstand) {

@@ -6,13 +6,13 @@ climbs=0
 report() { [ -z "$2" ] || { printf '%s:\n%s\n' "$1" "$2"; climbs=1; }; }
 
 above=""
-for floor in telvox dialogues ui net sequencer link core; do
+for floor in operation telvox dialogues ui net sequencer link core; do
     [ -z "$above" ] || report "$floor includes a floor above" \
-        "$(grep -rnE "#include \"(${above#|})[/.]" "src/$floor")"
+        "$(grep -rnE "#include \"(${above#|})[/.]" src/"$floor"*)"
     above="$above|$floor"
 done
 report "below the desktop nothing includes Qt or the desktop" \
-    "$(grep -rnE '#include (<Q|"desktop/|"cli/|"ports/)' src/{core,link,sequencer,net,ui,dialogues,simulator} src/telvox.*)"
+    "$(grep -rnE '#include (<Q|"desktop/|"cli/|"ports/)' src/{core,link,sequencer,net,ui,dialogues,operation,simulator} src/telvox.*)"
 report "the simulator includes more than the core" \
     "$(grep -rnE '#include "' src/simulator | grep -vE '#include "(simulator|core)/')"
 exit $climbs

@@ -81,7 +81,7 @@ void take_lines(Call &call, std::string text, const std::string &source) {
     if (text.find('\0') != std::string::npos || !valid_utf8(text))
         throw UsageError("--aus: " + source + " ist kein Text (UTF-8)");
     std::istringstream lines(text);
-    std::map<std::string, Given> values;
+    Values values;
     std::string line;
     for (int number = 1; read_line(lines, line); ++number) {
         if (line.empty() || line.starts_with('#'))

@@ -1,38 +1,24 @@
 #pragma once
 
-#include "cli/jobs.hpp"
+#include "operation/order.hpp"
 #include "ports/common_options.hpp"
 
 #include <istream>
-#include <map>
 #include <string>
 #include <vector>
 
 namespace telvox::cli {
 
-/// A value and where it comes from, "--apn" or "datei:3: apn", for whoever must correct it.
-struct Given {
-    std::string value;
-    std::string from;
-};
+using namespace operation;
 
 /// What a call asks for.
-struct Call {
+struct Call : Order {
     CommonOptions common;
-    const JobCommand *job = nullptr;
-    std::map<std::string, Given> values; ///< by option, "--typ" and so on
-    std::string file;                    ///< "--aus": more values; "-" is standard input
+    std::string file; ///< "--aus": more values; "-" is standard input
     bool trace = false;
     bool despite = false; ///< "--trotzdem": questions are answered Ja
-    bool save = false;    ///< "--speichern": the formats go into the settings file
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete
-
-    /// The option's value, nullptr if it was not given.
-    [[nodiscard]] const Given *find(const std::string &option) const {
-        const auto found = values.find(option);
-        return found == values.end() ? nullptr : &found->second;
-    }
 };
 
 /// Reads a call. Throws UsageError for one that is malformed; what the values mean is for the form to say.

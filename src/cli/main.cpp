@@ -1,7 +1,7 @@
 #include "cli/call.hpp"
 #include "cli/interrupt.hpp"
-#include "cli/operator.hpp"
 #include "cli/output.hpp"
+#include "operation/operator.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -36,7 +36,7 @@ class PrintedBoxes final : public MessageBoxes {
             answered(!message.asks || despite_);
     }
 
-    const cli::Operator *by = nullptr;
+    const operation::Operator *by = nullptr;
     std::function<bool()> values_follow;
 
   private:
@@ -114,7 +114,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         program.cancel(); // a call is hung up first
     });
 
-    cli::Operator at_the_form(program, ports.map);
+    operation::Operator at_the_form(program, ports.scan);
     const auto values_follow = [&] {
         const Outcome outcome = program.outcome();
         return call.job->result &&

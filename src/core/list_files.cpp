@@ -14,19 +14,6 @@ namespace {
 constexpr std::size_t largest_file = 256 * 1024;
 constexpr std::size_t most_lines = 5000;
 
-bool valid_utf8(std::string_view text) {
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000}; // by the number of bytes
-    Characters characters(text);
-    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
-        const char32_t point = code_point(c);
-        const bool malformed = c.size() == 1 && point >= 0x80;
-        const bool surrogate = point >= 0xD800 && point < 0xE000;
-        if (malformed || surrogate || point < smallest[c.size()] || point > 0x10FFFF)
-            return false;
-    }
-    return true;
-}
-
 /// The beginning of a file, as far as whole lines of it fit. Anything but a file (a device, a pipe) would
 /// wait for bytes.
 std::string beginning_of(const fs::path &path) {

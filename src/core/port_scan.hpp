@@ -23,6 +23,9 @@ class PortScan {
     virtual ~PortScan() = default;
     /// The ports that are there now, in the order of their numbers.
     [[nodiscard]] virtual std::vector<PortInfo> ports() = 0;
+    /// The number of a device that is named by its path; one without a number gets the lowest free one. 0 for
+    /// a device that is not there, or if none is free.
+    [[nodiscard]] virtual int number_of(const std::string &device) = 0;
 };
 
 } // namespace telvox

@@ -162,4 +162,25 @@ bool number_exceeds(std::string_view text, unsigned limit) {
     return value > limit;
 }
 
+bool valid_utf8(std::string_view text) {
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000}; // by the number of bytes
+    Characters characters(text);
+    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
+        const char32_t point = code_point(c);
+        const bool malformed = c.size() == 1 && point >= 0x80;
+        const bool surrogate = point >= 0xD800 && point < 0xE000;
+        if (malformed || surrogate || point < smallest[c.size()] || point > 0x10FFFF)
+            return false;
+    }
+    return true;
+}
+
+std::string one_line(std::string_view text) {
+    std::string line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
+        '?');
+    return line;
+}
+
 } // namespace telvox

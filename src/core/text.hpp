@@ -46,4 +46,10 @@ class Characters {
 /// Whether the number that a text begins with is above a limit, however many digits it has. No digits are 0.
 [[nodiscard]] bool number_exceeds(std::string_view text, unsigned limit);
 
+/// Whether a text is UTF-8 throughout.
+[[nodiscard]] bool valid_utf8(std::string_view text);
+
+/// A text from outside as one line that does no harm to a terminal.
+[[nodiscard]] std::string one_line(std::string_view text);
+
 } // namespace telvox

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 #include <algorithm>
-#include <charconv>
 #include <sstream>
 #include <system_error>
 
@@ -41,24 +40,6 @@ void take_port(const std::string &value, CommonOptions &options) {
             throw UsageError("--port " + value + ": Nummer oder Gerät ist schon vergeben");
     options.ports[*number] = device;
 }
-
-std::string one_line(std::string_view text) {
-    std::string line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
-        '?');
-    return line;
-}
-
-bool valid_utf8(std::string_view text) {
-    Characters characters(text);
-    for (auto c = characters.next(); !c.empty(); c = characters.next())
-        if (code_point(c) == 0xFFFD && c != "\uFFFD")
-            return false;
-    return true;
-}
-
-UsageError::UsageError(std::string_view why) : std::runtime_error(one_line(why)) {}
 
 bool Arguments::next() {
     if (at_ == all_.size())
@@ -116,21 +97,6 @@ bool take_common_option(Arguments &arguments, CommonOptions &options) {
         return false;
     }
     return true;
-}
-
-std::optional<int> parse_port_number(std::string_view text) {
-    constexpr std::string_view prefix = "com";
-    const auto same = [](char typed, char wanted) { return (typed | 0x20) == wanted; };
-    if (text.size() > prefix.size() &&
-        std::equal(prefix.begin(), prefix.end(), text.begin(), [&](char w, char t) { return same(t, w); }))
-        text.remove_prefix(prefix.size());
-    if (text.starts_with(' '))
-        text.remove_prefix(1);
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc{} || end != text.data() + text.size() || number < 1 || number > last_port)
-        return std::nullopt;
-    return number;
 }
 
 DataFolders data_folders(const CommonOptions &options) {

@@ -1,21 +1,16 @@
 #pragma once
 
 #include "core/settings_file.hpp"
+#include "core/usage_error.hpp"
 
 #include <map>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace telvox {
-
-/// A call that the program does not understand; `what()` is one line (German) that says why.
-struct UsageError : std::runtime_error {
-    explicit UsageError(std::string_view why);
-};
 
 /// What every program's call may say.
 struct CommonOptions {
@@ -55,15 +50,6 @@ class Arguments {
 bool take_common_option(Arguments &arguments, CommonOptions &options);
 /// Takes the value of "--port", "N=GERÄT".
 void take_port(const std::string &value, CommonOptions &options);
-
-/// A text from outside as one line that does no harm to a terminal.
-[[nodiscard]] std::string one_line(std::string_view text);
-
-/// Whether a text is UTF-8 throughout.
-[[nodiscard]] bool valid_utf8(std::string_view text);
-
-/// A COM number written as "3", "COM 3" or "com3"; nothing for other texts and other numbers.
-[[nodiscard]] std::optional<int> parse_port_number(std::string_view text);
 
 /// The folders that a call asks for: its data folder before all others, or else the usual ones.
 [[nodiscard]] DataFolders data_folders(const CommonOptions &options);

@@ -1,6 +1,7 @@
 #include "ports/qt_port_scan.hpp"
 
 #include "core/port_choice.hpp"
+#include "ports/os.hpp"
 
 namespace telvox {
 
@@ -20,6 +21,10 @@ std::vector<PortInfo> QtPortScan::ports() {
         found.push_back(std::move(info));
     }
     return found;
+}
+
+int QtPortScan::number_of(const std::string &device) {
+    return os::exists(device) ? map_.number_of(device) : 0;
 }
 
 } // namespace telvox

@@ -10,6 +10,7 @@ class QtPortScan final : public PortScan {
   public:
     explicit QtPortScan(PortMap &ports) : map_(ports), scanner_(ports) {}
     [[nodiscard]] std::vector<PortInfo> ports() override;
+    [[nodiscard]] int number_of(const std::string &device) override;
 
   private:
     PortMap &map_;

@@ -82,6 +82,7 @@ class Rig {
     struct FakeScan final : PortScan {
         explicit FakeScan(Rig &owner) : rig(owner) {}
         std::vector<PortInfo> ports() override;
+        int number_of(const std::string &) override { return 0; }
         Rig &rig;
     };
     struct FakeTimer final : Timer {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 /// A control of the program's windows.
 using ControlOf = Control &(*)(Desk &);
@@ -60,4 +60,4 @@ struct Option {
 /// What a text box takes, in words: "nur Ziffern und +".
 [[nodiscard]] std::string rule_of(KeyFilter accepts);
 
-} // namespace telvox::cli
+} // namespace telvox::operation

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "cli/option.hpp"
+#include "operation/option.hpp"
 
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 /// One job of the command line: the button that starts it, the way there, and the fields of its window.
 struct JobCommand {
@@ -38,4 +38,4 @@ struct JobCommand {
 /// The jobs that have an option of their own of this name, "a, b".
 [[nodiscard]] std::string jobs_with(std::string_view option);
 
-} // namespace telvox::cli
+} // namespace telvox::operation

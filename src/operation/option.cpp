@@ -1,11 +1,11 @@
-#include "cli/option.hpp"
+#include "operation/option.hpp"
 
 #include "core/serial_format.hpp"
 
 #include <cctype>
 #include <vector>
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::string rule_of(KeyFilter accepts) {
     return rule;
 }
 
-} // namespace telvox::cli
+} // namespace telvox::operation

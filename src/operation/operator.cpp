@@ -1,15 +1,15 @@
-#include "cli/operator.hpp"
+#include "operation/operator.hpp"
 
 #include "core/port_choice.hpp"
 #include "core/serial_format.hpp"
 #include "core/text.hpp"
-#include "ports/os.hpp"
+#include "core/usage_error.hpp"
 
 #include <algorithm>
 #include <iterator>
 #include <sstream>
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 namespace {
 
@@ -73,43 +73,43 @@ std::string why_not(const Option &option, const std::string &value, const std::s
 
 } // namespace
 
-bool Operator::work(const Call &call) {
-    choose_variant_and_way(call);
-    fill(alarm_options(), call);
-    fill(way_options(), call);
-    if (call.save && !save_formats(call))
+bool Operator::work(const Order &order) {
+    choose_variant_and_way(order);
+    fill(alarm_options(), order);
+    fill(way_options(), order);
+    if (order.save && !save_formats(order))
         return false;
-    if (call.job->menu) {
-        auto &entry = dynamic_cast<MenuEntry &>(call.job->menu(program_.desk));
-        require_usable(call.job->name, entry);
+    if (order.job->menu) {
+        auto &entry = dynamic_cast<MenuEntry &>(order.job->menu(program_.desk));
+        require_usable(order.job->name, entry);
         program_.click(entry);
-        check_formats_shown(call);
+        check_formats_shown(order);
     }
-    fill(call.job->options, call);
+    fill(order.job->options, order);
     pressed_ = true;
-    if (call.job->look) {
-        call.job->look(program_);
+    if (order.job->look) {
+        order.job->look(program_);
         return true;
     }
-    auto &button = dynamic_cast<Button &>(call.job->button(program_.desk));
-    require_usable(call.job->name, button);
+    auto &button = dynamic_cast<Button &>(order.job->button(program_.desk));
+    require_usable(order.job->name, button);
     program_.click(button);
     return true;
 }
 
-bool Operator::keep(const Call &call) {
-    if (!call.job->afterwards)
+bool Operator::keep(const Order &order) {
+    if (!order.job->afterwards)
         return true;
-    auto &button = dynamic_cast<Button &>(call.job->afterwards(program_.desk));
+    auto &button = dynamic_cast<Button &>(order.job->afterwards(program_.desk));
     program_.click(button);
     return !button.form->open;
 }
 
-void Operator::choose_variant_and_way(const Call &call) {
+void Operator::choose_variant_and_way(const Order &order) {
     const Option &typ = *find_option("--typ"), &verbindung = *find_option("--verbindung");
-    const std::vector<std::string> possible = split(call.job->variants);
+    const std::vector<std::string> possible = split(order.job->variants);
     const Given implied{possible.size() == 1 ? possible[0] : "", "--typ"};
-    const Given *variant = call.find(typ.name);
+    const Given *variant = order.find(typ.name);
     if (!variant && possible.size() == 1)
         variant = &implied;
     if (!possible.empty()) {
@@ -117,12 +117,12 @@ void Operator::choose_variant_and_way(const Call &call) {
         for (const std::string &word : possible)
             words += (words.empty() ? "" : " oder ") + word;
         if (!variant)
-            throw UsageError(std::string(call.job->name) + ": --typ " + words + " fehlt");
+            throw UsageError(std::string(order.job->name) + ": --typ " + words + " fehlt");
         if (std::find(possible.begin(), possible.end(), word_of(typ, *variant).word) == possible.end())
-            throw UsageError(std::string(call.job->name) + " gibt es nur mit --typ " + words);
+            throw UsageError(std::string(order.job->name) + " gibt es nur mit --typ " + words);
     }
     // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
-    const Given *way = call.find(verbindung.name);
+    const Given *way = order.find(verbindung.name);
     if (way)
         choose(verbindung, *way);
     if (variant)
@@ -131,10 +131,10 @@ void Operator::choose_variant_and_way(const Call &call) {
         choose(verbindung, *way);
 }
 
-void Operator::fill(std::span<const Option> options, const Call &call) {
+void Operator::fill(std::span<const Option> options, const Order &order) {
     const auto given_of = [&](const Option &option) {
         const std::string_view name(option.name);
-        return name == "--typ" || name == "--verbindung" ? nullptr : call.find(option.name);
+        return name == "--typ" || name == "--verbindung" ? nullptr : order.find(option.name);
     };
     for (const Option &option : options)
         if (const Given *given = given_of(option))
@@ -221,7 +221,7 @@ int Operator::port_number(const Given &given) {
         return *number;
     // Anything else is a device; one that is not there would get a number that says nothing to anybody.
     const bool numeric = given.value.find_first_not_of("0123456789") == std::string::npos;
-    const bool device = !numeric && !same_word(given.value.substr(0, 3), "com") && os::exists(given.value);
+    const bool device = !numeric && !same_word(given.value.substr(0, 3), "com");
     const int number = device ? ports_.number_of(given.value) : 0;
     if (number == 0)
         throw UsageError(
@@ -270,18 +270,18 @@ void Operator::pick(const Pick &pick, const Given &given) {
     program_.click(dynamic_cast<Button &>(pick.ok(program_.desk)));
 }
 
-bool Operator::save_formats(const Call &call) {
+bool Operator::save_formats(const Order &order) {
     FrmEinstellungen &form = program_.desk.frmEinstellungen;
     program_.click(program_.desk.frmModem.mnuEinstellungen);
-    check_formats_shown(call);
+    check_formats_shown(order);
     program_.click(form.cmdOK);
     return !form.open;
 }
 
-void Operator::check_formats_shown(const Call &call) const {
+void Operator::check_formats_shown(const Order &order) const {
     const FrmEinstellungen &form = program_.desk.frmEinstellungen;
     const auto check = [&](const char *option, const SerialCombos &combos) {
-        const Given *given = form.open ? call.find(option) : nullptr;
+        const Given *given = form.open ? order.find(option) : nullptr;
         if (given && combos.settings() != given->value)
             throw UsageError(given->from + no_such_format(given->value));
     };
@@ -326,8 +326,8 @@ std::string Operator::by_path(std::string message) const {
     return message;
 }
 
-std::string Operator::named_by_check(const Call &call) const {
-    for (const std::span<const Option> options : {call.job->options, way_options(), alarm_options()})
+std::string Operator::named_by_check(const Order &order) const {
+    for (const std::span<const Option> options : {order.job->options, way_options(), alarm_options()})
         for (const Option &option : options)
             if (option.field)
                 if (const Control &field = option.field(program_.desk); field.form->wants_focus == &field)
@@ -335,4 +335,4 @@ std::string Operator::named_by_check(const Call &call) const {
     return {};
 }
 
-} // namespace telvox::cli
+} // namespace telvox::operation

@@ -1,33 +1,33 @@
 #pragma once
 
-#include "cli/call.hpp"
-#include "ports/port_map.hpp"
+#include "core/port_scan.hpp"
+#include "operation/order.hpp"
 #include "telvox.hpp"
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 /// Works the program's form like a person at the window: fills it in and presses the job's button. What the
 /// form would not take is refused by name.
 class Operator {
   public:
-    Operator(Telvox &program, PortMap &ports) : program_(program), ports_(ports) {}
+    Operator(Telvox &program, PortScan &ports) : program_(program), ports_(ports) {}
 
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     /// Returns false when something else failed on the way, which a message has told.
-    bool work(const Call &call);
+    bool work(const Order &order);
     /// Has what a job has brought kept, where it is one that brings something. Returns false if that failed.
-    bool keep(const Call &call);
+    bool keep(const Order &order);
 
     /// The job's button was pressed: what the program says from now on is about the job.
     [[nodiscard]] bool pressed() const { return pressed_; }
     /// A message in which devices that the call named by path have that name.
     [[nodiscard]] std::string by_path(std::string message) const;
     /// The option whose field the program has named in a check that failed; empty if there is none.
-    [[nodiscard]] std::string named_by_check(const Call &call) const;
+    [[nodiscard]] std::string named_by_check(const Order &order) const;
 
   private:
-    void choose_variant_and_way(const Call &call);
-    void fill(std::span<const Option> options, const Call &call);
+    void choose_variant_and_way(const Order &order);
+    void fill(std::span<const Option> options, const Order &order);
     void put(const Option &option, const Given &given);
     void put_again(const Option &option, const Given &given);
     void choose(const Option &option, const Given &given);
@@ -38,16 +38,16 @@ class Operator {
     void set_format(const Option &option, const Given &given);
     void set_combos(const Option &option, const Given &given);
     void pick(const Pick &pick, const Given &given);
-    bool save_formats(const Call &call);
-    void check_formats_shown(const Call &call) const;
+    bool save_formats(const Order &order);
+    void check_formats_shown(const Order &order) const;
     void unlock(const Option &option, const Control &field, const Given &given);
     void require_usable(const std::string &what, const Control &control) const;
     int port_number(const Given &given);
 
     Telvox &program_;
-    PortMap &ports_;
+    PortScan &ports_;
     std::map<std::string, std::string> paths_; ///< by entry of the port lists
     bool pressed_ = false;
 };
 
-} // namespace telvox::cli
+} // namespace telvox::operation

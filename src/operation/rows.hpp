@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/option.hpp"
 #include "core/list_files.hpp"
+#include "operation/option.hpp"
 
 /// The options, a table per window, in the order in which the help names them and the fields are filled.
-namespace telvox::cli {
+namespace telvox::operation {
 
 inline constexpr Word variants[] = {
     {"analog", main_window<&FrmModem::optAnalog>},     {"isdn", main_window<&FrmModem::optISDN>},
@@ -306,4 +306,4 @@ inline constexpr Option first_address_rows[] = {
      .needs = first_address,
      .required = true}};
 
-} // namespace telvox::cli
+} // namespace telvox::operation

@@ -1,11 +1,11 @@
-#include "cli/jobs.hpp"
+#include "operation/jobs.hpp"
 
-#include "cli/rows.hpp"
-#include "ports/common_options.hpp"
+#include "core/text.hpp"
+#include "operation/rows.hpp"
 
 #include <algorithm>
 
-namespace telvox::cli {
+namespace telvox::operation {
 
 namespace {
 
@@ -229,4 +229,4 @@ std::string jobs_with(std::string_view option) {
     return names;
 }
 
-} // namespace telvox::cli
+} // namespace telvox::operation

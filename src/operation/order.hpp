@@ -1,0 +1,32 @@
+#pragma once
+
+#include "operation/jobs.hpp"
+
+#include <map>
+#include <string>
+
+namespace telvox::operation {
+
+/// A value and where it comes from, "--apn" or "datei, Zeile 3: apn", for whoever must correct it.
+struct Given {
+    std::string value;
+    std::string from;
+};
+
+/// By option, "--typ" and so on.
+using Values = std::map<std::string, Given>;
+
+/// A job that is to be done, and what its windows are filled in with.
+struct Order {
+    const JobCommand *job = nullptr;
+    Values values;
+    bool save = false; ///< the formats go into the settings file
+
+    /// The option's value, nullptr if it was not given.
+    [[nodiscard]] const Given *find(const std::string &option) const {
+        const auto found = values.find(option);
+        return found == values.end() ? nullptr : &found->second;
+    }
+};
+
+} // namespace telvox::operation
