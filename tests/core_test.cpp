@@ -1,4 +1,6 @@
+#include "core/files.hpp"
 #include "core/port_choice.hpp"
+#include "core/remembered.hpp"
 #include "core/serial_format.hpp"
 #include "core/settings_file.hpp"
 #include "core/text.hpp"
@@ -207,6 +209,30 @@ TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
         EXPECT_EQ(boxes[0].message.text,
                   std::string("Die Einstellungen konnten nicht gespeichert werden.\r") + why);
     }
+}
+
+TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
+    EXPECT_EQ(read_remembered(folder), Remembered{}) << "the first start";
+    const Remembered given{true, {"/a=b/Süd.txt", "/mit\nZeile", "", "1", "2", "3", "4", "5"}};
+    write_remembered(folder / "neu", given);
+    EXPECT_EQ(read_remembered(folder / "neu"), (Remembered{true, {"/a=b/Süd.txt", "1", "2", "3", "4"}}));
+    write_remembered(folder / "neu", {});
+    EXPECT_EQ(read_remembered(folder / "neu"), Remembered{});
+
+    const auto read_from = [&](const std::string &content) {
+        std::ofstream(folder / "Fenster.ini", std::ios::binary) << content;
+        return read_remembered(folder);
+    };
+    EXPECT_EQ(read_from("\xEF\xBB\xBFprotokoll=ein\r\nprofil=ä\r\n"), (Remembered{true, {"ä"}}));
+    const std::string long_path(5000, 'x');
+    for (const std::string &content :
+         {std::string("protokoll=EIN\nprotokoll\nprotokoll=ja\n=\nprofil=\nprofil=a\x01b\nandere=ein"),
+          std::string("\0protokoll=ein", 14), "profil=" + long_path, std::string(50'000'000, 'p')})
+        EXPECT_EQ(read_from(content), Remembered{}) << content.substr(0, 40);
+    fs::remove(folder / "Fenster.ini");
+    fs::create_directories(folder / "Fenster.ini" / "x");
+    write_remembered(folder, given);
+    EXPECT_EQ(read_remembered(folder), Remembered{});
 }
 
 TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {

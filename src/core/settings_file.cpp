@@ -1,10 +1,10 @@
 #include "core/settings_file.hpp"
 
+#include "core/files.hpp"
 #include "core/list_files.hpp"
 #include "core/system_error.hpp"
 
 #include <array>
-#include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -29,27 +29,6 @@ std::string section(const char *heading, const SerialTexts &texts) {
 std::string settings_text(const SerialTexts &texts) {
     return texts.baud + "," + texts.parity.substr(0, 1) + "," + texts.bits.substr(0, 1) + "," +
            texts.stop.substr(0, 1);
-}
-
-/// Writes a whole file beside the target and moves it over it. Returns 0 or the error number.
-int replace_file(const fs::path &target, const std::string &content) {
-    std::error_code error;
-    fs::create_directories(target.parent_path(), error);
-    const fs::path draft = fs::path(target).concat(".neu");
-    errno = 0;
-    std::ofstream file(draft, std::ios::binary | std::ios::trunc);
-    file << content;
-    file.close();
-    int failed = file ? 0 : (errno != 0 ? errno : EIO);
-    if (failed == 0) {
-        fs::rename(draft, target, error);
-        failed = error.default_error_condition().value(); // an errno on every system
-    }
-    if (failed != 0 && fs::is_directory(target, error))
-        failed = EISDIR; // some systems only say that it is not allowed
-    if (failed != 0)
-        fs::remove(draft, error);
-    return failed;
 }
 
 /// The fields of a text: each line split at its commas, blanks before a field skipped.

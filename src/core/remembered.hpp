@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace telvox {
+
+/// What the window remembers from one start to the next, in `Fenster.ini`: UTF-8 lines "name=wert".
+struct Remembered {
+    static constexpr std::size_t most_profiles = 5;
+
+    bool protocol = false;             ///< "protokoll=ein|aus": the protocol is shown
+    std::vector<std::string> profiles; ///< "profil=PFAD", a line each, the last used first (UTF-8)
+
+    bool operator==(const Remembered &) const = default;
+};
+
+/// Reads it from the folder. What is missing, malformed or unknown there is as it is at the first start.
+[[nodiscard]] Remembered read_remembered(const std::filesystem::path &folder);
+
+/// Writes it, as a whole or not at all. Where that is not possible nothing is remembered and nobody hears of
+/// it: it is a comfort, and no work is lost.
+void write_remembered(const std::filesystem::path &folder, const Remembered &remembered);
+
+} // namespace telvox
