@@ -102,6 +102,11 @@ void Telvox::after_event() {
                 event([&] { answered(yes); });
             });
     }
+    for (auto &[question, answered] : desk.files.take())
+        if (ports_.files)
+            ports_.files->show(question, [this, answered = std::move(answered)](const FileAnswer &answer) {
+                event([&] { answered(answer); });
+            });
 }
 
 /// How a record names a control: with its window, because several have one of that name.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/file_dialogs.hpp"
 #include "core/help_viewer.hpp"
 #include "core/messages.hpp"
 #include "core/network.hpp"
@@ -33,7 +34,8 @@ class Telvox {
         Timer &Timer2; ///< of the actions on the network
         TcpClient &Winsock;
         Processes &processes;
-        HelpViewer *help = nullptr; ///< none where nobody reads it
+        HelpViewer *help = nullptr;   ///< none where nobody reads it
+        FileDialogs *files = nullptr; ///< none where nobody chooses files
     };
 
     /// Starts the session: reset, and the settings read from the folder.

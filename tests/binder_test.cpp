@@ -1,9 +1,11 @@
 // How controls and widgets are tied, one kind after the other, and the boxes.
 
+#include "desktop/file_dialogs.hpp"
 #include "desktop/message_boxes.hpp"
 #include "desktop/window_set.hpp"
 #include "rig/rig.hpp"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 #include <gmock/gmock.h>
@@ -169,6 +172,85 @@ TEST_F(GalleryTest, TabsPicturesAndFieldsThatAreLeft) {
     add<QLabel>("lblNeu");
     EXPECT_EQ(desktop::Binder(form, window, rig.program).mismatches(), QStringList("lblNeu"))
         << "a kind that nobody binds";
+}
+
+/// A folder with a file, and the dialogs that the program asks for files in it.
+class FilesTest : public testing::Test {
+  protected:
+    FilesTest() {
+        QFile file(path("da.txt"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    QString path(const char *name) { return folder.filePath(name); }
+    /// The dialog on the screen, in the folder.
+    QFileDialog *asked(const FileQuestion &question) {
+        dialogs.show(question, [this](const FileAnswer &answer) { answers.push_back(answer); });
+        EXPECT_EQ(dialogs.current(), nullptr) << "nothing opens inside the handler";
+        if (!QTest::qWaitFor([&] { return dialogs.current() && dialogs.current()->isVisible(); }, 2000))
+            return nullptr;
+        dialogs.current()->setDirectory(folder.path());
+        return dialogs.current();
+    }
+    static void enter(QFileDialog *dialog, const QString &name) {
+        auto *edit = dialog->findChild<QLineEdit *>("fileNameEdit");
+        edit->setText(name);
+        QTest::keyClick(edit, Qt::Key_Return);
+    }
+    /// The box before the dialog, closed by its first button or the Escape key; its text.
+    static std::string box(const QPointer<QFileDialog> &dialog, bool yes) {
+        QPointer<QMessageBox> box;
+        const auto is_shown = [&] {
+            box = dialog->findChild<QMessageBox *>();
+            return box && box->isVisible();
+        };
+        if (!QTest::qWaitFor(is_shown, 2000))
+            return "";
+        const std::string text = box->text().toStdString();
+        yes ? box->buttons()[0]->click() : QTest::keyClick(box, Qt::Key_Escape);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !box; }, 2000));
+        return text;
+    }
+
+    QTemporaryDir folder;
+    std::vector<FileAnswer> answers;
+    desktop::QtFileDialogs dialogs;
+};
+
+TEST_F(FilesTest, ANameToSaveGetsItsSuffixAndReplacesOnlyWhenToldTo) {
+    const FileQuestion question{.title = "Protokoll speichern",
+                                .filter = "Protokoll (*.txt)",
+                                .saves = true,
+                                .suggested = "neu",
+                                .tick = "mit PIN"};
+    QFileDialog *dialog = asked(question);
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QCheckBox *>()->click();
+    enter(dialog, "da");
+    EXPECT_THAT(box(dialog, false), testing::HasSubstr("gibt es schon"));
+    EXPECT_TRUE(answers.empty() && dialog->isVisible()) << "the user goes on choosing";
+    enter(dialog, "da");
+    box(dialog, true);
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_EQ(answers[0].path, path("da.txt").toStdString());
+    EXPECT_TRUE(answers[0].ticked);
+
+    dialog = asked(question);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->findChild<QLineEdit *>("fileNameEdit")->text(), "neu");
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    ASSERT_EQ(answers.size(), 2u);
+    EXPECT_EQ(answers[1].path, "");
+}
+
+TEST_F(FilesTest, AFileToOpenIsThere) {
+    QFileDialog *dialog = asked({.title = "Liste öffnen", .filter = "Listen (*.csv *.txt)"});
+    ASSERT_NE(dialog, nullptr);
+    enter(dialog, "fehlt.txt");
+    EXPECT_EQ(box(dialog, true), "Die Datei \"fehlt.txt\" gibt es nicht.");
+    EXPECT_TRUE(answers.empty());
+    enter(dialog, "da.txt");
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_EQ(answers[0].path, path("da.txt").toStdString());
 }
 
 /// The box on the screen, once it is there.

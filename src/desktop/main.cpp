@@ -1,3 +1,4 @@
+#include "desktop/file_dialogs.hpp"
 #include "desktop/help_window.hpp"
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
@@ -40,11 +41,13 @@ int run(QApplication &application, const CommonOptions &options) {
     desktop::HelpWindow help(folders.lists);
     Telvox::Ports given = ports.for_program(boxes);
     given.help = &help;
+    desktop::QtFileDialogs files;
+    given.files = &files;
     Telvox program(given, folders);
     ports.connect(program);
 
     desktop::WindowSet windows(program);
-    boxes.owner = [&] { return windows.front(); };
+    boxes.owner = files.owner = [&] { return windows.front(); };
     windows.ended = [&] {
         program.Form_Unload();
         QCoreApplication::quit();

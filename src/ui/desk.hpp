@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/file_dialogs.hpp"
 #include "core/messages.hpp"
 #include "core/port_scan.hpp"
 #include "core/session.hpp"
@@ -26,6 +27,7 @@ struct Desk final : Panel {
     JobState jobs;
     Session session;
     Outbox outbox;
+    FileQuestions files;
     DataFolders folders;
     FrmModem frmModem{outbox};
     FrmPin frmPin;

@@ -62,7 +62,8 @@ Rig::Rig(DataFolders folders)
                .Timer2 = timer2,
                .Winsock = tcp,
                .processes = processes,
-               .help = &help},
+               .help = &help,
+               .files = &files},
               std::move(folders)) {
     program.desk.status_listeners.emplace_back(
         [this](std::string_view text) { note("status " + std::string(text)); });

@@ -45,9 +45,10 @@ class Rig {
     std::vector<Answered> answers;    ///< of the boxes that are still open
     std::vector<PortInfo> busy_ports; ///< ports that are there but cannot be opened
     std::vector<int> free_ports{3};
-    std::string open_failure;             ///< why the port cannot be opened, empty: it can
-    std::vector<std::string> help_topics; ///< that were asked for
-    std::string help_failure;             ///< why help cannot be shown, empty: it can
+    std::string open_failure;                      ///< why the port cannot be opened, empty: it can
+    std::vector<std::string> help_topics;          ///< that were asked for
+    std::string help_failure;                      ///< why help cannot be shown, empty: it can
+    std::vector<FileQuestions::Entry> asked_files; ///< answered by the test, or never
     // The far end of the line, where a test has one.
     std::function<void(std::string_view)> on_output = [](std::string_view) {};
     std::function<void(const SerialFormat &)> on_format = [](const SerialFormat &) {};
@@ -122,6 +123,13 @@ class Rig {
         std::string show(std::string_view topic) override;
         Rig &rig;
     };
+    struct FakeFiles final : FileDialogs {
+        explicit FakeFiles(Rig &owner) : rig(owner) {}
+        void show(const FileQuestion &question, FileAnswered answered) override {
+            rig.asked_files.push_back({question, std::move(answered)});
+        }
+        Rig &rig;
+    };
 
   public:
     FakePort port{*this};
@@ -132,6 +140,7 @@ class Rig {
     FakeProcesses processes{*this};
     FakeBoxes message_boxes{*this};
     FakeHelp help{*this};
+    FakeFiles files{*this};
     Telvox program;
 };
 

@@ -1,0 +1,90 @@
+#include "desktop/file_dialogs.hpp"
+
+#include "desktop/message_boxes.hpp"
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+namespace telvox::desktop {
+
+namespace {
+
+/// Qt's own dialog asks and complains in boxes with an event loop of their own; this one's hold nothing up.
+class Dialog final : public QFileDialog {
+  public:
+    Dialog(QWidget *parent, const FileQuestion &question) : QFileDialog(parent) {
+        const QString filter = QString::fromStdString(question.filter);
+        setWindowTitle(QString::fromStdString(question.title));
+        setOptions(DontUseNativeDialog | DontConfirmOverwrite);
+        setOption(ReadOnly, !question.saves); // looking for a file deletes and renames none
+        setAcceptMode(question.saves ? AcceptSave : AcceptOpen);
+        setFileMode(question.saves ? AnyFile : ExistingFile);
+        setNameFilters({filter, "Alle Dateien (*)"});
+        setDefaultSuffix(QRegularExpression("\\*\\.(\\w+)").match(filter).captured(1));
+        boxes_.owner = [this] { return this; };
+        if (question.tick.empty())
+            return;
+        tick_ = new QCheckBox(QString::fromStdString(question.tick));
+        auto *grid = static_cast<QGridLayout *>(layout());
+        grid->addWidget(tick_, grid->rowCount(), 0, 1, -1);
+    }
+
+    [[nodiscard]] FileAnswer answer() const {
+        const bool accepted = result() == Accepted;
+        return {.path = accepted ? QFileInfo(chosen()).absoluteFilePath().toStdString() : "",
+                .ticked = accepted && tick_ && tick_->isChecked()};
+    }
+
+  protected:
+    void accept() override {
+        const QFileInfo file(chosen());
+        const std::string name = file.fileName().toStdString();
+        if (file.isDir() || file.exists() == (acceptMode() == AcceptOpen))
+            QFileDialog::accept();
+        else if (acceptMode() == AcceptOpen)
+            boxes_.show({.text = "Die Datei \"" + name + "\" gibt es nicht."}, {});
+        else
+            boxes_.show(
+                {.text = "Die Datei \"" + name + "\" gibt es schon. Soll sie ersetzt werden?", .asks = true},
+                [this](bool yes) {
+                    if (yes)
+                        QFileDialog::accept();
+                });
+    }
+
+  private:
+    [[nodiscard]] QString chosen() const { return selectedFiles().value(0); }
+
+    QtMessageBoxes boxes_;
+    QCheckBox *tick_ = nullptr;
+};
+
+} // namespace
+
+QtFileDialogs::~QtFileDialogs() { delete dialog_; }
+
+void QtFileDialogs::show(const FileQuestion &question, FileAnswered answered) {
+    QMetaObject::invokeMethod(
+        this, [this, question, answered = std::move(answered)] { open(question, answered); },
+        Qt::QueuedConnection);
+}
+
+void QtFileDialogs::open(const FileQuestion &question, const FileAnswered &answered) {
+    if (folder_.isEmpty())
+        folder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    auto *dialog = new Dialog(owner(), question);
+    dialog_ = dialog;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setDirectory(folder_);
+    dialog->selectFile(QString::fromStdString(question.suggested));
+    connect(dialog, &QDialog::finished, this, [this, dialog, answered] {
+        folder_ = dialog->directory().absolutePath();
+        answered(dialog->answer());
+    });
+    dialog->open();
+}
+
+} // namespace telvox::desktop
