@@ -41,6 +41,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     connect_ethernet(desk, sequencer_, network_, ethernet_dialogues);
     connect_gprs_dialogs(desk, sequencer_);
     connect_settings(desk, sequencer_);
+    connect_protocol(desk);
     connect_port_lists(desk, link_, ports_.scan);
     connect_the_end();
     desk.frmModem.mnuHilfe.clicked = [this] { show_help({}); };
@@ -59,6 +60,7 @@ void Telvox::connect_the_end() {
     FrmModem &main = desk.frmModem;
     main.cancel = &main.cbuBeenden;
     main.cbuAbbrechen.clicked = [this] { sequencer_.cancel(); };
+    main.mnuBeenden.clicked = [&main] { main.cbuBeenden.clicked(); };
     main.cbuBeenden.clicked = [this] {
         if (!busy())
             return desk.frmModem.unload();
@@ -117,14 +119,16 @@ static std::string recorded(const Control &control) {
 void Telvox::click(Button &button) {
     if (!button.usable())
         return;
-    recorder_.input("click", recorded(button), {});
+    if (button.recorded)
+        recorder_.input("click", recorded(button), {});
     event([&] { button.clicked(); });
 }
 
 void Telvox::click(MenuEntry &entry) {
     if (!entry.usable())
         return;
-    recorder_.input("click", recorded(entry), {});
+    if (entry.recorded)
+        recorder_.input("click", recorded(entry), {});
     event([&] { entry.clicked(); });
 }
 

@@ -5,6 +5,7 @@
 #include "desktop/window_set.hpp"
 #include "rig/rig.hpp"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -43,6 +44,7 @@ struct Gallery : Form {
     Frame fraEins{*this, "fraEins", "Eins", &tabOptions};
     Frame fraZwei{*this, "fraZwei", "Zwei", &tabOptions};
     Picture imgLogo{*this, "imgLogo"};
+    TickEntry mnuHaken{*this, "mnuHaken", "Haken"};
 };
 
 class GalleryTest : public testing::Test {
@@ -77,6 +79,12 @@ class GalleryTest : public testing::Test {
             tabs.addTab(frame, {});
         }
         return tabs.widget(1);
+    }();
+    QAction &tick = [this]() -> QAction & {
+        form.mnuHaken.keys = "Ctrl+P";
+        QAction *action = window.addAction("");
+        action->setObjectName("mnuHaken");
+        return *action;
     }();
     desktop::Binder binder{form, window, rig.program};
 };
@@ -172,6 +180,19 @@ TEST_F(GalleryTest, TabsPicturesAndFieldsThatAreLeft) {
     add<QLabel>("lblNeu");
     EXPECT_EQ(desktop::Binder(form, window, rig.program).mismatches(), QStringList("lblNeu"))
         << "a kind that nobody binds";
+}
+
+TEST_F(GalleryTest, ATickedEntryShowsWhatItsFormSays) {
+    bool refuses = false;
+    form.mnuHaken.clicked = [&] { form.mnuHaken.value = !refuses && !form.mnuHaken.value; };
+    QTest::keyClick(&window, Qt::Key_P, Qt::ControlModifier);
+    EXPECT_TRUE(form.mnuHaken.value && tick.isChecked());
+    tick.trigger();
+    EXPECT_FALSE(form.mnuHaken.value || tick.isChecked());
+    refuses = true;
+    tick.trigger();
+    EXPECT_FALSE(tick.isChecked());
+    EXPECT_EQ(tick.shortcut().toString(QKeySequence::PortableText), "Ctrl+P");
 }
 
 /// A folder with a file, and the dialogs that the program asks for files in it.

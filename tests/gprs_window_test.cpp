@@ -47,13 +47,15 @@ TEST_F(GprsWindows, FitASmallScreenAndHaveEachShortCutOnce) {
         EXPECT_LE(window->minimumSizeHint().width(), 1024);
         EXPECT_LE(window->minimumSizeHint().height(), 560) << "and its title bar";
     }
-    for (const Form *form : {static_cast<Form *>(&desk.frmGPRS), static_cast<Form *>(&desk.frmIPT)}) {
-        std::set<char> letters;
+    for (const Form *form : {static_cast<Form *>(&desk.frmModem), static_cast<Form *>(&desk.frmGPRS),
+                             static_cast<Form *>(&desk.frmIPT)}) {
+        std::set<std::pair<const Control *, int>> letters;
         for (const Control *control : form->controls()) {
+            const Control *menu = dynamic_cast<const MenuEntry *>(control) ? control->within : nullptr;
             const auto at = control->caption.find('&');
             if (at != std::string::npos) {
-                EXPECT_TRUE(letters.insert(static_cast<char>(std::tolower(control->caption[at + 1]))).second)
-                    << control->name;
+                EXPECT_TRUE(letters.emplace(menu, std::tolower(control->caption[at + 1])).second)
+                    << form->name << "." << control->name;
             }
         }
     }

@@ -266,12 +266,18 @@ void Binder::bind(StatusPanel &control, QStatusBar &widget) {
 }
 
 void Binder::bind(MenuEntry &control, QAction &action) {
+    action.setShortcut(QKeySequence(QString::fromLatin1(control.keys), QKeySequence::PortableText));
     connect(&action, &QAction::triggered, this, [&] { program_.click(control); });
     drawers_.emplace_back([&] {
         show(action, &QAction::text, &QAction::setText, text_of(control.caption));
         action.setEnabled(control.enabled);
         action.setVisible(control.visible);
     });
+    if (const auto *tick = dynamic_cast<const TickEntry *>(&control)) {
+        action.setCheckable(true);
+        drawers_.emplace_back(
+            [&action, tick] { show(action, &QAction::isChecked, &QAction::setChecked, tick->value); });
+    }
 }
 
 } // namespace telvox::desktop

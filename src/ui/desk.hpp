@@ -3,6 +3,7 @@
 #include "core/file_dialogs.hpp"
 #include "core/messages.hpp"
 #include "core/port_scan.hpp"
+#include "core/remembered.hpp"
 #include "core/session.hpp"
 #include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
@@ -29,6 +30,7 @@ struct Desk final : Panel {
     Outbox outbox;
     FileQuestions files;
     DataFolders folders;
+    Remembered remembered;
     FrmModem frmModem{outbox};
     FrmPin frmPin;
     FrmMSN frmMSN;

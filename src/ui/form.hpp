@@ -29,6 +29,7 @@ struct Control {
     Control *within;         ///< frame around it, or menu that holds it
     bool enabled = true;
     bool visible = true;
+    bool recorded = true; ///< a click on it is part of what a record plays again
 };
 
 struct Frame : Control {
@@ -40,7 +41,13 @@ struct Label : Control {
 /// A menu or menu entry; `clicked` is its action.
 struct MenuEntry : Control {
     using Control::Control;
+    const char *keys = ""; ///< that are the same as a click, where there are some: "Ctrl+P"
     std::function<void()> clicked = [] {};
+};
+/// A menu entry with a tick. Its action sets the value: it may refuse.
+struct TickEntry : MenuEntry {
+    using MenuEntry::MenuEntry;
+    bool value = false;
 };
 struct Button : Control {
     using Control::Control;

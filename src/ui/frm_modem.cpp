@@ -76,6 +76,10 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     chkAmt.clicked = [this] { tboAmt.enabled = chkAmt.value; };
     chkPasswort.clicked = [this] { chkPasswort_Click(); };
 
+    mnuProtokoll.keys = "Ctrl+P";
+    mnuProtokoll.recorded = false;
+    mnuBeenden.keys = "Ctrl+Q";
+
     tboRufnummer_Modem.accepts = digits;
     tboRufnummer_Empfaenger.accepts = digits;
     tboRufnummer_Modem.phone_number = tboRufnummer_Empfaenger.phone_number = true;

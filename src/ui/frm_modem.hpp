@@ -29,6 +29,9 @@ class FrmModem : public Form {
     /// known of the chosen port.
     void compute() override;
 
+    MenuEntry mnuDatei{*this, "mnuDatei", "&Datei"};
+    TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
+    MenuEntry mnuBeenden{*this, "mnuBeenden", "&Beenden", &mnuDatei};
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};
     MenuEntry mnuMSN_festlegen{*this, "mnuMSN_festlegen", "&MSN festlegen", &mnuISDN};
     MenuEntry mnuISDN_Anschluss{*this, "mnuISDN_Anschluss", "&Anschlussart einstellen", &mnuISDN};
@@ -43,7 +46,7 @@ class FrmModem : public Form {
     MenuEntry mnuIP_over_Ethernet{*this, "mnuIP_over_Ethernet", "über das &Netzwerk einstellen",
                                   &mnuEthernet};
     MenuEntry mnuEinstellungen{*this, "mnuEinstellungen", "E&instellungen"};
-    MenuEntry mnuInfo{*this, "mnuInfo", "In&fo"};
+    MenuEntry mnuInfo{*this, "mnuInfo", "Info"};
     MenuEntry mnuHilfe{*this, "mnuHilfe", "&Hilfe"};
 
     Frame fraModemart{*this, "fraModemart", "Telvox-A Typ"};
@@ -93,7 +96,7 @@ class FrmModem : public Form {
     Label lblZeichen_frei{*this, "lblZeichen_frei"}; ///< characters left for the alarm text
     TextBox tboAlarmmeldung{*this, "tboAlarmmeldung"};
 
-    Button cbuParametrieren{*this, "cbuParametrieren", "Mo&dem konfigurieren"};
+    Button cbuParametrieren{*this, "cbuParametrieren", "Modem kon&figurieren"};
     Button cbuTest{*this, "cbuTest", "Alarmmeldung senden (&Test)"};
     Button cbuAlarm_aus{*this, "cbuAlarm_aus", "&Alarmfunktion deaktivieren"};
     Button cbuBeenden{*this, "cbuBeenden", "&Beenden"};

@@ -29,6 +29,7 @@ void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_settings(Desk &desk, Sequencer &sequencer);
+void connect_protocol(Desk &desk);
 /// `dialogues`: what is said to the module over the network.
 void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
                       const TelnetDialogues &dialogues);
