@@ -33,13 +33,6 @@ std::string code_behind(std::string_view line, int comma, std::size_t count) {
     return first_characters(line, count);
 }
 
-std::string in_small_letters(std::string_view text) {
-    std::string small(text);
-    std::transform(small.begin(), small.end(), small.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return small;
-}
-
 } // namespace
 
 std::vector<ServiceNumber> parse_service_centers(const std::vector<std::string> &lines) {

@@ -183,4 +183,11 @@ std::string one_line(std::string_view text) {
     return line;
 }
 
+std::string in_small_letters(std::string_view text) {
+    std::string small(text);
+    std::transform(small.begin(), small.end(), small.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return small;
+}
+
 } // namespace telvox

@@ -52,4 +52,7 @@ class Characters {
 /// A text from outside as one line that does no harm to a terminal.
 [[nodiscard]] std::string one_line(std::string_view text);
 
+/// A text with its letters A to Z small.
+[[nodiscard]] std::string in_small_letters(std::string_view text);
+
 } // namespace telvox
