@@ -1,0 +1,142 @@
+#include "core/result_file.hpp"
+
+#include "core/system_error.hpp"
+#include "core/text.hpp"
+#include "core/usage_error.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <map>
+
+namespace telvox {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// With the mark by which spreadsheets know UTF-8.
+constexpr std::string_view header = "\xEF\xBB\xBFzeile;name;zeit;schnittstelle;ergebnis;meldung\r\n";
+constexpr std::size_t columns = 6;
+constexpr std::size_t most_attempts = 200000;
+
+constexpr std::array<std::pair<RowOutcome, const char *>, 5> words = {{
+    {RowOutcome::succeeded, "erfolgreich"},
+    {RowOutcome::objected, "mit Ablehnungen"},
+    {RowOutcome::failed, "fehlgeschlagen"},
+    {RowOutcome::cancelled, "abgebrochen"},
+    {RowOutcome::skipped, "übersprungen"},
+}};
+
+/// Whether a spreadsheet would compute the cell, or the cell looks like one that was kept from it.
+bool like_a_formula(std::string_view text) {
+    const auto first = text.find_first_not_of('\'');
+    return first != std::string_view::npos &&
+           std::string_view("=+-@\t").find(text[first]) != std::string_view::npos;
+}
+
+/// An apostrophe makes a cell a text for a spreadsheet; it is taken off again, and only where it was put.
+std::string kept_a_text(const std::string &text) { return like_a_formula(text) ? "'" + text : text; }
+std::string as_it_was(const std::string &cell) {
+    return cell.starts_with('\'') && like_a_formula(cell) ? cell.substr(1) : cell;
+}
+
+/// UTF-8 under the columns' names; an editor may have changed the mark and the lines' ends.
+bool is_result_table(std::string_view bytes) {
+    std::string_view names = header.substr(3);
+    names.remove_suffix(2);
+    if (bytes.starts_with(header.substr(0, 3)))
+        bytes.remove_prefix(3);
+    const std::string_view first = bytes.substr(0, bytes.find_first_of("\r\n"));
+    return first == names && valid_utf8(bytes);
+}
+
+/// What a row is known by where its name is not enough.
+std::string with_line(const std::string &line, const std::string &name) { return name + "\n" + line; }
+
+std::string refused(const fs::path &path, const std::string &why) {
+    return "Die Ergebnisdatei \"" + name_of(path) + "\" " + why;
+}
+
+} // namespace
+
+const char *word_of(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
+
+bool is_done(RowOutcome outcome) { return outcome != RowOutcome::failed && outcome != RowOutcome::cancelled; }
+
+std::string local_time(std::time_t time) {
+    std::array<char, 32> text{};
+    const std::tm *local = std::localtime(&time);
+    const auto size = local ? std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", local) : 0;
+    return {text.data(), size};
+}
+
+fs::path result_path(const fs::path &list) {
+    fs::path path = list;
+    return path.replace_filename(list.stem().concat("-ergebnis.csv"));
+}
+
+ResultFile::ResultFile(const fs::path &path, const DeviceList &list) : last_(list.rows.size()) {
+    for (const DeviceList::Row &row : list.rows)
+        rows_.push_back({row.line, row.name});
+    const auto check = [&](int failed) {
+        if (failed != 0)
+            throw UsageError(refused(path, "lässt sich nicht schreiben. " + german_reason(failed)));
+    };
+    std::error_code error;
+    check(fs::exists(path, error) && !fs::is_regular_file(path, error) ? EEXIST : 0);
+    check(file_.open(path));
+    const std::string all = table_bytes(path);
+    // Some file systems leave zeros where the power went off.
+    const std::string_view bytes = std::string_view(all).substr(0, all.find_last_not_of('\0') + 1);
+    if (header.starts_with(bytes)) { // new, or not finished when it was
+        check(file_.cut(0));
+        check(file_.append(header));
+        return;
+    }
+    const std::size_t whole = bytes.rfind('\n') + 1;
+    const std::string_view lines = bytes.substr(0, whole);
+    if (!is_result_table(lines))
+        throw UsageError(refused(path, "ist keine, die dieses Programm geschrieben hat."));
+    read(parse_table(lines, name_of(path.filename()), most_attempts));
+    check(whole != all.size() ? file_.cut(whole) : 0);
+}
+
+void ResultFile::read(const Table &table) {
+    std::map<std::string, std::size_t> uses;
+    for (const Identity &row : rows_)
+        ++uses[row.name];
+    std::map<std::string, std::size_t> by_identity;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        const bool named = !rows_[i].name.empty() && uses[rows_[i].name] == 1;
+        by_identity[named ? rows_[i].name : with_line(std::to_string(rows_[i].line), rows_[i].name)] = i;
+    }
+    for (auto row = table.rows.begin() + 1; row != table.rows.end(); ++row) {
+        const auto word = std::find_if(words.begin(), words.end(), [&](const auto &known) {
+            return row->fields.size() == columns && row->fields[4] == known.second;
+        });
+        if (word == words.end())
+            throw UsageError(place(table.source, row->line) + ": das ist kein Ergebnis");
+        const std::string name = as_it_was(row->fields[1]);
+        auto found = by_identity.find(name);
+        if (found == by_identity.end())
+            found = by_identity.find(with_line(row->fields[0], name));
+        if (found != by_identity.end())
+            last_[found->second] = {.outcome = word->first,
+                                    .time = row->fields[2],
+                                    .port = as_it_was(row->fields[3]),
+                                    .message = as_it_was(row->fields[5])};
+    }
+}
+
+std::string ResultFile::append(std::size_t row, Attempt attempt) {
+    const Identity &of = rows_.at(row);
+    const std::array<std::string, columns> fields = {
+        std::to_string(of.line),   kept_a_text(of.name),     attempt.time,
+        kept_a_text(attempt.port), word_of(attempt.outcome), kept_a_text(attempt.message)};
+    last_[row] = std::move(attempt);
+    const int failed = file_.append(table_row(fields) + "\r\n");
+    return failed == 0 ? "" : "Das Ergebnis ließ sich nicht aufschreiben. " + german_reason(failed);
+}
+
+} // namespace telvox

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "core/append_file.hpp"
+#include "core/device_list.hpp"
+
+#include <ctime>
+#include <optional>
+
+namespace telvox {
+
+/// How an attempt at a row came out.
+enum class RowOutcome { succeeded, objected, failed, cancelled, skipped };
+
+/// As the result file and the user read it.
+[[nodiscard]] const char *word_of(RowOutcome outcome);
+/// Whether the row needs no further attempt.
+[[nodiscard]] bool is_done(RowOutcome outcome);
+
+/// One attempt at a row, or its being skipped.
+struct Attempt {
+    RowOutcome outcome{};
+    std::string time;    ///< "2026-11-23 14:05:09"; see local_time
+    std::string port;    ///< as the list or the port list names it
+    std::string message; ///< one or more lines; read back it has one
+};
+
+/// Local time as result files write it.
+[[nodiscard]] std::string local_time(std::time_t time);
+
+/// Where a list's results stand: "pumpen-ergebnis.csv" beside "pumpen.csv".
+[[nodiscard]] std::filesystem::path result_path(const std::filesystem::path &list);
+
+/// The results of a list: a table beside it that gets a line per attempt, on the disk before anything else
+/// happens, so that what a laptop that dies has done is not done again. A row is known by its name if no
+/// other row of the list has it, else by name and line.
+class ResultFile {
+  public:
+    /// Opens the file and reads what it holds; a last line that was not written to its end is taken off.
+    /// Throws UsageError for a file that is something else, that another program has open or that cannot be
+    /// written.
+    ResultFile(const std::filesystem::path &path, const DeviceList &list);
+
+    /// The row's last attempt; none if there was none.
+    [[nodiscard]] const std::optional<Attempt> &last(std::size_t row) const { return last_.at(row); }
+    [[nodiscard]] bool done(std::size_t row) const { return last(row) && is_done(last(row)->outcome); }
+    /// Notes an attempt. Returns why it could not be written (German), empty when it was; it counts as the
+    /// last one all the same.
+    [[nodiscard]] std::string append(std::size_t row, Attempt attempt);
+
+  private:
+    struct Identity {
+        std::size_t line;
+        std::string name;
+    };
+
+    void read(const Table &table);
+
+    std::vector<Identity> rows_;
+    std::vector<std::optional<Attempt>> last_;
+    AppendFile file_;
+};
+
+} // namespace telvox
