@@ -1,5 +1,6 @@
 #include "core/result_file.hpp"
 
+#include "core/files.hpp"
 #include "core/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
@@ -55,7 +56,7 @@ bool is_result_table(std::string_view bytes) {
 std::string with_line(const std::string &line, const std::string &name) { return name + "\n" + line; }
 
 std::string refused(const fs::path &path, const std::string &why) {
-    return "Die Ergebnisdatei \"" + name_of(path) + "\" " + why;
+    return "Die Ergebnisdatei \"" + text_of(path) + "\" " + why;
 }
 
 } // namespace
@@ -98,7 +99,7 @@ ResultFile::ResultFile(const fs::path &path, const DeviceList &list) : last_(lis
     const std::string_view lines = bytes.substr(0, whole);
     if (!is_result_table(lines))
         throw UsageError(refused(path, "ist keine, die dieses Programm geschrieben hat."));
-    read(parse_table(lines, name_of(path.filename()), most_attempts));
+    read(parse_table(lines, text_of(path.filename()), most_attempts));
     check(whole != all.size() ? file_.cut(whole) : 0);
 }
 

@@ -1,5 +1,6 @@
 #include "core/table_file.hpp"
 
+#include "core/files.hpp"
 #include "core/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
@@ -173,11 +174,11 @@ Table parse_table(std::string_view bytes, std::string source, std::size_t most_r
 }
 
 Table read_table(const fs::path &file, std::size_t most_rows) {
-    return parse_table(table_bytes(file), name_of(file.filename()), most_rows);
+    return parse_table(table_bytes(file), text_of(file.filename()), most_rows);
 }
 
 std::string table_bytes(const fs::path &file) {
-    const std::string name = "\"" + name_of(file) + "\"";
+    const std::string name = "\"" + text_of(file) + "\"";
     std::error_code error;
     if (!fs::exists(file, error))
         throw UsageError(name + " gibt es nicht.");
@@ -207,11 +208,6 @@ std::string table_row(std::span<const std::string> fields) {
 
 std::string place(const std::string &source, std::size_t line, const std::string &column) {
     return source + ", Zeile " + std::to_string(line) + (column.empty() ? "" : ", Spalte " + column);
-}
-
-std::string name_of(const fs::path &file) {
-    const std::u8string name = file.u8string();
-    return {name.begin(), name.end()};
 }
 
 std::string trimmed(std::string_view text) {

@@ -39,9 +39,6 @@ struct Table {
 /// How messages name a place: "pumpen.csv, Zeile 3, Spalte typ"; without a column, of the whole line.
 [[nodiscard]] std::string place(const std::string &source, std::size_t line, const std::string &column = {});
 
-/// A file's name for messages.
-[[nodiscard]] std::string name_of(const std::filesystem::path &file);
-
 /// A text without the blanks around it.
 [[nodiscard]] std::string trimmed(std::string_view text);
 
