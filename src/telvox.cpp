@@ -4,6 +4,7 @@
 #include "dialogues/families.hpp"
 #include "ui/jobs.hpp"
 #include "ui/port_lists.hpp"
+#include "ui/snapshot.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -77,11 +78,44 @@ void Telvox::leave() {
     leaving_ = true;
 }
 
+/// Counts as long as it lives.
+struct Deeper {
+    explicit Deeper(int &of) : depth(of) { ++depth; }
+    ~Deeper() { --depth; }
+    Deeper(const Deeper &) = delete;
+    Deeper &operator=(const Deeper &) = delete;
+    int &depth;
+};
+
 template <class Handler> void Telvox::event(Handler &&handler) {
     if (gone_)
         return;
-    handler();
-    after_event();
+    {
+        const Deeper deeper(depth_);
+        handler();
+        for (Form *form : desk.forms)
+            form->compute();
+    }
+    if (depth_ == 0)
+        after_event();
+}
+
+void Telvox::together(const std::function<void()> &events) { event(events); }
+
+void Telvox::rehearse(const std::function<void()> &events) {
+    struct Rehearsal {
+        explicit Rehearsal(Telvox &of) : program(of) { program.recorder_.pause(true); }
+        ~Rehearsal() {
+            before.restore();
+            (void)program.desk.outbox.take();
+            program.recorder_.pause(false);
+        }
+        Telvox &program;
+        const Snapshot before{program.desk};
+        const Deeper deeper{program.depth_};
+    };
+    const Rehearsal rehearsal(*this);
+    events();
 }
 
 void Telvox::after_event() {
@@ -90,8 +124,6 @@ void Telvox::after_event() {
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
     desk.frmModem.show_progress(sequencer_.progress());
-    for (Form *form : desk.forms)
-        form->compute();
     redraw();
     for (auto &[message, answered] : desk.outbox.take()) {
         recorder_.note(RecordLine::Kind::done, record_of(message));
@@ -250,8 +282,10 @@ void Telvox::cancel() {
 
 void Telvox::offer_port(int number) {
     event([&] {
+        const std::string entry = port_entry(number);
         for (ComboBox *list : {&desk.frmModem.cobModem_Port, &desk.frmModem.cobSchnittstelle})
-            list->items.push_back(port_entry(number));
+            if (std::find(list->items.begin(), list->items.end(), entry) == list->items.end())
+                list->items.push_back(entry);
     });
 }
 

@@ -76,6 +76,11 @@ class Telvox {
     void cancel();
     /// Nothing has happened but that time has passed: what counts down is shown anew.
     void refresh();
+    /// Several events as one: drawn, and what they say is shown, when all have happened.
+    void together(const std::function<void()> &events);
+    /// Events tried out: nothing of them is drawn, said or recorded, and then everything is as before. What
+    /// `events` throws goes on to the caller.
+    void rehearse(const std::function<void()> &events);
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR, a program or
@@ -95,7 +100,7 @@ class Telvox {
     [[nodiscard]] Recorder &record() { return recorder_; }
 
   private:
-    /// Runs a handler, then draws and shows.
+    /// Runs a handler; then, when it is the outermost, draws and shows.
     template <class Handler> void event(Handler &&handler);
     void after_event();
     void record_choice(const ComboBox &list);
@@ -108,6 +113,7 @@ class Telvox {
     Link link_;
     Sequencer sequencer_;
     NetworkTools network_;
+    int depth_ = 0;        ///< events that are happening, one within the other
     bool leaving_ = false; ///< the program ends as soon as the session is idle
     bool gone_ = false;
 };

@@ -1,18 +1,10 @@
 #include "cli/call.hpp"
 
-#include "core/system_error.hpp"
-
-#include <algorithm>
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
+#include "operation/profile.hpp"
 
 namespace telvox::cli {
 
 namespace {
-
-/// A file of values is some lines; whatever is longer was not meant.
-constexpr std::size_t largest_file = 65536;
 
 /// An option of another job is refused, one that the job cannot do without is missed.
 void check_options(const Call &call) {
@@ -51,52 +43,14 @@ bool read_line(std::istream &stream, std::string &line) {
     return true;
 }
 
-std::string whole_text(std::istream &stream, const std::string &name) {
-    std::string text(largest_file + 1, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(stream.gcount()));
-    if (stream.bad())
-        throw UsageError("--aus: \"" + name + "\" lässt sich nicht lesen");
-    if (text.size() > largest_file)
-        throw UsageError("--aus: \"" + name + "\" ist größer als 64 KB");
-    return text;
-}
-
-std::string file_text(const std::string &name) {
-    const std::filesystem::path path(std::u8string(name.begin(), name.end()));
-    std::error_code error;
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (!file && errno == ENOENT)
-        throw UsageError("--aus: \"" + name + "\" gibt es nicht");
-    if (!file || std::filesystem::is_directory(path, error))
-        throw UsageError("--aus: \"" + name + "\" lässt sich nicht lesen. " +
-                         german_reason(file ? EISDIR : errno));
-    return whole_text(file, name);
-}
-
-void take_lines(Call &call, std::string text, const std::string &source) {
-    if (text.starts_with("\xEF\xBB\xBF"))
-        text.erase(0, 3);
-    if (text.find('\0') != std::string::npos || !valid_utf8(text))
-        throw UsageError("--aus: " + source + " ist kein Text (UTF-8)");
-    std::istringstream lines(text);
-    Values values;
-    std::string line;
-    for (int number = 1; read_line(lines, line); ++number) {
-        if (line.empty() || line.starts_with('#'))
-            continue;
-        const auto equals = line.find('=');
-        const std::string name = line.substr(0, equals);
-        const std::string from = source + ", Zeile " + std::to_string(number) + ": ";
-        if (equals == std::string::npos)
-            throw UsageError(from + "\"" + line + "\" hat nicht die Form name=wert");
-        if (!find_option(*call.job, "--" + name))
-            throw UsageError(from + "\"" + name + "\" ist keine Angabe von " + call.job->name);
-        if (!values.emplace("--" + name, Given{line.substr(equals + 1), from + name}).second)
-            throw UsageError(from + name + " ist doppelt angegeben");
-    }
-    call.values.merge(values); // what the call itself gives stays
+/// Throws UsageError for a file that is no profile, or none for the job.
+void take_profile(Call &call, const std::string &text, const std::string &source) {
+    Profile profile = parse_profile(text, source, call.job);
+    if (const Section *section = section_of(*call.job))
+        for (auto &[name, given] : profile.dialogs[section])
+            if (find_option(call.job->options, name))
+                call.values.emplace(name, given); // what the call itself gives stays
+    call.values.merge(profile.main);
 }
 
 } // namespace
@@ -158,9 +112,14 @@ void complete_call(Call &call, std::istream &standard_input) {
     }
     if (call.file.empty())
         return;
-    const bool piped = call.file == "-";
-    take_lines(call, piped ? whole_text(standard_input, "-") : file_text(call.file),
-               piped ? "Standardeingabe" : call.file);
+    const std::string source = call.file == "-" ? "Standardeingabe" : call.file;
+    try {
+        take_profile(
+            call, call.file == "-" ? profile_of_stream(standard_input, source) : profile_of_file(call.file),
+            source);
+    } catch (const UsageError &error) {
+        throw UsageError(std::string("--aus: ") + error.what());
+    }
     call.file.clear();
     check_options(call);
 }

@@ -33,6 +33,9 @@ std::string code_behind(std::string_view line, int comma, std::size_t count) {
     return first_characters(line, count);
 }
 
+/// For a comparison: in small letters, and each gap one blank, because labels are padded to columns.
+std::string comparable(std::string_view text) { return in_small_letters(single_spaced(text)); }
+
 } // namespace
 
 std::vector<ServiceNumber> parse_service_centers(const std::vector<std::string> &lines) {
@@ -63,11 +66,23 @@ std::vector<ServiceNumber> parse_service_numbers(const std::vector<std::string> 
     return entries;
 }
 
+std::string single_spaced(std::string_view text) {
+    std::string words;
+    for (const char c : text)
+        if (c != ' ' && c != '\t')
+            words += c;
+        else if (!words.empty() && words.back() != ' ')
+            words += ' ';
+    if (words.ends_with(' '))
+        words.pop_back();
+    return words;
+}
+
 std::vector<ServiceNumber> entries_with(const std::vector<ServiceNumber> &entries, std::string_view text) {
     std::vector<ServiceNumber> found;
-    const std::string sought = in_small_letters(text);
+    const std::string sought = comparable(text);
     std::copy_if(entries.begin(), entries.end(), std::back_inserter(found), [&](const ServiceNumber &entry) {
-        return !entry.number.empty() && in_small_letters(entry.label).find(sought) != std::string::npos;
+        return !entry.number.empty() && comparable(entry.label).find(sought) != std::string::npos;
     });
     return found;
 }

@@ -29,7 +29,11 @@ struct ServiceNumber {
 /// behind. Only the first 21 have codes.
 [[nodiscard]] std::vector<ServiceNumber> parse_service_numbers(const std::vector<std::string> &lines);
 
-/// The entries with a number whose label contains a text; capitals and small letters are the same.
+/// A label's words, each behind one blank.
+[[nodiscard]] std::string single_spaced(std::string_view text);
+
+/// The entries with a number whose label contains a text; capitals and small letters are the same, and so are
+/// gaps of all widths.
 [[nodiscard]] std::vector<ServiceNumber> entries_with(const std::vector<ServiceNumber> &entries,
                                                       std::string_view text);
 

@@ -64,6 +64,8 @@ std::string Recorder::transcript() {
 }
 
 void Recorder::note(RecordLine::Kind kind, std::string text) {
+    if (paused_)
+        return;
     flush();
     add({.at = now_(), .kind = kind, .text = std::move(text)});
 }
@@ -76,6 +78,8 @@ void Recorder::event(CommEvent event) {
 }
 
 void Recorder::input(const std::string &verb, const std::string &control, const std::string &value) {
+    if (paused_)
+        return;
     flush();
     const std::string what = verb + " " + control;
     if (verb == "enter" && !lines_.empty() && lines_.back().kind == RecordLine::Kind::input &&

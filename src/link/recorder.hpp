@@ -56,6 +56,8 @@ class Recorder final : public SerialPort {
     /// The whole, with times since the record began: a transcript, which can be played again.
     [[nodiscard]] std::string transcript();
 
+    /// While it pauses it writes nothing down of what program and user do.
+    void pause(bool on) { paused_ = on; }
     /// Notes what the program did, or what happened to it.
     void note(RecordLine::Kind kind, std::string text);
     void event(CommEvent event);
@@ -91,6 +93,7 @@ class Recorder final : public SerialPort {
     std::deque<RecordLine> lines_;
     std::vector<Piece> pending_; ///< received, the line not yet ended
     std::size_t pending_size_ = 0;
+    bool paused_ = false;
     bool rest_is_secret_ = false; ///< a secret was cut by an output; the rest of its line is one too
 };
 

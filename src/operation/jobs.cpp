@@ -189,13 +189,42 @@ constexpr JobCommand commands[] = {
      .look = [](Telvox &program) { program.focus(program.desk.frmModem.cobSchnittstelle); }},
 };
 
-const Option *find_in(std::span<const Option> options, std::string_view name) {
+template <auto Window> Form &window(Desk &desk) { return desk.*Window; }
+
+constexpr Section dialogs[] = {
+    {"PIN", window<&Desk::frmPin>, pin_rows, main_window<&FrmModem::mnuPin_festlegen>},
+    {"MSN", window<&Desk::frmMSN>, msn_rows, main_window<&FrmModem::mnuMSN_festlegen>},
+    {"Anschlussart", window<&Desk::frmAnschlussart>, line_type_rows,
+     main_window<&FrmModem::mnuISDN_Anschluss>},
+    {"GPRS", window<&Desk::frmGPRS>, gprs_rows, main_window<&FrmModem::mnuGPRS_konfig>},
+    {"IP-Telemetrie", window<&Desk::frmIPT>, ipt_rows, main_window<&FrmModem::mnuIPT_konfig>},
+    {"IP und Port", window<&Desk::frmEthernet>, address_rows, main_window<&FrmModem::mnuIPuPort>},
+    {"Gateway", window<&Desk::frmGateway>, network_gateway_rows, main_window<&FrmModem::mnuGateway>},
+    {"Netzwerk", window<&Desk::frmIPoEthernet>, over_network_rows,
+     main_window<&FrmModem::mnuIP_over_Ethernet>},
+};
+
+} // namespace
+
+std::span<const Section> sections() { return dialogs; }
+
+const Section *find_section(std::string_view name) {
+    const auto *found = std::find_if(std::begin(dialogs), std::end(dialogs),
+                                     [&](const Section &section) { return section.name == name; });
+    return found == std::end(dialogs) ? nullptr : found;
+}
+
+const Section *section_of(const JobCommand &job) {
+    const auto *found = std::find_if(std::begin(dialogs), std::end(dialogs),
+                                     [&](const Section &section) { return section.menu == job.menu; });
+    return found == std::end(dialogs) ? nullptr : found;
+}
+
+const Option *find_option(std::span<const Option> options, std::string_view name) {
     const auto found = std::find_if(options.begin(), options.end(),
                                     [&](const Option &option) { return option.name == name; });
     return found == options.end() ? nullptr : &*found;
 }
-
-} // namespace
 
 std::span<const JobCommand> job_commands() { return commands; }
 std::span<const Option> way_options() { return way_rows; }
@@ -209,7 +238,7 @@ const JobCommand *find_job(std::string_view name) {
 
 const Option *find_option(const JobCommand &job, std::string_view name) {
     for (const std::span<const Option> options : {job.options, way_options(), alarm_options()})
-        if (const Option *option = find_in(options, name))
+        if (const Option *option = find_option(options, name))
             return option;
     return nullptr;
 }
@@ -224,7 +253,7 @@ const Option *find_option(std::string_view name) {
 std::string jobs_with(std::string_view option) {
     std::string names;
     for (const JobCommand &job : commands)
-        if (find_in(job.options, option))
+        if (find_option(job.options, option))
             names += (names.empty() ? "" : ", ") + std::string(job.name);
     return names;
 }

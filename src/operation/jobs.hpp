@@ -24,6 +24,19 @@ struct JobCommand {
     void (*look)(Telvox &) = nullptr;
 };
 
+/// A dialog's part of a profile.
+struct Section {
+    const char *name;
+    Form &(*form)(Desk &);
+    std::span<const Option> options;
+    ControlOf menu; ///< opens the dialog
+};
+
+[[nodiscard]] std::span<const Section> sections();
+[[nodiscard]] const Section *find_section(std::string_view name);
+/// The part that a job takes its options from, nullptr if it has none.
+[[nodiscard]] const Section *section_of(const JobCommand &job);
+
 [[nodiscard]] std::span<const JobCommand> job_commands();
 [[nodiscard]] const JobCommand *find_job(std::string_view name);
 
@@ -31,6 +44,7 @@ struct JobCommand {
 [[nodiscard]] std::span<const Option> way_options();
 [[nodiscard]] std::span<const Option> alarm_options();
 
+[[nodiscard]] const Option *find_option(std::span<const Option> options, std::string_view name);
 /// The job's option of this name: one of its own or of the main window's; nullptr if it has none.
 [[nodiscard]] const Option *find_option(const JobCommand &job, std::string_view name);
 /// Any job's option of this name.

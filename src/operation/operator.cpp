@@ -49,14 +49,6 @@ std::string no_such_format(const std::string &value) {
     return ": \"" + value + "\" steht in den Einstellungen nicht zur Wahl";
 }
 
-/// The words of a list's entry, which is padded to columns, each behind one blank.
-std::string single_spaced(const std::string &entry) {
-    std::string text;
-    for (const std::string &word : split(entry))
-        text += " " + word;
-    return text;
-}
-
 /// Why a field keeps another text than it was given.
 std::string why_not(const Option &option, const std::string &value, const std::string &kept,
                     KeyFilter accepts, std::size_t limit) {
@@ -74,9 +66,10 @@ std::string why_not(const Option &option, const std::string &value, const std::s
 } // namespace
 
 bool Operator::work(const Order &order) {
-    choose_variant_and_way(order);
-    fill(alarm_options(), order);
-    fill(way_options(), order);
+    Values values = order.values;
+    if (const std::string variant = variant_for(order); !variant.empty())
+        values.emplace("--typ", Given{variant, "--typ"});
+    fill_main_window(values);
     if (order.save && !save_formats(order))
         return false;
     if (order.job->menu) {
@@ -85,7 +78,7 @@ bool Operator::work(const Order &order) {
         program_.click(entry);
         check_formats_shown(order);
     }
-    fill(order.job->options, order);
+    fill(order.job->options, values);
     pressed_ = true;
     if (order.job->look) {
         order.job->look(program_);
@@ -97,6 +90,18 @@ bool Operator::work(const Order &order) {
     return true;
 }
 
+void Operator::fill_main_window(const Values &values) {
+    const auto choose_given = [&](const char *name) {
+        if (const Given *given = find(values, name))
+            choose(*find_option(name), *given);
+    };
+    // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
+    for (const char *name : {"--verbindung", "--typ", "--verbindung"})
+        choose_given(name);
+    fill(alarm_options(), values);
+    fill(way_options(), values);
+}
+
 bool Operator::keep(const Order &order) {
     if (!order.job->afterwards)
         return true;
@@ -105,36 +110,26 @@ bool Operator::keep(const Order &order) {
     return !button.form->open;
 }
 
-void Operator::choose_variant_and_way(const Order &order) {
-    const Option &typ = *find_option("--typ"), &verbindung = *find_option("--verbindung");
+std::string Operator::variant_for(const Order &order) {
     const std::vector<std::string> possible = split(order.job->variants);
-    const Given implied{possible.size() == 1 ? possible[0] : "", "--typ"};
-    const Given *variant = order.find(typ.name);
-    if (!variant && possible.size() == 1)
-        variant = &implied;
-    if (!possible.empty()) {
-        std::string words;
-        for (const std::string &word : possible)
-            words += (words.empty() ? "" : " oder ") + word;
-        if (!variant)
-            throw UsageError(std::string(order.job->name) + ": --typ " + words + " fehlt");
-        if (std::find(possible.begin(), possible.end(), word_of(typ, *variant).word) == possible.end())
-            throw UsageError(std::string(order.job->name) + " gibt es nur mit --typ " + words);
-    }
-    // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
-    const Given *way = order.find(verbindung.name);
-    if (way)
-        choose(verbindung, *way);
-    if (variant)
-        choose(typ, *variant);
-    if (way)
-        choose(verbindung, *way);
+    const Given *variant = order.find("--typ");
+    if (possible.empty() || (!variant && possible.size() == 1))
+        return possible.empty() ? "" : possible[0];
+    std::string words;
+    for (const std::string &word : possible)
+        words += (words.empty() ? "" : " oder ") + word;
+    if (!variant)
+        throw UsageError(std::string(order.job->name) + ": --typ " + words + " fehlt");
+    const Word &chosen = word_of(*find_option("--typ"), *variant);
+    if (std::find(possible.begin(), possible.end(), chosen.word) == possible.end())
+        throw UsageError(std::string(order.job->name) + " gibt es nur mit --typ " + words);
+    return chosen.word;
 }
 
-void Operator::fill(std::span<const Option> options, const Order &order) {
+void Operator::fill(std::span<const Option> options, const Values &values) {
     const auto given_of = [&](const Option &option) {
         const std::string_view name(option.name);
-        return name == "--typ" || name == "--verbindung" ? nullptr : order.find(option.name);
+        return name == "--typ" || name == "--verbindung" ? nullptr : find(values, option.name);
     };
     for (const Option &option : options)
         if (const Given *given = given_of(option))
@@ -257,7 +252,7 @@ void Operator::pick(const Pick &pick, const Given &given) {
         throw UsageError(given.from + ": kein Eintrag der Liste enthält \"" + given.value + "\"");
     std::string labels;
     for (const ServiceNumber &entry : found)
-        labels += (labels.empty() ? "" : ";") + single_spaced(entry.label);
+        labels += (labels.empty() ? " " : "; ") + single_spaced(entry.label);
     if (found.size() > 1)
         throw UsageError(given.from + ": mehrere Einträge enthalten \"" + given.value + "\":" + labels);
     auto &opens = dynamic_cast<Button &>(pick.opens(program_.desk));

@@ -15,6 +15,10 @@ class Operator {
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     /// Returns false when something else failed on the way, which a message has told.
     bool work(const Order &order);
+    /// Fills the main window in: variant and way, then its fields. Throws UsageError.
+    void fill_main_window(const Values &values);
+    /// Fills the fields of a window that is open. Throws UsageError.
+    void fill(std::span<const Option> options, const Values &values);
     /// Has what a job has brought kept, where it is one that brings something. Returns false if that failed.
     bool keep(const Order &order);
 
@@ -26,8 +30,7 @@ class Operator {
     [[nodiscard]] std::string named_by_check(const Order &order) const;
 
   private:
-    void choose_variant_and_way(const Order &order);
-    void fill(std::span<const Option> options, const Order &order);
+    [[nodiscard]] static std::string variant_for(const Order &order);
     void put(const Option &option, const Given &given);
     void put_again(const Option &option, const Given &given);
     void choose(const Option &option, const Given &given);

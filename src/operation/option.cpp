@@ -33,6 +33,8 @@ std::string value_of(const Option &option, Desk &desk) {
     }
     if (option.combos)
         return (desk.frmEinstellungen.*option.combos).settings();
+    if (option.pick)
+        return option.pick->taken(desk);
     return option.field ? kept(option.field(desk)) : std::string();
 }
 

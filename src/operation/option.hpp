@@ -29,6 +29,8 @@ struct Pick {
     ControlOf opens;
     ControlOf list;
     ControlOf ok;
+    /// The entry that was taken and still stands, empty if none.
+    std::string (*taken)(const Desk &) = [](const Desk &) { return std::string(); };
 };
 
 /// An option that fills a field of a window: a row of the help, of a call, of the values that a job prints.

@@ -16,16 +16,20 @@ struct Given {
 /// By option, "--typ" and so on.
 using Values = std::map<std::string, Given>;
 
+/// The option's value, nullptr if it was not given.
+[[nodiscard]] inline const Given *find(const Values &values, const std::string &option) {
+    const auto found = values.find(option);
+    return found == values.end() ? nullptr : &found->second;
+}
+
 /// A job that is to be done, and what its windows are filled in with.
 struct Order {
     const JobCommand *job = nullptr;
     Values values;
     bool save = false; ///< the formats go into the settings file
 
-    /// The option's value, nullptr if it was not given.
     [[nodiscard]] const Given *find(const std::string &option) const {
-        const auto found = values.find(option);
-        return found == values.end() ? nullptr : &found->second;
+        return operation::find(values, option);
     }
 };
 

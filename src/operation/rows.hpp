@@ -1,7 +1,9 @@
 #pragma once
 
 #include "core/list_files.hpp"
+
 #include "operation/option.hpp"
+#include <algorithm>
 
 /// The options, a table per window, in the order in which the help names them and the fields are filled.
 namespace telvox::operation {
@@ -67,6 +69,29 @@ inline std::vector<ServiceNumber> mobile_networks(const Desk &desk) {
 inline std::vector<ServiceNumber> fixed_network(const Desk &desk) {
     return parse_service_numbers(read_lines(find_list_file(desk.folders.lists, "FSN.dat")));
 }
+/// A gateway's protocol codes are nowhere but in the list, and their number may have been edited since; the
+/// standard provider, the first one, sets only one code.
+inline std::string taken_provider(const Desk &desk) {
+    const Session &session = desk.session;
+    const std::vector<ServiceNumber> entries = fixed_network(desk);
+    const auto label_of = [&](auto &&taken) {
+        const auto entry = std::find_if(entries.begin(), entries.end(), taken);
+        return entry == entries.end() ? std::string() : single_spaced(entry->label);
+    };
+    const auto has_codes = [&](const ServiceNumber &entry) {
+        return entry.protocol == session.strSMS_Protokoll &&
+               entry.protocol_ISDN == session.strSMS_Protokoll_ISDN &&
+               entry.protocol_remote == session.strSMS_Protokoll_ISDN_fern;
+    };
+    if (session.strSMS_Protokoll.empty() || entries.empty())
+        return {};
+    if (session.strSMS_Protokoll_ISDN.empty())
+        return single_spaced(entries.front().label);
+    const std::string with_number = label_of([&](const ServiceNumber &entry) {
+        return has_codes(entry) && entry.number == desk.frmModem.tboService_Center.text;
+    });
+    return with_number.empty() ? label_of(has_codes) : with_number;
+}
 inline constexpr Pick pick_network = {
     .entries = mobile_networks,
     .opens = main_window<&FrmModem::cbuSC_Uebersicht>,
@@ -78,6 +103,7 @@ inline constexpr Pick pick_provider = {
     .opens = main_window<&FrmModem::cbuSC_Uebersicht>,
     .list = at<&Desk::frmServicenummer, &FrmServicenummer::lstServicenummer>,
     .ok = at<&Desk::frmServicenummer, &FrmServicenummer::cbuOK>,
+    .taken = taken_provider,
 };
 
 inline constexpr Option alarm_rows[] = {
@@ -291,19 +317,19 @@ inline constexpr Option new_address_option = {.name = "--neue-ip",
                                               .help = "IP-Adresse, die das Gerät bekommt",
                                               .field = over_ip<&FrmIPoEthernet::tboNeue_IP>,
                                               .required = true};
-inline constexpr Option network_address_rows[] = {new_address_option,
-                                                  {.name = "--momentane-ip",
-                                                   .value = "ADRESSE",
-                                                   .help = "IP-Adresse, die das Gerät hat",
-                                                   .field = over_ip<&FrmIPoEthernet::tboAlte_IP>,
-                                                   .required = true}};
-inline constexpr Option first_address_rows[] = {
-    new_address_option,
-    {.name = "--mac",
-     .value = "00-1C-04",
-     .help = "das Ende der MAC-Adresse auf dem Gerät, hinter 00-05-B6-",
-     .field = over_ip<&FrmIPoEthernet::tboMAC_Adresse2>,
-     .needs = first_address,
-     .required = true}};
+inline constexpr Option present_address_option = {.name = "--momentane-ip",
+                                                  .value = "ADRESSE",
+                                                  .help = "IP-Adresse, die das Gerät hat",
+                                                  .field = over_ip<&FrmIPoEthernet::tboAlte_IP>,
+                                                  .required = true};
+inline constexpr Option mac_option = {.name = "--mac",
+                                      .value = "00-1C-04",
+                                      .help = "das Ende der MAC-Adresse auf dem Gerät, hinter 00-05-B6-",
+                                      .field = over_ip<&FrmIPoEthernet::tboMAC_Adresse2>,
+                                      .needs = first_address,
+                                      .required = true};
+inline constexpr Option network_address_rows[] = {new_address_option, present_address_option};
+inline constexpr Option first_address_rows[] = {new_address_option, mac_option};
+inline constexpr Option over_network_rows[] = {new_address_option, present_address_option, mac_option};
 
 } // namespace telvox::operation

@@ -116,7 +116,7 @@ void Form::load() {
     if (!open)
         reset();
     wants_front = open;
-    open = true;
+    open = was_open = true;
 }
 
 } // namespace telvox

@@ -190,6 +190,7 @@ class Form {
     const char *name;
     const char *caption;
     bool open = false;
+    bool was_open = false; ///< at some time since the program's start
     /// The button that the title bar's close button and the Escape key press, where there is one.
     Button *cancel = nullptr;
     /// Gets the focus at the next drawing.

@@ -1,0 +1,194 @@
+#include "operation/profile.hpp"
+
+#include "core/system_error.hpp"
+#include "core/text.hpp"
+#include "core/usage_error.hpp"
+
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace telvox::operation {
+
+namespace {
+
+/// A profile is some lines; whatever is longer was not meant.
+constexpr std::size_t largest_file = 65536;
+
+constexpr std::string_view first_line = "# Telvox-A Profil\n";
+
+/// One line without its end; false behind the last.
+bool read_line(std::istream &stream, std::string &line) {
+    if (!std::getline(stream, line))
+        return false;
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
+std::string option_name(std::string_view name) { return "--" + std::string(name); }
+
+/// The one dialog that has a name, nullptr if none has; several are refused.
+const Section *dialog_with(const std::string &name, const std::string &from) {
+    const Section *found = nullptr;
+    for (const Section &section : sections()) {
+        if (!find_option(section.options, option_name(name)))
+            continue;
+        if (found)
+            throw UsageError(from + "\"" + name + "\" gibt es mehrmals; es gehört hinter eine Zeile [" +
+                             found->name + "] oder [" + section.name + "]");
+        found = &section;
+    }
+    return found;
+}
+
+bool of_main_window(const std::string &name) {
+    return find_option(way_options(), name) || find_option(alarm_options(), name);
+}
+
+/// Reads one line after the other.
+class Reader {
+  public:
+    Reader(const std::string &source, const JobCommand *job) : source_(source), job_(job) {}
+
+    void take(const std::string &line) {
+        from_ = source_ + ", Zeile " + std::to_string(++number_) + ": ";
+        if (line.empty() || line.starts_with('#'))
+            return;
+        const auto equals = line.find('=');
+        if (line.starts_with('[') && line.ends_with(']'))
+            begin(line.substr(1, line.size() - 2));
+        else if (equals == std::string::npos)
+            throw UsageError(from_ + "\"" + line + "\" hat nicht die Form name=wert");
+        else
+            take(line.substr(0, equals), line.substr(equals + 1));
+    }
+    Profile profile;
+
+  private:
+    void begin(const std::string &name) {
+        section_ = find_section(name);
+        if (!section_)
+            throw UsageError(from_ + "den Abschnitt [" + name + "] gibt es nicht");
+    }
+
+    void take(const std::string &name, const std::string &value) {
+        if (!values_for(name).emplace(option_name(name), Given{value, from_ + name}).second)
+            throw UsageError(from_ + name + " ist doppelt angegeben");
+    }
+
+    Values &values_for(const std::string &name) {
+        if (section_) {
+            if (!find_option(section_->options, option_name(name)))
+                throw UsageError(from_ + "\"" + name + "\" gibt es nicht in [" + section_->name + "]");
+            return profile.dialogs[section_];
+        }
+        if (job_ ? find_option(*job_, option_name(name)) != nullptr : of_main_window(option_name(name)))
+            return profile.main;
+        if (job_)
+            throw UsageError(from_ + "\"" + name + "\" ist keine Angabe von " + job_->name);
+        if (const Section *dialog = dialog_with(name, from_))
+            return profile.dialogs[dialog];
+        throw UsageError(from_ + "\"" + name + "\" gibt es nicht");
+    }
+
+    const std::string &source_;
+    const JobCommand *job_;
+    const Section *section_ = nullptr;
+    std::string from_;
+    int number_ = 0;
+};
+
+/// Whether the user could reach a control, its window open.
+bool reachable(const Control &control) {
+    return control.enabled && control.visible && (!control.within || reachable(*control.within));
+}
+
+/// Whether what an option says can be said of the windows as they are.
+bool has_value(const Option &option, Desk &desk) {
+    if (option.format)
+        return true;
+    if (option.field)
+        return reachable(option.field(desk));
+    for (const Word &word : option.words)
+        if (const auto &button = dynamic_cast<const OptionButton &>(word.button(desk)); button.value)
+            return reachable(button);
+    return option.pick && reachable(option.pick->opens(desk)) && !value_of(option, desk).empty();
+}
+
+void append(std::string &text, std::span<const Option> options, const Values &values) {
+    for (const Option &option : options)
+        if (const auto found = values.find(option.name); found != values.end())
+            text += std::string(option.name).substr(2) + "=" + found->second.value + "\n";
+}
+
+} // namespace
+
+std::string profile_of_stream(std::istream &stream, const std::string &source) {
+    std::string text(largest_file + 1, '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(stream.gcount()));
+    if (stream.bad())
+        throw UsageError(source + " lässt sich nicht lesen");
+    if (text.size() > largest_file)
+        throw UsageError(source + " ist größer als 64 KB");
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.erase(0, 3);
+    if (text.find('\0') != std::string::npos || !valid_utf8(text))
+        throw UsageError(source + " ist kein Text (UTF-8)");
+    return text;
+}
+
+std::string profile_of_file(const std::string &path) {
+    const std::string source = "\"" + path + "\"";
+    const std::filesystem::path file_path(std::u8string(path.begin(), path.end()));
+    std::error_code error;
+    errno = 0;
+    std::ifstream file(file_path, std::ios::binary);
+    if (!file && errno == ENOENT)
+        throw UsageError(source + " gibt es nicht");
+    if (!file || std::filesystem::is_directory(file_path, error))
+        throw UsageError(source + " lässt sich nicht lesen. " + german_reason(file ? EISDIR : errno));
+    return profile_of_stream(file, source);
+}
+
+Profile parse_profile(const std::string &text, const std::string &source, const JobCommand *job) {
+    Reader reader(source, job);
+    std::istringstream lines(text);
+    for (std::string line; read_line(lines, line);)
+        reader.take(line);
+    return std::move(reader.profile);
+}
+
+Values values_of(std::span<const Option> options, Desk &desk, bool secrets) {
+    Values values;
+    for (const Option &option : options)
+        if ((!option.secret || secrets) && has_value(option, desk))
+            values[option.name] = {value_of(option, desk), option.name};
+    return values;
+}
+
+std::string profile_text(Desk &desk, const Profile &known, bool secrets) {
+    std::string text(first_line);
+    append(text, way_options(), values_of(way_options(), desk, secrets));
+    append(text, alarm_options(), values_of(alarm_options(), desk, secrets));
+    for (const Section &section : sections()) {
+        const auto in_profile = known.dialogs.find(&section);
+        Values values;
+        if (section.form(desk).was_open)
+            values = values_of(section.options, desk, secrets);
+        else if (in_profile != known.dialogs.end())
+            values = in_profile->second;
+        for (const Option &option : section.options)
+            if (option.secret && !secrets)
+                values.erase(option.name);
+        if (values.empty())
+            continue;
+        text += std::string("\n[") + section.name + "]\n";
+        append(text, section.options, values);
+    }
+    return text;
+}
+
+} // namespace telvox::operation
