@@ -60,7 +60,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
 void Telvox::connect_the_end() {
     FrmModem &main = desk.frmModem;
     main.cancel = &main.cbuBeenden;
-    main.cbuAbbrechen.clicked = [this] { sequencer_.cancel(); };
+    main.cbuAbbrechen.clicked = [this] { end_running(); };
     main.mnuBeenden.clicked = [&main] { main.cbuBeenden.clicked(); };
     main.cbuBeenden.clicked = [this] {
         if (!busy())
@@ -123,7 +123,8 @@ void Telvox::after_event() {
         desk.frmModem.unload();
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
-    desk.frmModem.show_progress(sequencer_.progress());
+    const Progress progress = sequencer_.progress();
+    desk.frmModem.show_progress(progress, sequencer_.busy() ? !progress.hangs_up : network_.busy());
     redraw();
     for (auto &[message, answered] : desk.outbox.take()) {
         recorder_.note(RecordLine::Kind::done, record_of(message));
@@ -277,8 +278,10 @@ void Telvox::process_ended(const ProcessEnd &end) {
 }
 
 void Telvox::cancel() {
-    event([&] { sequencer_.busy() ? sequencer_.cancel() : network_.cancel(); });
+    event([&] { end_running(); });
 }
+
+void Telvox::end_running() { sequencer_.busy() ? sequencer_.cancel() : network_.cancel(); }
 
 void Telvox::offer_port(int number) {
     event([&] {

@@ -105,6 +105,7 @@ class Telvox {
     void after_event();
     void record_choice(const ComboBox &list);
     void connect_the_end();
+    void end_running();
     void show_help(std::string_view topic);
     void leave();
 

@@ -67,8 +67,17 @@ Binder::Binder(Form &form, QWidget &window, Telvox &program)
     window_.setWindowTitle(form_.caption);
     window_.installEventFilter(this);
     for (Control *control : form_.controls())
-        if (!bind_to_action(*control) && !bind_to_widget(*control))
-            without_widget_ << control->name;
+        bind_by_name(*control);
+}
+
+void Binder::share(Control &control) {
+    shared_.push_back(&control);
+    bind_by_name(control);
+}
+
+void Binder::bind_by_name(Control &control) {
+    if (!bind_to_action(control) && !bind_to_widget(control))
+        without_widget_ << control.name;
 }
 
 bool Binder::bind_to_action(Control &control) {
@@ -313,11 +322,15 @@ bool Binder::close_window() {
 
 QStringList Binder::mismatches() const {
     QStringList names = without_widget_;
+    const auto shared = [this](const QString &name) {
+        return std::any_of(shared_.begin(), shared_.end(),
+                           [&](auto *control) { return name == control->name; });
+    };
     const auto check = [&](const QObject *object) {
         const QString name = object->objectName();
         const bool within_a_widget =
             name.startsWith("qt_") || (object->parent() && object->parent()->objectName().startsWith("qt_"));
-        if (!name.isEmpty() && !within_a_widget && !form_.find(name.toStdString()))
+        if (!name.isEmpty() && !within_a_widget && !form_.find(name.toStdString()) && !shared(name))
             names << name;
     };
     constexpr const char *kinds[] = {"QAbstractButton", "QLabel",       "QLineEdit", "QComboBox",

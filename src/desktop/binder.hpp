@@ -47,6 +47,9 @@ class Binder final : public QObject {
   public:
     Binder(Form &form, QWidget &window, Telvox &program);
 
+    /// Shows a control of another form in this window as well.
+    void share(Control &control);
+
     /// Gives every widget its control's values. What has not changed is not touched, so a cursor, a
     /// selection, or a text that is being composed stays.
     void draw();
@@ -58,6 +61,7 @@ class Binder final : public QObject {
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
+    void bind_by_name(Control &control);
     bool bind_to_action(Control &control);
     bool bind_to_widget(Control &control);
     template <class Kind, class Widget> bool bind_as(Control &control);
@@ -97,6 +101,7 @@ class Binder final : public QObject {
     QWidget &window_;
     Telvox &program_;
     std::vector<std::function<void()>> drawers_;
+    std::vector<const Control *> shared_;
     QStringList without_widget_;
     bool drawing_ = false;
     const QListWidget *choosing_ = nullptr; ///< the user chooses in it; it is drawn when that is through

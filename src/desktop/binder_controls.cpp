@@ -17,6 +17,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QStylePainter>
 #include <QTabWidget>
 #include <QToolTip>
 
@@ -41,6 +42,22 @@ int selected_row(const QListWidget &list) {
     const auto selected = list.selectionModel()->selectedRows();
     return selected.isEmpty() ? -1 : selected.front().row();
 }
+
+/// Takes the width that there is: a longer text ends in "…", so that no window grows with it.
+class ElidedLabel final : public QLabel {
+  public:
+    explicit ElidedLabel(QWidget *parent) : QLabel(parent) {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        give_width(*this, 8);
+    }
+
+  protected:
+    void paintEvent(QPaintEvent *) override {
+        QStylePainter painter(this);
+        painter.drawItemText(rect(), static_cast<int>(alignment()), palette(), isEnabled(),
+                             fontMetrics().elidedText(text(), Qt::ElideRight, width()), foregroundRole());
+    }
+};
 
 } // namespace
 
@@ -256,8 +273,7 @@ void Binder::bind(ProgressBar &control, QProgressBar &widget) {
 }
 
 void Binder::bind(StatusPanel &control, QStatusBar &widget) {
-    auto *panel = new QLabel(&widget);
-    panel->setTextFormat(Qt::PlainText);
+    auto *panel = new ElidedLabel(&widget);
     widget.addWidget(panel, 1);
     drawers_.emplace_back([&control, panel] {
         show(*panel, &QLabel::text, &QLabel::setText, text_of(control.text));

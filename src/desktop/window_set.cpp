@@ -17,15 +17,16 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
-#include <QLayout>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <string_view>
 #include <utility>
@@ -44,24 +45,51 @@ template <class Design, class Window> QWidget *make(QWidget *parent) {
     return window;
 }
 
-/// The main window's status bar has the running job's progress at its right, which a design cannot place
-/// there.
+/// A status bar has the running job's progress at its right, and the button that ends it, which a design
+/// cannot place there. Their place stays free while no job runs, so that no window grows when one begins.
+void add_progress(QStatusBar &bar) {
+    const auto add = [&bar](QWidget *widget, const char *name, int width) {
+        widget->setObjectName(name);
+        widget->setMinimumWidth(width);
+        QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+        bar.addPermanentWidget(widget);
+    };
+    const auto width_of = [&bar](const char *text) { return bar.fontMetrics().horizontalAdvance(text); };
+    auto *step = new QLabel(&bar);
+    step->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    add(step, "lblSchritt", width_of("Schritt 00 von 00, noch 00 s"));
+    auto *progress = new QProgressBar(&bar);
+    progress->setTextVisible(false);
+    progress->setMaximumWidth(width_of("0000000000"));
+    add(progress, "pzbSchritt", 0);
+    auto *cancel = new QPushButton(&bar);
+    // A shortcut of the button itself would go with the next text that it gets.
+    auto *escape = new QShortcut(Qt::Key_Escape, cancel, [cancel] { cancel->click(); });
+    escape->setAutoRepeat(false);
+    cancel->setFocusPolicy(Qt::NoFocus); // it comes and goes; the focus stays where the user left it
+    add(cancel, "cbuAbbrechen", 0);
+}
+
 QWidget *make_main(QWidget *parent) {
     QWidget *window = make<Ui::frmModem, QMainWindow>(parent);
-    QStatusBar *bar = static_cast<QMainWindow *>(window)->statusBar();
-    const auto add = [bar](QWidget *widget, const char *name) {
-        widget->setObjectName(name);
-        bar->addPermanentWidget(widget);
-    };
-    add(new QLabel(bar), "lblSchritt");
-    auto *progress = new QProgressBar(bar);
-    progress->setTextVisible(false);
-    progress->setFixedWidth(8 * progress->fontMetrics().horizontalAdvance("00"));
-    add(progress, "pzbSchritt");
-    auto *cancel = new QPushButton(bar);
-    cancel->setShortcut(Qt::Key_Escape);
-    cancel->setFocusPolicy(Qt::NoFocus); // it comes and goes; the focus stays where the user left it
-    add(cancel, "cbuAbbrechen");
+    add_progress(*static_cast<QMainWindow *>(window)->statusBar());
+    return window;
+}
+
+/// A dialog over which a job can run. While it is open no other window takes clicks and keys, so it has a
+/// status bar of its own.
+template <class Design> QWidget *make_with_status(QWidget *parent) {
+    QWidget *window = make<Design, QDialog>(parent);
+    auto *bar = new QStatusBar(window);
+    bar->setObjectName("StatusBar");
+    bar->setSizeGripEnabled(false);
+    add_progress(*bar);
+    if (auto *grid = qobject_cast<QGridLayout *>(window->layout()))
+        grid->addWidget(bar, grid->rowCount(), 0, 1, -1);
+    else
+        window->layout()->addWidget(bar);
     return window;
 }
 
@@ -71,19 +99,19 @@ struct Maker {
 };
 constexpr Maker makers[] = {
     {"frmModem", make_main},
-    {"frmPin", make<Ui::frmPin, QDialog>},
-    {"frmMSN", make<Ui::frmMSN, QDialog>},
-    {"frmAnschlussart", make<Ui::frmAnschlussart, QDialog>},
-    {"frmGSM_Status", make<Ui::frmGSM_Status, QDialog>},
-    {"frmEthernet", make<Ui::frmEthernet, QDialog>},
-    {"frmGateway", make<Ui::frmGateway, QDialog>},
-    {"frmEinstellungen", make<Ui::frmEinstellungen, QDialog>},
-    {"frmIPoEthernet", make<Ui::frmIPoEthernet, QDialog>},
+    {"frmPin", make_with_status<Ui::frmPin>},
+    {"frmMSN", make_with_status<Ui::frmMSN>},
+    {"frmAnschlussart", make_with_status<Ui::frmAnschlussart>},
+    {"frmGSM_Status", make_with_status<Ui::frmGSM_Status>},
+    {"frmEthernet", make_with_status<Ui::frmEthernet>},
+    {"frmGateway", make_with_status<Ui::frmGateway>},
+    {"frmEinstellungen", make_with_status<Ui::frmEinstellungen>},
+    {"frmIPoEthernet", make_with_status<Ui::frmIPoEthernet>},
     {"frmService_Center", make<Ui::frmService_Center, QDialog>},
     {"frmServicenummer", make<Ui::frmServicenummer, QDialog>},
     {"frmAbout", make<Ui::frmAbout, QDialog>},
-    {"frmGPRS", make<Ui::frmGPRS, QDialog>},
-    {"frmIPT", make<Ui::frmIPT, QDialog>},
+    {"frmGPRS", make_with_status<Ui::frmGPRS>},
+    {"frmIPT", make_with_status<Ui::frmIPT>},
 };
 
 /// Height that a dialog's fields ask for at the moment. The main window keeps its own: its buttons must not
@@ -160,6 +188,9 @@ WindowSet::Made &WindowSet::made(Form &form) {
             made.window = maker.make(parent);
     made.binder = new Binder(form, *made.window, program_);
     made.binder->setParent(made.window);
+    if (parent && made.window->findChild<QStatusBar *>())
+        for (Control *control : program_.desk.frmModem.status_controls())
+            made.binder->share(*control);
     made.binder->draw();
     return made_[&form] = made;
 }

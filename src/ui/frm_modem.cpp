@@ -102,7 +102,7 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
         "Fragt das Gerät am Kabel, welches Telvox-A es ist. Am Gerät wird nichts verändert.";
     cbuTest.tool_tip = "Zum testen der Alarmmeldung auf dieses Button klicken";
 
-    lblSchritt.visible = pzbSchritt.visible = cbuAbbrechen.visible = false;
+    show_progress({}, false);
     pzbSchritt.spoken_name = "Fortschritt";
     cbuAbbrechen.tool_tip = "Beendet den laufenden Vorgang (Esc); eine Verbindung wird getrennt.";
     optDirektverbindung.choose();
@@ -247,9 +247,10 @@ void FrmModem::prz_Eingaben_aktivieren() {
     lblPasswort.enabled = lblService_Center.enabled = tboService_Center.enabled = true;
 }
 
-void FrmModem::show_progress(const Progress &progress) {
-    const bool runs = progress.step != 0 && !progress.hangs_up;
-    lblSchritt.visible = pzbSchritt.visible = cbuAbbrechen.visible = runs;
+void FrmModem::show_progress(const Progress &progress, bool can_be_ended) {
+    const bool runs = can_be_ended && progress.step != 0;
+    cbuAbbrechen.visible = can_be_ended;
+    lblSchritt.visible = pzbSchritt.visible = runs;
     pzbSchritt.maximum = progress.steps;
     pzbSchritt.value = progress.step;
     if (!runs)

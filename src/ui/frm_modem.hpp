@@ -5,6 +5,8 @@
 #include "sequencer/progress.hpp"
 #include "ui/form.hpp"
 
+#include <array>
+
 namespace telvox {
 
 /// The main window: device variant, connection way, what is to be written, and the jobs' buttons.
@@ -22,8 +24,12 @@ class FrmModem : public Form {
     /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too.
     void prz_Eingaben_aktivieren();
 
-    /// Shows how far the running job is, and whether it can still be ended.
-    void show_progress(const Progress &progress);
+    /// Shows how far the running job is, and the button that ends it if there is something to end.
+    void show_progress(const Progress &progress, bool can_be_ended);
+    /// What the status bar shows; every dialog has one too.
+    [[nodiscard]] std::array<Control *, 4> status_controls() {
+        return {&StatusBar, &lblSchritt, &pzbSchritt, &cbuAbbrechen};
+    }
 
     /// Updates what is computed from the fields: the characters left for the alarm text, and what is
     /// known of the chosen port.
