@@ -95,6 +95,11 @@ template <class Handler> void Telvox::event(Handler &&handler) {
         handler();
         for (Form *form : desk.forms)
             form->compute();
+        if (!std::exchange(following_, true)) {
+            for (const auto &follower : followers)
+                follower();
+            following_ = false;
+        }
     }
     if (depth_ == 0)
         after_event();
@@ -104,11 +109,15 @@ void Telvox::together(const std::function<void()> &events) { event(events); }
 
 void Telvox::rehearse(const std::function<void()> &events) {
     struct Rehearsal {
-        explicit Rehearsal(Telvox &of) : program(of) { program.recorder_.pause(true); }
+        explicit Rehearsal(Telvox &of) : program(of) {
+            program.recorder_.pause(true);
+            program.following_ = true;
+        }
         ~Rehearsal() {
             before.restore();
             (void)program.desk.outbox.take();
             program.recorder_.pause(false);
+            program.following_ = false;
         }
         Telvox &program;
         const Snapshot before{program.desk};

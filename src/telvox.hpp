@@ -95,6 +95,9 @@ class Telvox {
 
     [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
 
+    /// Run after each event's handler, before anything is drawn; events that they cause are part of it.
+    std::vector<std::function<void()>> followers;
+
     Desk desk;
     /// What went over the line since the program started.
     [[nodiscard]] Recorder &record() { return recorder_; }
@@ -114,8 +117,9 @@ class Telvox {
     Link link_;
     Sequencer sequencer_;
     NetworkTools network_;
-    int depth_ = 0;        ///< events that are happening, one within the other
-    bool leaving_ = false; ///< the program ends as soon as the session is idle
+    int depth_ = 0;          ///< events that are happening, one within the other
+    bool following_ = false; ///< a follower runs, or must not
+    bool leaving_ = false;   ///< the program ends as soon as the session is idle
     bool gone_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
+#include "operation/profiles.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -20,24 +21,29 @@ using namespace telvox;
 
 struct Call {
     CommonOptions options;
+    std::string profile;
     bool help = false;
 };
 
 Call parse(Arguments arguments) {
     Call call;
     while (arguments.next()) {
-        if (arguments.name() == "--help")
+        if (arguments.name() == "--help") {
             call.help = true;
-        else if (!take_common_option(arguments, call.options))
+        } else if (arguments.name() == "--profil") {
+            arguments.once();
+            call.profile = arguments.value();
+        } else if (!take_common_option(arguments, call.options)) {
             arguments.refuse();
+        }
     }
     return call;
 }
 
-int run(QApplication &application, const CommonOptions &options) {
-    QtPorts ports(options);
+int run(QApplication &application, const Call &call) {
+    QtPorts ports(call.options);
     desktop::QtMessageBoxes boxes;
-    const DataFolders folders = data_folders(options);
+    const DataFolders folders = data_folders(call.options);
     desktop::HelpWindow help(folders.lists);
     Telvox::Ports given = ports.for_program(boxes);
     given.help = &help;
@@ -52,7 +58,10 @@ int run(QApplication &application, const CommonOptions &options) {
         program.Form_Unload();
         QCoreApplication::quit();
     };
+    operation::Profiles profiles(program, ports.scan);
     windows.draw();
+    if (!call.profile.empty())
+        profiles.open(call.profile);
     return application.exec();
 }
 
@@ -72,7 +81,9 @@ int main(int argc, char **argv) {
         return 0;
     }
     if (call.help) {
-        std::printf("Aufruf: telvox [Optionen]\n\n%s", common_options_help().c_str());
+        std::printf("Aufruf: telvox [Optionen]\n\n%s%s",
+                    help_line("--profil DATEI", "füllt das Fenster mit einem Profil").c_str(),
+                    common_options_help().c_str());
         return 0;
     }
     if (!os::has_display()) {
@@ -90,5 +101,5 @@ int main(int argc, char **argv) {
         if (german.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
             QApplication::installTranslator(&german);
     });
-    return run(application, call.options);
+    return run(application, call);
 }

@@ -109,8 +109,11 @@ bool reachable(const Control &control) {
 bool has_value(const Option &option, Desk &desk) {
     if (option.format)
         return true;
-    if (option.field)
-        return reachable(option.field(desk));
+    if (option.field) {
+        const Control &field = option.field(desk);
+        const auto *list = dynamic_cast<const ComboBox *>(&field);
+        return reachable(field) && !(list && !list->editable && list->text.empty());
+    }
     for (const Word &word : option.words)
         if (const auto &button = dynamic_cast<const OptionButton &>(word.button(desk)); button.value)
             return reachable(button);

@@ -76,6 +76,11 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     chkAmt.clicked = [this] { tboAmt.enabled = chkAmt.value; };
     chkPasswort.clicked = [this] { chkPasswort_Click(); };
 
+    mnuProfil_oeffnen.keys = "Ctrl+O";
+    mnuProfil_speichern.keys = "Ctrl+S";
+    for (MenuEntry *entry : {&mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3,
+                             &mnuProfil4, &mnuProfil5})
+        entry->recorded = false; // what they fill in is
     mnuProtokoll.keys = "Ctrl+P";
     mnuProtokoll.recorded = false;
     mnuBeenden.keys = "Ctrl+Q";
@@ -127,6 +132,23 @@ ModemType FrmModem::modem_type() const {
 
 OptionButton &FrmModem::option_of(ModemType type) {
     return this->*type_options[static_cast<std::size_t>(type)];
+}
+
+std::vector<Control *> FrmModem::inputs() {
+    const Control *const all[] = {&fraModemart,   &fraVerbindungsart, &fraEmpfaenger,   &fraService_Center,
+                                  &fraAlarm_Ziel, &fraPasswort,       &mnuISDN,         &mnuGSM,
+                                  &mnuEthernet,   &lblAlarmmeldung,   &tboAlarmmeldung, &cbuParametrieren,
+                                  &cbuTest,       &cbuAlarm_aus};
+    std::vector<Control *> found;
+    for (Control *control : controls()) {
+        const Control *outermost = control;
+        while (outermost->within)
+            outermost = outermost->within;
+        if (control != &cobSchnittstelle && control != &cobModem_Port &&
+            std::find(std::begin(all), std::end(all), outermost) != std::end(all))
+            found.push_back(control);
+    }
+    return found;
 }
 
 void FrmModem::choose_variant(const Variant &variant) {
@@ -228,7 +250,7 @@ void FrmModem::enable_service_fields(bool on) {
 void FrmModem::prz_Eingaben_deaktivieren() {
     fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = false;
     fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = false;
-    tboAlarmmeldung.enabled = false;
+    tboAlarmmeldung.enabled = mnuProfil_oeffnen.enabled = mnuZuletzt.enabled = false;
     cbuAlarm_aus.enabled = cbuParametrieren.enabled = cbuTest.enabled = false;
 }
 
@@ -236,6 +258,8 @@ void FrmModem::prz_Eingaben_aktivieren() {
     fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = true;
     fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = true;
     tboAlarmmeldung.enabled = cbuParametrieren.enabled = true;
+    mnuProfil_oeffnen.enabled = true;
+    mnuZuletzt.enabled = mnuProfil1.visible;
     if (optGPRS.value) {
         if (!optFernverbindung.value)
             cbuAlarm_aus.enabled = true;

@@ -31,11 +31,23 @@ class FrmModem : public Form {
         return {&StatusBar, &lblSchritt, &pzbSchritt, &cbuAbbrechen};
     }
 
+    /// The controls that hold what is entered, with all that depends on it, but not the port lists: those
+    /// hold what this computer has.
+    [[nodiscard]] std::vector<Control *> inputs();
+
     /// Updates what is computed from the fields: the characters left for the alarm text, and what is
     /// known of the chosen port.
     void compute() override;
 
     MenuEntry mnuDatei{*this, "mnuDatei", "&Datei"};
+    MenuEntry mnuProfil_oeffnen{*this, "mnuProfil_oeffnen", "Profil &öffnen…", &mnuDatei};
+    MenuEntry mnuProfil_speichern{*this, "mnuProfil_speichern", "Profil &speichern…", &mnuDatei};
+    MenuEntry mnuZuletzt{*this, "mnuZuletzt", "&Zuletzt verwendet", &mnuDatei};
+    MenuEntry mnuProfil1{*this, "mnuProfil1", {}, &mnuZuletzt};
+    MenuEntry mnuProfil2{*this, "mnuProfil2", {}, &mnuZuletzt};
+    MenuEntry mnuProfil3{*this, "mnuProfil3", {}, &mnuZuletzt};
+    MenuEntry mnuProfil4{*this, "mnuProfil4", {}, &mnuZuletzt};
+    MenuEntry mnuProfil5{*this, "mnuProfil5", {}, &mnuZuletzt};
     TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
     MenuEntry mnuBeenden{*this, "mnuBeenden", "&Beenden", &mnuDatei};
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};

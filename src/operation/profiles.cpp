@@ -1,0 +1,169 @@
+#include "operation/profiles.hpp"
+
+#include "core/files.hpp"
+#include "core/system_error.hpp"
+#include "core/usage_error.hpp"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace telvox::operation {
+
+namespace {
+
+constexpr const char *filter = "Profile (*.telvox)";
+
+/// The entries of "Zuletzt verwendet".
+std::array<MenuEntry *, Remembered::most_profiles> recent_entries(FrmModem &main) {
+    return {&main.mnuProfil1, &main.mnuProfil2, &main.mnuProfil3, &main.mnuProfil4, &main.mnuProfil5};
+}
+
+std::string file_name(const std::string &path) { return text_of(path_of(path).filename()); }
+
+bool has_secret(const Profile &profile) {
+    const auto any = [](std::span<const Option> options, const Values &values) {
+        return std::any_of(options.begin(), options.end(), [&](const Option &option) {
+            const Given *given = option.secret ? find(values, option.name) : nullptr;
+            return given && !given->value.empty();
+        });
+    };
+    return any(way_options(), profile.main) ||
+           std::any_of(profile.dialogs.begin(), profile.dialogs.end(),
+                       [&](const auto &dialog) { return any(dialog.first->options, dialog.second); });
+}
+
+/// "&" before a digit is the entry's key; in a file's name it is just a character.
+std::string menu_caption(std::size_t number, std::string name) {
+    for (std::size_t at = 0; (at = name.find('&', at)) != std::string::npos; at += 2)
+        name.insert(at, 1, '&');
+    return "&" + std::to_string(number) + " " + name;
+}
+
+} // namespace
+
+Profiles::Profiles(Telvox &program, PortScan &ports)
+    : program_(program),
+      desk_(program.desk),
+      operator_(program, ports),
+      start_(program.desk.frmModem.inputs()) {
+    FrmModem &main = desk_.frmModem;
+    main.mnuProfil_oeffnen.clicked = [this] { ask_to_open(); };
+    main.mnuProfil_speichern.clicked = [this] { ask_to_save(); };
+    const auto entries = recent_entries(main);
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        entries[i]->clicked = [this, i] { open(std::string(desk_.remembered.profiles.at(i))); };
+    program.followers.emplace_back([this] { follow_dialogs(); });
+    show_recent();
+}
+
+void Profiles::ask_to_open() {
+    desk_.files.ask({.title = "Profil öffnen", .filter = filter}, [this](const FileAnswer &answer) {
+        if (!answer.path.empty())
+            open(answer.path);
+    });
+}
+
+void Profiles::ask_to_save() {
+    desk_.files.ask({.title = "Profil speichern",
+                     .filter = filter,
+                     .saves = true,
+                     .suggested = path_.empty() ? "" : file_name(path_),
+                     .tick = "Passwörter, Schlüssel und PIN mit speichern (für jeden lesbar)"},
+                    [this](const FileAnswer &answer) {
+                        if (!answer.path.empty())
+                            save(answer.path, answer.ticked);
+                    });
+}
+
+void Profiles::open(const std::string &path) {
+    try {
+        std::error_code error;
+        if (std::filesystem::exists(path_of(path), error) &&
+            !std::filesystem::is_regular_file(path_of(path), error))
+            throw UsageError("\"" + path + "\" ist keine Datei");
+        Profile profile = parse_profile(profile_of_file(path), file_name(path));
+        check(profile);
+        program_.together([&] { fill_main_window(profile); });
+        take_over(std::move(profile), path, "geöffnet");
+    } catch (const UsageError &failure) {
+        program_.together(
+            [&] { desk_.outbox.show(std::string("Das Profil wurde nicht geöffnet.\r") + failure.what()); });
+    }
+}
+
+void Profiles::save(const std::string &path, bool secrets) {
+    const std::string text = profile_text(desk_, profile_, secrets);
+    if (const int error = replace_file(path_of(path), text); error != 0)
+        return desk_.outbox.show("Das Profil konnte nicht gespeichert werden.\r" + german_reason(error));
+    take_over(parse_profile(text, file_name(path)), path, "gespeichert");
+}
+
+void Profiles::check(const Profile &profile) {
+    program_.rehearse([&] {
+        fill_main_window(profile);
+        for (const auto &[section, values] : profile.dialogs) {
+            section->form(desk_).load();
+            operator_.fill(section->options, values);
+        }
+    });
+}
+
+void Profiles::fill_main_window(const Profile &profile) {
+    if (find(profile.main, "--typ")) {
+        start_.restore();
+        desk_.frmModem.optDirektverbindung.choose(); // unlocks the port list that goes with it
+        for (std::string Session::*code : {&Session::strSMS_Protokoll, &Session::strSMS_Protokoll_ISDN,
+                                           &Session::strSMS_Protokoll_ISDN_fern})
+            (desk_.session.*code).clear();
+    }
+    operator_.fill_main_window(profile.main);
+}
+
+void Profiles::follow_dialogs() {
+    for (const Section &section : sections()) {
+        const bool open = section.form(desk_).open, was_open = open_.contains(&section);
+        if (open == was_open)
+            continue;
+        if (!open)
+            open_.erase(&section);
+        else
+            open_.insert(&section);
+        if (path_.empty())
+            continue;
+        if (!open)
+            profile_.dialogs[&section] = values_of(section.options, desk_, secrets_);
+        else if (const auto values = profile_.dialogs.find(&section); values != profile_.dialogs.end())
+            operator_.fill(section.options, values->second);
+    }
+}
+
+void Profiles::take_over(Profile profile, const std::string &path, const std::string &what_happened) {
+    secrets_ = has_secret(profile);
+    profile_ = std::move(profile);
+    path_ = path;
+    std::vector<std::string> &recent = desk_.remembered.profiles;
+    std::erase(recent, path);
+    recent.insert(recent.begin(), path);
+    recent.resize(std::min(recent.size(), Remembered::most_profiles));
+    write_remembered(desk_.folders.settings, desk_.remembered);
+    program_.together([&] {
+        show_recent();
+        desk_.status("Profil \"" + file_name(path) + "\" " + what_happened);
+    });
+}
+
+void Profiles::show_recent() {
+    const std::vector<std::string> &recent = desk_.remembered.profiles;
+    const auto entries = recent_entries(desk_.frmModem);
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        entries[i]->visible = i < recent.size();
+        if (i < recent.size()) {
+            entries[i]->caption = menu_caption(i + 1, file_name(recent[i]));
+            entries[i]->tool_tip = recent[i];
+        }
+    }
+    desk_.frmModem.mnuZuletzt.enabled = !recent.empty();
+}
+
+} // namespace telvox::operation

@@ -1,0 +1,180 @@
+// Profiles: what is saved comes back, what is wrong changes nothing, dialogs get and keep their part.
+
+#include "cli/call.hpp"
+#include "core/files.hpp"
+#include "operation/profiles.hpp"
+#include "rig/rig.hpp"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace telvox::test {
+namespace {
+
+using operation::Profiles;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A program with its profiles and a folder for them.
+struct Desktop {
+    Desktop() { std::filesystem::create_directories(folder); }
+    ~Desktop() { std::filesystem::remove_all(folder); }
+
+    std::string write(const std::string &text) {
+        std::ofstream(folder / "p.telvox", std::ios::binary) << text;
+        return text_of(folder / "p.telvox");
+    }
+    std::string saved(bool secrets = false) {
+        profiles.save(text_of(folder / "s.telvox"), secrets);
+        std::ostringstream text;
+        text << std::ifstream(folder / "s.telvox", std::ios::binary).rdbuf();
+        return text.str();
+    }
+    template <class Kind> Kind &control(const char *form, const char *name) {
+        for (Form *candidate : desk.forms)
+            if (candidate->name == std::string_view(form))
+                return *candidate->find<Kind>(name);
+        throw std::invalid_argument(name);
+    }
+
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_profile_test";
+    Rig rig{{folder, {SHARE}}};
+    Telvox &program = rig.program;
+    Desk &desk = program.desk;
+    Profiles profiles{program, rig.scan};
+};
+
+TEST(Profile, ComesBackAsItWasSaved) {
+    const char *const profiles[] = {
+        "typ=analog\nverbindung=fern\nmodemanschluss=COM 6\nrufnummer-modem=0541123\n"
+        "passwort=geheim\ncom-direkt=1200,e,7,2\ncom-fern=9600,n,8,1\nnachricht=fax\nempfaenger=0171\namt=0\n"
+        "alarmtext=Pumpe \"Süd\" = 3 # steht\n",
+        "typ=isdn\nverbindung=direkt\nanbieter=Telekom SMS im Festnetz 0193010\nservice-center=0193010\n\n"
+        "[MSN]\nmsn=*\n\n[Anschlussart]\nanschlussart=punkt-zu-punkt\n",
+        "typ=gprs\nempfaenger=0049171\nservice-center=+491710760000\n\n[PIN]\npin=1234\n\n"
+        "[GPRS]\napn=internet.t-mobile\nppp=pap\nbenutzer=b\nkennwort=k\nziel-ip=10.0.0.1\ncallback1=ip\n\n"
+        "[IP-Telemetrie]\ntelemetrie=ein\nbenutzer=anderer\nkennwort=kk\nverschleierung=aus\n",
+        "typ=ethernet\n\n[IP und Port]\nip=192.168.1.5\nport=80\n\n[Gateway]\nip=192.168.1.6\n"
+        "gateway=192.168.1.1\nnetzmaske=255.255.255.0\n\n[Netzwerk]\nneue-ip=192.168.1.7\nmac=00-1C-04\n",
+    };
+    for (const char *text : profiles) {
+        Desktop first;
+        first.profiles.open(first.write(text));
+        ASSERT_TRUE(first.rig.boxes.empty()) << first.rig.boxes[0].text;
+        for (const operation::Section &section : operation::sections())
+            if (auto &entry = dynamic_cast<MenuEntry &>(section.menu(first.desk)); entry.usable()) {
+                first.program.click(entry);
+                first.program.close(section.form(first.desk));
+            }
+        const std::string saved = first.saved(true);
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_THAT(saved, HasSubstr(line + "\n"));
+
+        Desktop second;
+        second.program.set(second.desk.frmModem.chkAmt, true);
+        second.program.enter(second.desk.frmModem.tboAmt, "9");
+        second.program.enter(second.desk.frmModem.tboAlarmmeldung, "von vorhin");
+        second.profiles.open(second.write(saved));
+        EXPECT_EQ(second.saved(true), saved) << "nothing of what stood there before is left";
+    }
+}
+
+TEST(Profile, SaysWhichLineIsWrongAndFillsNothing) {
+    const struct {
+        std::string text, because;
+    } cases[] = {
+        {"typ=gsm\nempfänger=1\n", "p.telvox, Zeile 2: \"empfänger\" gibt es nicht"},
+        {"typ=gsm\r\nempfaenger=12a\r\n", "p.telvox, Zeile 2: empfaenger: nur Ziffern"},
+        {"# nichts\n\ntyp=gsm2\n", "Zeile 3: typ: \"gsm2\" gibt es nicht (analog,"},
+        {"typ=ethernet\nempfaenger=12\n", "Zeile 2: empfaenger gibt es nicht mit --typ ethernet"},
+        {"alarmtext\n", "Zeile 1: \"alarmtext\" hat nicht die Form name=wert"},
+        {"alarmtext=a\nalarmtext=b\n", "Zeile 2: alarmtext ist doppelt"},
+        {"alarmtext=a\n[GPRS]\nmsn=1\n", "Zeile 3: \"msn\" gibt es nicht in [GPRS]"},
+        {"[GPSR]\n", "den Abschnitt [GPSR] gibt es nicht"},
+        {"benutzer=a\n", "\"benutzer\" gibt es mehrmals; es gehört hinter eine Zeile [GPRS]"},
+        {"alarmtext=neu\n[GPRS]\nkeep-alive=x\n", "Zeile 3: keep-alive: nur Ziffern"},
+        {"alarmtext=neu\n[MSN]\nmsn=12a\n", "Zeile 3: msn: nur Ziffern und *"},
+        {"schnittstelle=17\n", "ist weder eine COM-Nummer"},
+        {std::string("typ=gsm\0", 8), "kein Text"},
+        {"typ=\xFF\n", "kein Text"},
+        {std::string(100'000, 'a'), "größer als 64 KB"},
+    };
+    Desktop desktop;
+    desktop.program.enter(desktop.desk.frmModem.tboAlarmmeldung, "alt");
+    const std::string before = operation::profile_text(desktop.desk, {}, true);
+    const std::string record = desktop.program.record().transcript();
+    for (const auto &[text, because] : cases) {
+        desktop.profiles.open(desktop.write(text));
+        ASSERT_EQ(desktop.rig.boxes.size(), 1U) << text;
+        EXPECT_THAT(desktop.rig.boxes[0].text,
+                    AllOf(HasSubstr("Das Profil wurde nicht geöffnet.\r"), HasSubstr(because)));
+        desktop.rig.boxes.clear();
+        EXPECT_EQ(operation::profile_text(desktop.desk, {}, true), before) << text;
+        EXPECT_EQ(desktop.desk.frmModem.cobSchnittstelle.items, std::vector<std::string>());
+    }
+    for (const char *path : {"/nonexistent/p.telvox", "/dev/zero", "/"}) {
+        desktop.profiles.open(path);
+        EXPECT_EQ(desktop.rig.boxes.size(), 1U) << path;
+        desktop.rig.boxes.clear();
+    }
+    EXPECT_TRUE(desktop.desk.remembered.profiles.empty());
+    EXPECT_THAT(desktop.program.record().transcript(),
+                HasSubstr(record.substr(0, record.rfind('\n', record.size() - 2))));
+}
+
+TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
+    Desktop desktop;
+    auto &apn = desktop.control<ComboBox>("frmGPRS", "cobAPN");
+    auto &password = desktop.control<TextBox>("frmGPRS", "tboPasswort");
+    const auto open = [&] { desktop.program.click(desktop.desk.frmModem.mnuGPRS_konfig); };
+    const auto close = [&] { desktop.program.close(desktop.desk.frmGPRS); };
+
+    desktop.profiles.open(desktop.write("typ=gprs\n[GPRS]\napn=eins\nppp=pap\nbenutzer=b\n"));
+    open();
+    EXPECT_EQ(apn.text, "eins");
+    desktop.program.select(apn, "zwei");
+    desktop.program.enter(password, "geheim");
+    close();
+    open();
+    EXPECT_EQ(apn.text, "zwei");
+    EXPECT_EQ(password.text, "") << "no secret is kept that nobody wanted to be kept";
+    desktop.program.enter(password, "geheim");
+    close();
+    EXPECT_THAT(desktop.saved(), AllOf(HasSubstr("apn=zwei\n"), Not(HasSubstr("geheim"))));
+    EXPECT_THAT(desktop.saved(true), HasSubstr("kennwort=geheim\n"));
+    EXPECT_EQ(desktop.desk.remembered.profiles.size(), 2U);
+    EXPECT_EQ(desktop.desk.frmModem.mnuProfil1.caption, "&1 s.telvox");
+    EXPECT_FALSE(desktop.desk.frmModem.mnuProfil3.visible);
+
+    // Without its [GPRS] the dialog opens as it does at the first time.
+    desktop.profiles.open(desktop.write("typ=gprs\n"));
+    open();
+    EXPECT_EQ(apn.text, Desktop().control<ComboBox>("frmGPRS", "cobAPN").text);
+}
+
+TEST(Profile, IsWhatTheCommandLineTakes) {
+    Desktop desktop;
+    const std::string file = desktop.write("typ=gprs\nschnittstelle=3\nalarmtext=x\n[GPRS]\nbenutzer=g\n"
+                                           "[IP-Telemetrie]\nbenutzer=i\n[PIN]\npin=1\n");
+    const struct {
+        const char *job, *option, *value;
+    } cases[] = {{"gprs-schreiben", "--benutzer", "g"},
+                 {"ipt-schreiben", "--benutzer", "i"},
+                 {"parametrieren", "--alarmtext", "x"},
+                 {"pin", "--pin", "1"}};
+    for (const auto &[job, option, value] : cases) {
+        cli::Call call = cli::parse_call({job, "--aus", file});
+        std::istringstream nothing;
+        cli::complete_call(call, nothing);
+        ASSERT_TRUE(call.find(option)) << job;
+        EXPECT_EQ(call.find(option)->value, value);
+        EXPECT_EQ(call.find("--typ")->value, "gprs");
+    }
+}
+
+} // namespace
+} // namespace telvox::test
