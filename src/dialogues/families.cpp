@@ -8,8 +8,8 @@
 namespace telvox {
 
 bool changes_device(std::string_view command) {
-    constexpr std::string_view harmless[] = {"ATI",  "ATQ",    "ATH",      "ATZ", "AT*E",
-                                             "AT*V", "AT+CSQ", "AT**EXIT", "quit"};
+    constexpr std::string_view harmless[] = {"ATI",  "ATO",  "ATQ",    "ATH",      "ATZ",
+                                             "AT*E", "AT*V", "AT+CSQ", "AT**EXIT", "quit"};
     return !command.ends_with('?') && std::none_of(std::begin(harmless), std::end(harmless),
                                                    [&](auto start) { return command.starts_with(start); });
 }

@@ -29,6 +29,8 @@ struct Memory {
     bool point_to_point = false;
     bool saved = true; ///< false from a change until the command that saves
     int alarms = 0;    ///< alarm messages sent
+
+    bool operator==(const Memory &) const = default;
 };
 
 /// What of a serial format a device takes over from whoever addresses it.

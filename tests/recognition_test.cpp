@@ -1,0 +1,213 @@
+// "Erkennen" against the simulated devices: every variant in every format in which one is left, and what is
+// no Telvox-A. Whatever it is, it stays as it was.
+
+#include "rig/bench.hpp"
+
+#include "dialogues/families.hpp"
+#include "simulator/analog.hpp"
+#include "simulator/cable.hpp"
+#include "simulator/ethernet.hpp"
+#include "simulator/gprs.hpp"
+#include "simulator/gsm.hpp"
+#include "simulator/isdn.hpp"
+
+#include <gmock/gmock.h>
+#include <random>
+#include <set>
+
+namespace telvox::test {
+namespace {
+
+using simulator::Generation;
+using testing::HasSubstr;
+using testing::IsSubsetOf;
+
+/// Commands that ask and change nothing, and the escape of a module in its data mode.
+const std::set<std::string> questions = {"AT**TIME?\r", "AT**IMEI?\r", "ATI\r", "ATI0\r",
+                                         "ATI1\r",      "+++",         "ATO\r"};
+
+/// One search at a far end.
+struct Search {
+    explicit Search(simulator::Device &far, const std::string &format = {}) : bench(far) {
+        Rig &rig = bench.rig;
+        Telvox &p = rig.program;
+        rig.free_ports = {2};
+        rig.choose_cable_port(2);
+        if (!format.empty())
+            p.desk.session.strCOMparameter_direkt = format;
+        rig.on_output = [this, on = rig.on_output](std::string_view bytes) {
+            sent.emplace(bytes);
+            on(bytes);
+        };
+        rig.turn_to(milliseconds{60'000}); // the device has started
+        p.click(bench.f.cbuErkennen);
+        bench.run(milliseconds{300'000});
+        took = rig.now - milliseconds{60'000};
+        EXPECT_FALSE(p.busy() || rig.port.is_open);
+        EXPECT_EQ(rig.boxes.size(), 1u);
+        box = rig.boxes.empty() ? "" : rig.boxes[0].text;
+        EXPECT_THAT(sent, IsSubsetOf(questions));
+    }
+
+    Bench bench;
+    std::set<std::string> sent;
+    std::string box;
+    milliseconds took{0};
+};
+
+TEST(Recognition, FindsEveryVariantInEveryUsualFormatAndChangesNothing) {
+    struct Kind {
+        const char *name;
+        OptionButton FrmModem::*option;
+        std::shared_ptr<simulator::Unit> (*unit)();
+        bool adapts = false; ///< answers in whatever format it is asked
+    };
+    const Kind kinds[] = {
+        {"Analog", &FrmModem::optAnalog,
+         []() -> std::shared_ptr<simulator::Unit> { return std::make_shared<simulator::Analog>(); }, true},
+        {"ISDN", &FrmModem::optISDN,
+         []() -> std::shared_ptr<simulator::Unit> { return std::make_shared<simulator::Isdn>(); }},
+        {"GSM", &FrmModem::optGSM,
+         []() -> std::shared_ptr<simulator::Unit> {
+             return std::make_shared<simulator::Gsm>(Generation::newer);
+         }},
+        {"GSM", &FrmModem::optGSM,
+         []() -> std::shared_ptr<simulator::Unit> {
+             return std::make_shared<simulator::Gsm>(Generation::older);
+         }},
+        {"GPRS", &FrmModem::optGPRS,
+         []() -> std::shared_ptr<simulator::Unit> { return std::make_shared<simulator::Gprs>(); }},
+        {"GPRS", &FrmModem::optGPRS,
+         []() -> std::shared_ptr<simulator::Unit> {
+             auto unit = std::make_shared<simulator::Gprs>();
+             unit->go_online();
+             return unit;
+         }},
+        {"Ethernet", &FrmModem::optEthernet,
+         []() -> std::shared_ptr<simulator::Unit> {
+             return std::make_shared<simulator::Ethernet>("00-05-B6-00-1C-04");
+         }},
+    };
+    const char *formats[] = {"2400,e,8,1", "9600,n,8,1", "19200,n,8,1", "38400,n,8,1",
+                             "9600,e,8,1", "4800,e,8,1", "1200,e,8,1"};
+    for (const Kind &kind : kinds)
+        for (const std::string format : formats)
+            for (const bool direct : {true, false}) {
+                const auto unit = kind.unit();
+                unit->set_format(*parse_format(format));
+                unit->memory.recipient = "01711234567";
+                const simulator::Memory before = unit->memory;
+                const bool online = unit->online;
+                simulator::Cable cable(unit);
+                const std::string asked = direct ? format : "300,o,7,1";
+                const Search search(cable, asked);
+                const std::string case_name = std::string(kind.name) + " " + format;
+                EXPECT_EQ(search.box, std::string("Telvox-A ") + kind.name + " an COM 2, " +
+                                          (kind.adapts ? asked : format))
+                    << case_name;
+                EXPECT_TRUE((search.bench.f.*kind.option).value) << case_name;
+                EXPECT_EQ(unit->memory, before) << case_name;
+                EXPECT_EQ(unit->online, online && kind.option != &FrmModem::optEthernet) << case_name;
+                EXPECT_LE(search.took, milliseconds{direct ? 10'000 : 80'000}) << case_name;
+                EXPECT_EQ(search.bench.rig.program.desk.session.strCOMparameter_direkt,
+                          kind.adapts ? asked : format);
+            }
+}
+
+/// A far end that is no Telvox-A: answers at once what it hears, or talks without being asked.
+struct Stranger final : simulator::Device {
+    using Time = simulator::Time;
+    using Answer = std::function<std::string(std::string_view)>;
+    explicit Stranger(Answer answer_to, bool always = false) : answer(std::move(answer_to)), talks(always) {}
+
+    void open(bool, Time) override {}
+    void format(const SerialFormat &, Time) override {}
+    void dtr(bool, Time) override {}
+    void receive(std::string_view bytes, Time now) override {
+        pending += answer(bytes);
+        due = now;
+    }
+    std::string transmit(Time now) override {
+        if (talks && now >= due) {
+            pending += answer({});
+            due = now + Time{100};
+        }
+        return std::exchange(pending, {});
+    }
+    bool carrier(Time) override { return false; }
+    [[nodiscard]] std::optional<Time> next() const override {
+        return talks || !pending.empty() ? std::optional{due} : std::nullopt;
+    }
+
+    Answer answer;
+    bool talks;
+    Time due{0};
+    std::string pending;
+};
+
+constexpr const char *nobody = "Es konnte keine Verbindung zum Telvox-A hergestellt werden.\r"
+                               "Bitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das "
+                               "Gerät mit Spannung versorgt wird.";
+
+TEST(Recognition, SaysOfAStrangerWhatItIs) {
+    const auto echo = [](std::string_view bytes) { return std::string(bytes); };
+    struct Case {
+        Stranger far;
+        const char *box;
+        int seconds;
+    };
+    Case cases[] = {
+        {Stranger([](std::string_view) { return std::string(); }), nobody, 70},
+        {Stranger(echo), nobody, 70},
+        {Stranger([&](std::string_view bytes) { return echo(bytes) + "\r\nOK\r\n"; }),
+         "Es hat ein Gerät geantwortet, aber nicht wie ein Telvox-A.", 10},
+    };
+    for (Case &c : cases) {
+        const Search search(c.far);
+        EXPECT_EQ(search.box, c.box);
+        EXPECT_LE(search.took, std::chrono::seconds{c.seconds}) << c.box;
+        EXPECT_TRUE(search.bench.f.optAnalog.value) << "the choice stays";
+    }
+}
+
+TEST(Recognition, SeesNoDeviceInNoise) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        std::mt19937 random(seed);
+        Stranger far(
+            [&](std::string_view) {
+                std::string bytes(24, 0); // 100 ms at full speed
+                std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random()); });
+                return bytes;
+            },
+            true);
+        EXPECT_EQ(Search(far).box, nobody) << seed;
+    }
+}
+
+TEST(Recognition, IsAdvisedWhereADeviceAnswersAnotherVariantsFirstCheck) {
+    constexpr OptionButton FrmModem::*variants[] = {&FrmModem::optAnalog, &FrmModem::optISDN,
+                                                    &FrmModem::optGSM, &FrmModem::optGPRS,
+                                                    &FrmModem::optEthernet};
+    for (const auto variant : variants)
+        for (const bool answers : {true, false}) {
+            Stranger far([&](std::string_view) { return std::string(answers ? "\r\nERROR\r\n" : ""); });
+            Bench bench(far);
+            Telvox &p = bench.rig.program;
+            bench.fill_in(bench.f.*variant, false, "1");
+            p.click(bench.f.cbuParametrieren);
+            p.click(bench.f.mnuIPuPort);
+            p.enter(p.desk.frmEthernet.tboIP, "192.168.0.7");
+            if (!p.busy())
+                p.click(p.desk.frmEthernet.cbuEthernet_Konfigurieren);
+            bench.run(milliseconds{60'000});
+            ASSERT_EQ(bench.rig.boxes.size(), 1u);
+            EXPECT_EQ(bench.rig.boxes[0].text.ends_with(
+                          std::string("\r\rEs hat ein Gerät geantwortet, aber nicht wie ein Telvox-A ") +
+                          family_of(bench.f.modem_type()).name + ". 'Erkennen' stellt den Typ fest."),
+                      answers)
+                << bench.rig.boxes[0].text;
+        }
+}
+
+} // namespace
+} // namespace telvox::test
