@@ -358,6 +358,9 @@ TEST_F(CliProgram, PrintsWhatAQueryFoundOut) {
     EXPECT_EQ(result(), 0);
     EXPECT_THAT(out, testing::MatchesRegex("[0-9]{15}\n"));
     EXPECT_EQ(err, "Frage IMEI ab\nBereit\n");
+    start("erkennen --simulator --schnittstelle 3");
+    EXPECT_EQ(result(), 0);
+    EXPECT_EQ(out, "typ=gsm\ncom-direkt=2400,e,8,1\n");
 }
 
 TEST_F(CliProgram, TellsAFailureFromARefusal) {

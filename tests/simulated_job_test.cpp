@@ -10,6 +10,7 @@
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
+#include "simulator/world.hpp"
 
 #include "rig/player.hpp"
 
@@ -105,6 +106,28 @@ TEST(SimulatedLine, ThatBreaksInMidJobEndsItInOneBox) {
     EXPECT_FALSE(bench.rig.program.busy() || bench.rig.port.is_open);
     ASSERT_EQ(bench.rig.boxes.size(), 1u);
     EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr("unterbrochen"));
+}
+
+TEST(SimulatedLine, IsDownWithinFourSecondsOfTheUsersWord) {
+    for (const auto &[number, type] : {std::pair{"1", &FrmModem::optAnalog},
+                                       {"2", &FrmModem::optISDN},
+                                       {"3", &FrmModem::optGSM},
+                                       {"4", &FrmModem::optGPRS}})
+        for (milliseconds at{50}; at < milliseconds{8000}; at += milliseconds{150}) {
+            simulator::World world;
+            simulator::LocalModem modem(world.called);
+            Bench bench(modem);
+            bench.fill_in(bench.f.*type, true, number);
+            bench.rig.program.click(bench.f.cbuAlarm_aus);
+            bench.run(at, at, [&] {
+                bench.rig.program.cancel();
+                bench.rig.program.cancel();
+            });
+            bench.run(milliseconds{4000});
+            EXPECT_FALSE(bench.rig.program.busy() || bench.rig.port.is_open) << number << " " << at.count();
+            EXPECT_FALSE(modem.carrier(bench.rig.now)) << number << " " << at.count();
+            EXPECT_EQ(bench.rig.boxes.size(), 1u) << number << " " << at.count();
+        }
 }
 
 TEST(SimulatedLine, WithAWrongPasswordOrEchoIsHungUp) {
