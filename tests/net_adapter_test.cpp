@@ -144,9 +144,9 @@ struct RealProgram {
 TEST(SimulatedNetwork, HasAModuleAndAFactoryNewOne) {
     RealProgram real({.simulator = true});
     EXPECT_EQ(real.give_first("192.168.0.77", "00-1C-04"), "IP Vergabe erfolgreich");
-    EXPECT_EQ(real.ports.map.world().factory_new->address(), "192.168.0.77");
+    EXPECT_EQ(real.ports.map->world().factory_new->address(), "192.168.0.77");
     EXPECT_EQ(real.change("192.168.0.100", "192.168.0.101"), "Neue IP eingestellt!");
-    EXPECT_EQ(real.ports.map.world().ethernet->memory.settings["IP"], "192.168.0.101");
+    EXPECT_EQ(real.ports.map->world().ethernet->memory.settings["IP"], "192.168.0.101");
 }
 
 bool run(const QString &program, const QStringList &arguments, QString *output = nullptr) {

@@ -21,12 +21,6 @@ auto natural_key(const PresentPort &port) {
     return std::tuple(port.device.substr(0, digits_from), port.device.size(), port.device);
 }
 
-/// Paths of one device differ (links by name and by connector), so devices are compared behind all links.
-std::string real_device(const std::string &device) {
-    const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
-    return real.isEmpty() ? device : real.toStdString();
-}
-
 } // namespace
 
 std::vector<PresentPort> present_ports() {
@@ -40,12 +34,14 @@ std::vector<PresentPort> present_ports() {
 }
 
 PortMap::PortMap(const CommonOptions &options, Present present)
-    : present_(std::move(present)), asks_system_(options.ports.empty()) {
+    : world_(options.simulator ? std::make_unique<simulator::World>() : nullptr),
+      present_(std::move(present)),
+      asks_system_(options.ports.empty()) {
     clock_.start();
     for (const auto &[number, device] : options.ports)
         ports_[number].device = device;
     for (int number = 1; options.simulator && number <= last_port; ++number) {
-        auto device = ports_.contains(number) ? nullptr : world_.device_on_port(number);
+        auto device = ports_.contains(number) ? nullptr : world_->device_on_port(number);
         if (!device)
             continue;
         Port &port = ports_[number];
@@ -64,14 +60,25 @@ Port *PortMap::find(int number) {
 
 int PortMap::number_of(const std::string &device) {
     refresh();
-    const std::string real = real_device(device);
+    const std::string real = identity(device);
     for (const auto &[number, port] : ports_)
-        if (!port.simulated && real_device(port.device) == real)
+        if (!port.simulated && identity(port.device) == real)
             return number;
     const int number = lowest_free();
     if (number != 0)
         ports_[number].device = device;
     return number;
+}
+
+std::string PortMap::identity(int number) {
+    const Port *port = find(number);
+    return port && !port->simulated ? identity(port->device) : port_entry(number);
+}
+
+// Paths of one device differ (links by name and by connector), so devices are compared behind all links.
+std::string PortMap::identity(const std::string &device) {
+    const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
+    return real.isEmpty() ? device : real.toStdString();
 }
 
 PortInfo PortMap::info(int number) const {
@@ -86,7 +93,7 @@ void PortMap::refresh() {
         return;
     for (const PresentPort &present : present_()) {
         const auto known = std::find_if(ports_.begin(), ports_.end(), [&](const auto &entry) {
-            return real_device(entry.second.device) == real_device(present.device);
+            return identity(entry.second.device) == identity(present.device);
         });
         if (known == ports_.end() && !asks_system_)
             continue;

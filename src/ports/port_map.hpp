@@ -51,11 +51,16 @@ class PortMap {
     [[nodiscard]] int number_of(const std::string &device);
     /// What is known of a number; `refusal` is left to whoever tries it.
     [[nodiscard]] PortInfo info(int number) const;
+    /// What stands behind a number, for comparing: one device has one name, whatever links lead to it.
+    [[nodiscard]] std::string identity(int number);
+    /// The same of a device that is named by its path.
+    [[nodiscard]] static std::string identity(const std::string &device);
     /// Whether the numbers are the user's and not the system's.
     [[nodiscard]] bool named_by_user() const { return !asks_system_; }
 
-    /// What stands behind the simulated ports, with its network.
-    [[nodiscard]] simulator::World &world() { return world_; }
+    [[nodiscard]] bool simulates() const { return world_ != nullptr; }
+    /// What stands behind the simulated ports, with its network; only where something is simulated.
+    [[nodiscard]] simulator::World &world() { return *world_; }
     /// The time of that world; all its clocks run alike.
     [[nodiscard]] simulator::Time now() const { return simulator::Time(clock_.elapsed()); }
 
@@ -63,7 +68,7 @@ class PortMap {
     void refresh();
     int lowest_free() const;
 
-    simulator::World world_;
+    std::unique_ptr<simulator::World> world_;
     QElapsedTimer clock_;
     std::map<int, Port> ports_;
     Present present_;

@@ -12,10 +12,12 @@ namespace telvox {
 
 /// All the outside that the program is given, on Qt: made once, the same for window and command line.
 struct QtPorts {
-    explicit QtPorts(const CommonOptions &options)
-        : map(options),
-          Winsock(options.simulator ? make_simulated_tcp_client(map) : make_qt_tcp_client()),
-          processes(options.simulator ? make_simulated_processes(map) : make_qt_processes()) {}
+    explicit QtPorts(const CommonOptions &options) : QtPorts(std::make_shared<PortMap>(options)) {}
+    /// With numbers that other programs have too, and one simulated world for all of them.
+    explicit QtPorts(std::shared_ptr<PortMap> shared)
+        : map(std::move(shared)),
+          Winsock(map->simulates() ? make_simulated_tcp_client(*map) : make_qt_tcp_client()),
+          processes(map->simulates() ? make_simulated_processes(*map) : make_qt_processes()) {}
 
     /// What the program is made with.
     [[nodiscard]] Telvox::Ports for_program(MessageBoxes &boxes) {
@@ -37,9 +39,9 @@ struct QtPorts {
         processes->ended = [&program](const ProcessEnd &end) { program.process_ended(end); };
     }
 
-    PortMap map;
-    QtSerialPort comSeriell{map};
-    QtPortScan scan{map};
+    std::shared_ptr<PortMap> map;
+    QtSerialPort comSeriell{*map};
+    QtPortScan scan{*map};
     QtTimer Timer1;
     QtTimer Timer2;
     std::unique_ptr<ReportingTcpClient> Winsock;
