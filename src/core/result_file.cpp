@@ -131,12 +131,20 @@ void ResultFile::read(const Table &table) {
 }
 
 std::string ResultFile::append(std::size_t row, Attempt attempt) {
-    const Identity &of = rows_.at(row);
-    const std::array<std::string, columns> fields = {
-        std::to_string(of.line),   kept_a_text(of.name),     attempt.time,
-        kept_a_text(attempt.port), word_of(attempt.outcome), kept_a_text(attempt.message)};
-    last_[row] = std::move(attempt);
-    const int failed = file_.append(table_row(fields) + "\r\n");
+    return append({{row, std::move(attempt)}});
+}
+
+std::string ResultFile::append(std::vector<std::pair<std::size_t, Attempt>> attempts) {
+    std::string lines;
+    for (auto &[row, attempt] : attempts) {
+        const Identity &of = rows_.at(row);
+        const std::array<std::string, columns> fields = {
+            std::to_string(of.line),   kept_a_text(of.name),     attempt.time,
+            kept_a_text(attempt.port), word_of(attempt.outcome), kept_a_text(attempt.message)};
+        lines += table_row(fields) + "\r\n";
+        last_[row] = std::move(attempt);
+    }
+    const int failed = file_.append(lines);
     return failed == 0 ? "" : "Das Ergebnis ließ sich nicht aufschreiben. " + german_reason(failed);
 }
 

@@ -5,6 +5,7 @@
 
 #include <ctime>
 #include <optional>
+#include <utility>
 
 namespace telvox {
 
@@ -46,6 +47,8 @@ class ResultFile {
     /// Notes an attempt. Returns why it could not be written (German), empty when it was; it counts as the
     /// last one all the same.
     [[nodiscard]] std::string append(std::size_t row, Attempt attempt);
+    /// Notes attempts that ended together: the disk is waited for once.
+    [[nodiscard]] std::string append(std::vector<std::pair<std::size_t, Attempt>> attempts);
 
   private:
     struct Identity {

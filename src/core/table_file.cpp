@@ -139,16 +139,11 @@ class Reader {
 
 /// A field as it stands in a row: quoted where it must be.
 std::string written(std::string_view text) {
+    const std::string line = joined_lines(text);
     std::string plain;
-    Characters characters(text);
-    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
-        if (c == "\r" || c == "\n")
-            plain += plain.ends_with(' ') ? "" : " ";
-        else if (c == "\t" || belongs_to_a_text(code_point(c)))
-            plain += c;
-        else
-            plain += '?';
-    }
+    Characters characters(line);
+    for (auto c = characters.next(); !c.empty(); c = characters.next())
+        plain += c == "\t" || belongs_to_a_text(code_point(c)) ? c : "?";
     if (plain.find_first_of(";\"") == std::string::npos)
         return plain;
     for (auto at = plain.find('"'); at != std::string::npos; at = plain.find('"', at + 2))

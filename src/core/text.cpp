@@ -183,6 +183,16 @@ std::string one_line(std::string_view text) {
     return line;
 }
 
+std::string joined_lines(std::string_view text) {
+    std::string joined;
+    for (const char c : text)
+        if (c != '\r' && c != '\n')
+            joined += c;
+        else if (!joined.ends_with(' '))
+            joined += ' ';
+    return joined;
+}
+
 std::string in_small_letters(std::string_view text) {
     std::string small(text);
     std::transform(small.begin(), small.end(), small.begin(),

@@ -52,6 +52,9 @@ class Characters {
 /// A text from outside as one line that does no harm to a terminal.
 [[nodiscard]] std::string one_line(std::string_view text);
 
+/// A text of several lines as one, with a blank where a line or several end.
+[[nodiscard]] std::string joined_lines(std::string_view text);
+
 /// A text with its letters A to Z small.
 [[nodiscard]] std::string in_small_letters(std::string_view text);
 
