@@ -170,6 +170,9 @@ constexpr JobCommand commands[] = {
              return "typ=" + value_of(*find_option("--typ"), d) +
                     "\ncom-direkt=" + value_of(*find_option("--com-direkt"), d);
          }},
+    {.name = "liste",
+     .help = "führt eine Tabelle von Geräten aus, an mehreren Schnittstellen gleichzeitig",
+     .file = "DATEI"},
     {.name = "einstellungen",
      .help = "nennt die Schnittstellenparameter und den Ordner von Com.ini",
      .result =

@@ -22,6 +22,7 @@ struct JobCommand {
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
     /// For a job that only tells something: what happens in place of a button.
     void (*look)(Telvox &) = nullptr;
+    const char *file = nullptr; ///< what its file is, for the one that takes jobs from it
 };
 
 /// A dialog's part of a profile.

@@ -1,0 +1,76 @@
+#include "operation/list_order.hpp"
+
+#include "core/usage_error.hpp"
+
+#include <algorithm>
+#include <set>
+
+namespace telvox::operation {
+
+namespace {
+
+std::string option_name(std::string_view column) { return "--" + std::string(column); }
+
+const JobCommand &job_of(const DeviceList &list, const DeviceList::Row &row) {
+    const JobCommand *job = find_job(row.job);
+    if (!job || !job->button)
+        throw UsageError(place(list.source, row.line, std::string(job_column)) + ": den Auftrag \"" +
+                         row.job + "\" gibt es nicht" + (job ? " in einer Liste" : ""));
+    return *job;
+}
+
+void check_complete(const Order &order, const std::string &where) {
+    const auto require = [&](const char *name) {
+        if (!order.find(name))
+            throw UsageError(where + ": " + order.job->name + " braucht " + std::string(name).substr(2));
+    };
+    for (const Option &option : order.job->options)
+        if (option.required)
+            require(option.name);
+    if (order.job->also_needs)
+        require(order.job->also_needs);
+}
+
+} // namespace
+
+bool is_column(std::string_view name) { return find_option(option_name(name)) != nullptr; }
+
+DeviceList read_list(const std::filesystem::path &file) { return read_device_list(file, is_column); }
+
+Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all) {
+    Order order{.job = &job_of(list, row)};
+    for (std::size_t i = 0; i < list.columns.size(); ++i) {
+        if (row.cells[i].empty())
+            continue;
+        const std::string name = option_name(list.columns[i]),
+                          from = place(list.source, row.line, list.columns[i]);
+        if (!find_option(*order.job, name))
+            throw UsageError(from + ": das gehört nicht zum Auftrag " + order.job->name);
+        order.values[name] = {row.cells[i], from};
+    }
+    const auto add = [&](const Values &values) {
+        for (const auto &[name, given] : values)
+            if (find_option(*order.job, name))
+                order.values.emplace(name, given); // what was given nearer to the row stays
+    };
+    add(all.values);
+    if (const Section *section = section_of(*order.job))
+        if (const auto dialog = all.profile.dialogs.find(section); dialog != all.profile.dialogs.end())
+            add(dialog->second);
+    add(all.profile.main);
+    check_complete(order, place(list.source, row.line));
+    return order;
+}
+
+void check_taken(const ForAllRows &all, const DeviceList &list) {
+    std::set<std::string> jobs;
+    for (const DeviceList::Row &row : list.rows)
+        jobs.insert(row.job);
+    for (const auto &[name, given] : all.values)
+        if (std::none_of(jobs.begin(), jobs.end(), [&, &option = name](const std::string &job) {
+                return find_job(job) && find_option(*find_job(job), option);
+            }))
+            throw UsageError(given.from + " gehört nur zu " + jobs_with(name));
+}
+
+} // namespace telvox::operation
