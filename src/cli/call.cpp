@@ -1,6 +1,6 @@
 #include "cli/call.hpp"
 
-#include "operation/profile.hpp"
+#include "core/usage_error.hpp"
 
 namespace telvox::cli {
 
@@ -8,6 +8,13 @@ namespace {
 
 /// An option of another job is refused, one that the job cannot do without is missed.
 void check_options(const Call &call) {
+    if (call.job->file) {
+        if (call.list.empty())
+            throw UsageError(std::string(call.job->name) + ": " + call.job->file + " fehlt");
+        if (call.save)
+            throw UsageError(std::string("--speichern gehört nicht zu ") + call.job->name);
+        return; // what its rows take is theirs to say
+    }
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
             throw UsageError(name + (name == "--port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
@@ -45,6 +52,8 @@ bool read_line(std::istream &stream, std::string &line) {
 
 /// Throws UsageError for a file that is no profile, or none for the job.
 void take_profile(Call &call, const std::string &text, const std::string &source) {
+    if (call.job->file)
+        return void(call.profile = parse_profile(text, source));
     Profile profile = parse_profile(text, source, call.job);
     if (const Section *section = section_of(*call.job))
         for (auto &[name, given] : profile.dialogs[section])
@@ -89,6 +98,8 @@ Call parse_call(const std::vector<std::string> &all) {
             call.job = find_job(name);
             if (!call.job)
                 throw UsageError("Unbekannter Auftrag \"" + name + "\", siehe telvox-cli --help");
+        } else if (call.job && call.job->file && call.list.empty() && !name.starts_with("-")) {
+            call.list = name;
         } else {
             arguments.refuse();
         }
@@ -103,7 +114,7 @@ Call parse_call(const std::vector<std::string> &all) {
 
 void complete_call(Call &call, std::istream &standard_input) {
     for (auto &[name, given] : call.values) {
-        if (!find_option(*call.job, name)->secret || given.value != "-")
+        if (!find_option(name)->secret || given.value != "-")
             continue;
         if (!read_line(standard_input, given.value))
             throw UsageError(name + ": die Standardeingabe ist zu Ende");

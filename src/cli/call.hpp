@@ -1,6 +1,6 @@
 #pragma once
 
-#include "operation/order.hpp"
+#include "operation/profile.hpp"
 #include "ports/common_options.hpp"
 
 #include <istream>
@@ -15,6 +15,8 @@ using namespace operation;
 struct Call : Order {
     CommonOptions common;
     std::string file; ///< "--aus": more values; "-" is standard input
+    std::string list; ///< for a job that takes its work from a file: the file
+    Profile profile;  ///< "--aus" of a list, for each row what its job takes
     bool trace = false;
     bool despite = false; ///< "--trotzdem": questions are answered Ja
     bool help = false;

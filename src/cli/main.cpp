@@ -1,6 +1,7 @@
 #include "cli/call.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/output.hpp"
+#include "cli/run_list.hpp"
 #include "operation/operator.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
@@ -12,14 +13,7 @@
 namespace {
 
 using namespace telvox;
-
-/// Exit codes, a contract with the users' scripts.
-enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3 };
-
-struct Outputs {
-    cli::Output results{stdout};
-    cli::Output remarks{stderr};
-};
+using cli::Outputs;
 
 /// Messages about the job are its result; what asks, or only warns before it goes on, is a remark, and so is
 /// the success of a job whose result is values.
@@ -47,46 +41,16 @@ class PrintedBoxes final : public MessageBoxes {
 int exit_code(Outcome outcome) {
     switch (outcome) {
     case Outcome::succeeded:
-        return job_succeeded;
+        return cli::job_succeeded;
     case Outcome::objected:
-        return device_objected;
+        return cli::device_objected;
     case Outcome::failed:
-        return job_failed;
+        return cli::job_failed;
     case Outcome::refused:
         break;
     }
-    return call_refused;
+    return cli::call_refused;
 }
-
-/// The log of a network dialog: shown as it grows, or only when the job has not ended well, because it says
-/// what to do then. What arrives may end anywhere in a line.
-class ShownLog {
-  public:
-    ShownLog(cli::Output &to, bool at_once) : to_(to), at_once_(at_once) {}
-
-    void take(std::string_view text) {
-        text_ += text;
-        if (text_.size() > longest)
-            text_.erase(0, text_.size() - longest);
-        const auto whole_lines = text_.rfind('\n');
-        if (at_once_ && whole_lines != std::string::npos) {
-            to_.line(text_.substr(0, whole_lines));
-            text_.erase(0, whole_lines + 1);
-        }
-    }
-    void end(bool well) {
-        if (text_.ends_with('\n'))
-            text_.pop_back();
-        if (!text_.empty() && (at_once_ || !well))
-            to_.line(text_);
-    }
-
-  private:
-    static constexpr std::size_t longest = 65536;
-    cli::Output &to_;
-    bool at_once_;
-    std::string text_;
-};
 
 int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     QtPorts ports(call.common);
@@ -101,7 +65,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     else
         program.desk.status_listeners.emplace_back(
             [&](std::string_view text) { out.remarks.line(std::string(text)); });
-    ShownLog log(out.remarks, call.trace);
+    cli::ShownLog log(out.remarks, call.trace);
     program.desk.log_listeners.emplace_back([&](std::string_view text) { log.take(text); });
 
     program.redraw = [&] {
@@ -123,7 +87,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
     if (!at_the_form.work(call))
-        return job_failed;
+        return cli::job_failed;
     if (program.busy())
         application.exec();
     const bool ended_well = program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
@@ -135,14 +99,14 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     if (const std::string result = values_follow() ? call.job->result(program.desk) : ""; !result.empty())
         out.results.line(result);
     if (call.job->look)
-        return job_succeeded;
+        return cli::job_succeeded;
     if (program.outcome() == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
             out.remarks.line("telvox-cli: siehe " + option);
     if (!kept) {
         out.remarks.line("telvox-cli: Das Gerät spricht jetzt mit --com-direkt " +
                          program.desk.session.strCOMparameter_direkt);
-        return job_failed;
+        return cli::job_failed;
     }
     return exit_code(program.outcome());
 }
@@ -154,10 +118,10 @@ int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
                                              : version_text("telvox-cli");
         text.pop_back();
         out.results.line(text);
-        return job_succeeded;
+        return cli::job_succeeded;
     }
     cli::complete_call(call, std::cin);
-    return run(application, call, out);
+    return call.job->file ? cli::run_list(application, call, out) : run(application, call, out);
 }
 
 } // namespace
@@ -167,7 +131,7 @@ int main(int argc, char **argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("telvox-cli");
     Outputs out;
-    int code = call_refused;
+    int code = cli::call_refused;
     try {
         code = serve(application, cli::parse_call(os::arguments(argc, argv)), out);
     } catch (const UsageError &error) {
@@ -175,7 +139,7 @@ int main(int argc, char **argv) {
     }
     if (const std::string why = out.results.end(); !why.empty()) {
         out.remarks.line("telvox-cli: Die Ausgabe ließ sich nicht schreiben. " + why);
-        return code == job_succeeded ? job_failed : code;
+        return code == cli::job_succeeded ? cli::job_failed : code;
     }
     return code;
 }

@@ -26,4 +26,23 @@ void Output::note(bool written) {
         error_ = errno != 0 ? errno : EIO;
 }
 
+void ShownLog::take(std::string_view text) {
+    constexpr std::size_t longest = 65536;
+    text_ += text;
+    if (text_.size() > longest)
+        text_.erase(0, text_.size() - longest);
+    const auto whole_lines = text_.rfind('\n');
+    if (at_once_ && whole_lines != std::string::npos) {
+        to_.line(text_.substr(0, whole_lines));
+        text_.erase(0, whole_lines + 1);
+    }
+}
+
+void ShownLog::end(bool well) {
+    if (text_.ends_with('\n'))
+        text_.pop_back();
+    if (!text_.empty() && (at_once_ || !well))
+        to_.line(text_);
+}
+
 } // namespace telvox::cli

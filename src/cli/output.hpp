@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace telvox::cli {
 
@@ -19,6 +20,30 @@ class Output {
 
     std::FILE *stream_;
     int error_ = 0;
+};
+
+/// Results on the one, what only accompanies them on the other.
+struct Outputs {
+    Output results{stdout};
+    Output remarks{stderr};
+};
+
+/// Exit codes, a contract with the users' scripts.
+enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3 };
+
+/// The log of a network dialog: shown as it grows, or only when the job has not ended well, because it says
+/// what to do then. What arrives may end anywhere in a line.
+class ShownLog {
+  public:
+    ShownLog(Output &to, bool at_once) : to_(to), at_once_(at_once) {}
+
+    void take(std::string_view text);
+    void end(bool well);
+
+  private:
+    Output &to_;
+    bool at_once_;
+    std::string text_;
 };
 
 } // namespace telvox::cli

@@ -1,0 +1,227 @@
+#include "cli/run_list.hpp"
+
+#include "cli/interrupt.hpp"
+#include "cli/row_program.hpp"
+#include "core/files.hpp"
+#include "core/list_run.hpp"
+#include "core/port_choice.hpp"
+#include "core/text.hpp"
+#include "core/usage_error.hpp"
+#include "operation/list_order.hpp"
+#include "operation/trial.hpp"
+#include "ports/os.hpp"
+
+#include <array>
+
+namespace telvox::cli {
+
+namespace {
+
+/// Where a row's job goes.
+struct Way {
+    std::string label;    ///< "COM 3", or the device's path
+    std::string resource; ///< one for everything that only one job at a time can use
+    std::string device;   ///< the path, where the list names the port by it
+};
+
+class ListCommand {
+  public:
+    ListCommand(const Call &call, Outputs &out)
+        : call_(call),
+          out_(out),
+          numbers_(std::make_shared<PortMap>(call.common)),
+          all_{call.values, call.profile} {}
+
+    int run(QCoreApplication &application);
+
+  private:
+    void prepare();
+    void check_row(std::size_t row);
+    Way way_of(const Trial &trial);
+    void check_cable(std::size_t row, const Order &order, const Trial &trial);
+    void start_rows();
+    void row_over(std::size_t row);
+    void note_results();
+    void tell(std::size_t row, const Attempt &attempt);
+    int sum_up();
+    [[nodiscard]] std::string label(std::size_t row) const { return label_of(list_.rows[row]); }
+
+    const Call &call_;
+    Outputs &out_;
+    const DataFolders folders_ = data_folders(call_.common);
+    std::shared_ptr<PortMap> numbers_; ///< of ports that the list names by number
+    ForAllRows all_;
+    DeviceList list_;
+    std::filesystem::path results_path_;
+    std::optional<ResultFile> results_;
+    std::vector<Way> ways_;
+    std::map<std::pair<std::string, const JobCommand *>, std::size_t>
+        at_cables_; ///< row, by resource and job
+    std::optional<ListRun> run_;
+    std::map<std::size_t, std::unique_ptr<RowProgram>> running_;
+    std::vector<std::pair<std::size_t, Attempt>> over_; ///< not yet noted
+    bool unwritten_ = false;
+};
+
+int ListCommand::run(QCoreApplication &application) {
+    prepare();
+    std::vector<std::string> resources;
+    for (const Way &way : ways_)
+        resources.push_back(way.resource);
+    run_.emplace(resources);
+    for (std::size_t row = 0; row < list_.rows.size(); ++row) {
+        if (!results_->done(row))
+            continue;
+        run_->leave_out(row);
+        const Attempt &last = *results_->last(row);
+        out_.results.line(label(row) + ": schon erledigt (" + word_of(last.outcome) + ", " + last.time + ")");
+    }
+    int interrupted = 0;
+    on_interrupt([&](int code) {
+        interrupted = code;
+        run_->stop();
+        for (const auto &[row, program] : running_)
+            program->cancel();
+    });
+    start_rows();
+    if (!running_.empty())
+        application.exec();
+    const int code = sum_up();
+    return interrupted != 0 ? interrupted : code;
+}
+
+void ListCommand::prepare() {
+    const std::filesystem::path file = path_of(call_.list);
+    list_ = read_list(file);
+    check_taken(all_, list_);
+    // A list that is refused leaves no result file behind; one that was begun is only looked at where it goes
+    // on.
+    results_path_ = result_path(file);
+    std::error_code error;
+    if (std::filesystem::exists(results_path_, error))
+        results_.emplace(results_path_, list_);
+    ways_.resize(list_.rows.size());
+    for (std::size_t row = 0; row < list_.rows.size(); ++row)
+        if (!results_ || !results_->done(row))
+            check_row(row);
+    if (!results_)
+        results_.emplace(results_path_, list_);
+}
+
+/// Throws UsageError that names line and column.
+void ListCommand::check_row(std::size_t row) {
+    const std::size_t line = list_.rows[row].line;
+    const auto refuse = [&](const std::string &column, const std::string &why) {
+        throw UsageError(place(list_.source, line, column) + ": " + why);
+    };
+    try {
+        const Order order = order_of(list_, list_.rows[row], all_);
+        const Trial trial = try_out(order, folders_, call_.despite, os::exists);
+        if (!trial.refusal.empty())
+            refuse(trial.option.substr(std::min<std::size_t>(2, trial.option.size())), trial.refusal);
+        ways_[row] = way_of(trial);
+        check_cable(row, order, trial);
+    } catch (const UsageError &error) {
+        const std::string why = error.what();
+        if (why.starts_with(place(list_.source, line)))
+            throw;
+        refuse("", why);
+    }
+}
+
+Way ListCommand::way_of(const Trial &trial) {
+    if (trial.port.empty())
+        return {.label = "Netzwerk", .resource = "Netzwerk", .device = {}};
+    if (const auto number = parse_port_number(trial.port))
+        return {.label = port_entry(*number), .resource = numbers_->identity(*number), .device = {}};
+    return {.label = trial.port, .resource = PortMap::identity(trial.port), .device = trial.port};
+}
+
+/// Nobody changes the device at a cable while the list runs: the second row would configure the first one's.
+void ListCommand::check_cable(std::size_t row, const Order &order, const Trial &trial) {
+    if (trial.port.empty() || trial.remote || call_.despite)
+        return;
+    const auto [first, is_new] = at_cables_.emplace(std::pair(ways_[row].resource, order.job), row);
+    if (!is_new)
+        throw UsageError("an " + ways_[row].label + " hängt schon das Gerät von Zeile " +
+                         std::to_string(list_.rows[first->second].line) +
+                         " (nacheinander nur mit --trotzdem)");
+}
+
+void ListCommand::start_rows() {
+    for (const std::size_t row : run_->start()) {
+        const Way &way = ways_[row];
+        auto map = way.device.empty() ? numbers_
+                                      : std::make_shared<PortMap>(CommonOptions{.ports = {{1, way.device}}},
+                                                                  [] { return std::vector<PresentPort>(); });
+        auto &program = running_[row] = std::make_unique<RowProgram>(
+            call_, order_of(list_, list_.rows[row], all_), label(row), std::move(map), folders_, out_);
+        program->over = [this, row] { row_over(row); };
+        program->start();
+    }
+}
+
+void ListCommand::row_over(std::size_t row) {
+    Attempt attempt = running_.at(row)->result();
+    running_.erase(row);
+    attempt.time = local_time(std::time(nullptr));
+    attempt.port = ways_[row].label;
+    over_.emplace_back(row, std::move(attempt));
+    if (over_.size() == 1) // the others that are over by now come before it, and wait for the disk together
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [this] { note_results(); }, Qt::QueuedConnection);
+}
+
+void ListCommand::note_results() {
+    const auto over = std::exchange(over_, {});
+    if (const std::string why = results_->append(over); !why.empty()) {
+        out_.remarks.line("telvox-cli: " + why);
+        unwritten_ = true;
+        run_->stop(); // what nobody knows of would be done again
+    }
+    for (const auto &[row, attempt] : over) {
+        tell(row, attempt);
+        run_->end(row, attempt.outcome);
+    }
+    start_rows();
+    if (running_.empty() && over_.empty())
+        QCoreApplication::quit();
+}
+
+void ListCommand::tell(std::size_t row, const Attempt &attempt) {
+    const bool worth_telling =
+        attempt.outcome != RowOutcome::succeeded || find_job(list_.rows[row].job)->result;
+    out_.results.line(label(row) + ", " + attempt.port + ": " + word_of(attempt.outcome) +
+                      (worth_telling && !attempt.message.empty() ? ": " + one_line(attempt.message) : ""));
+}
+
+/// Counts the rows by how they stand now, and says what that means for the exit code.
+int ListCommand::sum_up() {
+    constexpr std::array<const char *, 6> words = {"erfolgreich", "mit Ablehnungen", "fehlgeschlagen",
+                                                   "abgebrochen", "übersprungen",    "offen"};
+    std::map<std::string, std::size_t> count;
+    int code = job_succeeded;
+    for (std::size_t row = 0; row < list_.rows.size(); ++row) {
+        const auto &last = results_->last(row);
+        ++count[last ? word_of(last->outcome) : words.back()];
+        if (!results_->done(row))
+            code = job_failed;
+        else if (last->outcome == RowOutcome::objected && code == job_succeeded)
+            code = device_objected;
+    }
+    std::string counts;
+    for (const char *word : words)
+        if (count.contains(word))
+            counts += (counts.empty() ? "" : ", ") + std::to_string(count[word]) + " " + word;
+    out_.results.line(std::to_string(list_.rows.size()) + " Zeilen: " + counts +
+                      ". Ergebnisse: " + text_of(results_path_));
+    return unwritten_ ? job_failed : code;
+}
+
+} // namespace
+
+int run_list(QCoreApplication &application, const Call &call, Outputs &out) {
+    return ListCommand(call, out).run(application);
+}
+
+} // namespace telvox::cli
