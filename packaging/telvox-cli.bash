@@ -9,7 +9,7 @@ _telvox_cli_value() {
         *GERÄT) mapfile -O "${#COMPREPLY[@]}" -t COMPREPLY < <(compgen -G "${begun:-/dev/tty[UA]}*") ;;
         DATEI) compopt -o filenames 2>/dev/null; mapfile -O "${#COMPREPLY[@]}" -t COMPREPLY < <(compgen -f -- "$begun") ;;
         ORDNER) compopt -o filenames 2>/dev/null; mapfile -O "${#COMPREPLY[@]}" -t COMPREPLY < <(compgen -d -- "$begun") ;;
-        [a-z]*) [[ $kind != "$begun"* ]] || COMPREPLY+=("$kind") ;;
+        [a-z]* | -*) [[ $kind != "$begun"* ]] || COMPREPLY+=("$kind") ;;
         esac
     done
 }
@@ -36,5 +36,6 @@ _telvox_cli() {
         [[ -z ${name:+${jobs[$name]-}} ]] || job=$name
     done
     [[ -n $job ]] && rest="${jobs[$job]} --help" || rest="${!jobs[*]} --help --version"
-    mapfile -t COMPREPLY < <(compgen -W "$rest" -- "$begun")
+    local IFS=' '
+    _telvox_cli_value "$begun" $rest
 } && complete -F _telvox_cli telvox-cli

@@ -4,18 +4,14 @@
 #include "core/text.hpp"
 #include "operation/operator.hpp"
 #include "ports/qt_port_scan.hpp"
+#include "rig/cli_program.hpp"
 #include "rig/rig.hpp"
 
-#include <QCoreApplication>
-#include <QProcess>
 #include <gmock/gmock.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
-#include <poll.h>
 #include <sstream>
-#include <unistd.h>
 
 namespace telvox::test {
 namespace {
@@ -79,6 +75,10 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"alarmtest --port 3=/dev/x --port 4=/dev/x", "schon vergeben"},
         {"alarmtest --datenordner /nonexistent", "kein Ordner"},
         {"pin", "--pin fehlt"},
+        {"liste", "liste: DATEI fehlt"},
+        {"liste a b", "Unbekannte Angabe \"b\""},
+        {"liste a --speichern", "--speichern gehört nicht zu liste"},
+        {"pin a", "Unbekannte Angabe \"a\""},
         {"pin --pin 1 --msn 2", "--msn gehört nur zu msn"},
         {"anschlussart", "--anschlussart fehlt"},
         {"netz-ip --neue-ip 1.2.3.4", "--momentane-ip fehlt"},
@@ -317,43 +317,12 @@ TEST(CliCall, HelpsWithEveryJobInLinesThatFit) {
         }
 }
 
-/// The built program itself.
-class CliProgram : public testing::Test {
+class CliCalls : public CliProgram {
   protected:
-    void start(const std::string &call) {
-        QStringList arguments;
-        for (const std::string &word : words(call))
-            arguments << QString::fromStdString(word);
-        process.start(TELVOX_CLI, arguments);
-        ASSERT_TRUE(process.waitForStarted());
-    }
-    int result() {
-        EXPECT_TRUE(process.waitForFinished(20000));
-        out = process.readAllStandardOutput().toStdString();
-        err = process.readAllStandardError().toStdString();
-        return process.exitCode();
-    }
-    /// A device that never says anything.
-    std::string mute_device() {
-        master = ::posix_openpt(O_RDWR | O_NOCTTY);
-        ::grantpt(master);
-        ::unlockpt(master);
-        slave =
-            ::open(::ptsname(master), O_RDWR | O_NOCTTY); // the line stands also while nobody has opened it
-        return ::ptsname(master);
-    }
-    ~CliProgram() override {
-        ::close(slave);
-        ::close(master);
-    }
-
-    QProcess process;
-    std::string out, err;
-    int master = -1;
-    int slave = -1;
+    void start(const std::string &call) { start_program(words(call)); }
 };
 
-TEST_F(CliProgram, PrintsWhatAQueryFoundOut) {
+TEST_F(CliCalls, PrintsWhatAQueryFoundOut) {
     start("imei --simulator --typ gsm --schnittstelle 3");
     EXPECT_EQ(result(), 0);
     EXPECT_THAT(out, testing::MatchesRegex("[0-9]{15}\n"));
@@ -363,7 +332,7 @@ TEST_F(CliProgram, PrintsWhatAQueryFoundOut) {
     EXPECT_EQ(out, "typ=gsm\ncom-direkt=2400,e,8,1\n");
 }
 
-TEST_F(CliProgram, TellsAFailureFromARefusal) {
+TEST_F(CliCalls, TellsAFailureFromARefusal) {
     start("alarm-aus --typ gsm --schnittstelle " + mute_device());
     EXPECT_EQ(result(), 1);
     EXPECT_THAT(out, HasSubstr("Kommunikationsfehler: 33."));
@@ -390,11 +359,10 @@ TEST_F(CliProgram, TellsAFailureFromARefusal) {
     EXPECT_THAT(err, HasSubstr("Der Datenträger ist voll."));
 }
 
-TEST_F(CliProgram, AnInterruptEndsInOrder) {
+TEST_F(CliCalls, AnInterruptEndsInOrder) {
     start("parametrieren --typ gsm --empfaenger 1 --service-center 1 --alarmtext x --schnittstelle " +
           mute_device());
-    pollfd line{.fd = master, .events = POLLIN, .revents = 0};
-    ASSERT_EQ(::poll(&line, 1, 10000), 1) << "the job has sent something";
+    ASSERT_TRUE(devices[0]->hears()) << "the job has sent something";
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     EXPECT_EQ(result(), 130);
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);

@@ -27,6 +27,8 @@ offers 'alarmtest --empfaenger ' ''
 offers 'pin --port 3 = /dev/nul' '/dev/null'
 offers 'pin --schnittstelle /dev/nul' '/dev/null'
 offers 'gprs-schreiben --aus /etc/hostna' '/etc/hostname'
+offers 'liste /etc/hostna' '/etc/hostname'
+offers 'liste x.csv --si' '--simulator'
 offers 'pin --datenordner /us' '/usr'
 
 # Whatever the help of a job names is offered.

@@ -33,7 +33,7 @@ std::string completion_list() {
     std::string jobs;
     std::map<std::string, std::string> values;
     for (const JobCommand &job : job_commands()) {
-        jobs += job.name;
+        jobs += job.name + (job.file ? " " + std::string(job.file) : "");
         std::istringstream help(help_text(&job));
         for (std::string line; std::getline(help, line);) {
             if (!line.starts_with("  --"))

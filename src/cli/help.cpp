@@ -11,12 +11,24 @@ std::string lines(std::span<const Option> options) {
     return text;
 }
 
-std::string every_job_takes() {
+/// What a list is; in the help about everything it follows the options.
+constexpr const char *about_lists =
+    "Die Tabelle von liste ist eine CSV-Datei, wie sie eine Tabellenkalkulation\n"
+    "speichert. Ihre erste Zeile benennt die Spalten: Optionen ohne \"--\", dazu name\n"
+    "(frei) und auftrag (leer: parametrieren). Ist eine Zelle leer, gilt, was der\n"
+    "Aufruf angibt. Erst wird die ganze Tabelle geprüft, dann laufen ihre Zeilen: die\n"
+    "an verschiedenen Schnittstellen gleichzeitig, die an einem Modem nacheinander.\n"
+    "Die Ergebnisse stehen sofort in einer Datei daneben, aus pumpen.csv wird\n"
+    "pumpen-ergebnis.csv; ein neuer Aufruf lässt aus, was dort erledigt ist.\n";
+
+std::string every_job_takes(const JobCommand *job) {
     return help_line("--aus DATEI|-",
                      "liest Angaben als Zeilen name=wert, wie sie die Leseaufträge ausgeben; "
                      "was daneben angegeben ist, geht vor") +
            help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") +
-           help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini") +
+           (job && job->file
+                ? ""
+                : help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini")) +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +
            common_options_help();
@@ -30,15 +42,18 @@ std::string variants_of(const JobCommand &job) {
 }
 
 std::string help_of(const JobCommand &job) {
-    std::string text = "Aufruf: telvox-cli " + std::string(job.name) + " [Optionen]\n\n" + job.help +
+    const std::string file = job.file ? " " + std::string(job.file) : "";
+    std::string text = "Aufruf: telvox-cli " + std::string(job.name) + file + " [Optionen]\n\n" + job.help +
                        variants_of(job) + "\n\n";
+    if (job.file)
+        text += about_lists + std::string("\n");
     if (!job.options.empty())
         text += "Optionen des Auftrags:\n" + lines(job.options) + "\n";
-    if (job.button)
+    if (job.button || job.file)
         text += "Gerät und Weg:\n" + lines(way_options()) + "\n";
-    if (job.button && !job.menu && !job.result)
+    if ((job.button && !job.menu && !job.result) || job.file)
         text += "Alarmmeldung:\n" + lines(alarm_options()) + "\n";
-    return text + "Allgemein:\n" + every_job_takes();
+    return text + "Allgemein:\n" + every_job_takes(&job);
 }
 
 } // namespace
@@ -55,7 +70,7 @@ std::string help_text(const JobCommand *job) {
     for (const JobCommand &of : job_commands())
         if (!of.options.empty())
             text += "\nNur " + std::string(of.name) + ":\n" + lines(of.options);
-    return text + "\nAllgemein:\n" + every_job_takes() +
+    return text + "\nAllgemein:\n" + every_job_takes(nullptr) + "\n" + about_lists +
            "\nMeldungen und Werte gehen auf die Standardausgabe, Statustexte, Warnungen und\n"
            "Rückfragen auf den Standardfehler. Wo \"-\" als Wert genannt ist, wird eine Zeile\n"
            "der Standardeingabe gelesen. Ein Wert, der mit \"--\" beginnt, wird mit \"=\"\n"
@@ -64,7 +79,8 @@ std::string help_text(const JobCommand *job) {
            "sich nicht schreiben; 2 Aufruf oder Prüfung abgelehnt; 3 zu Ende geführt, aber\n"
            "das Gerät hat etwas nicht angenommen; 130 oder 143 abgebrochen mit Strg-C oder\n"
            "SIGTERM (eine Verbindung wird aufgelegt, die Schnittstelle geschlossen; beim\n"
-           "zweiten Mal endet das Programm sofort).\n";
+           "zweiten Mal endet das Programm sofort). Bei liste entscheidet die Zeile, die am\n"
+           "schlechtesten ausging.\n";
 }
 
 } // namespace telvox::cli

@@ -1,0 +1,196 @@
+// Lists on the command line: the built program, simulated devices and devices with faults, and what stands in
+// the result file afterwards.
+
+#include "core/result_file.hpp"
+#include "operation/list_order.hpp"
+#include "rig/cli_program.hpp"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace telvox::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::UnorderedElementsAre;
+
+class ListCommand : public CliProgram {
+  protected:
+    void SetUp() override { fs::create_directories(folder); }
+    void TearDown() override { fs::remove_all(folder); }
+
+    void write(const std::string &table) { std::ofstream(list) << table; }
+    int run(const std::vector<std::string> &options = {}) {
+        begin(options);
+        return result();
+    }
+    void begin(const std::vector<std::string> &options = {}) {
+        std::vector<std::string> words{"liste", list, "--simulator"};
+        words.insert(words.end(), options.begin(), options.end());
+        start_program(words);
+    }
+    [[nodiscard]] std::vector<std::string> lines_of_output() const {
+        std::vector<std::string> all;
+        std::istringstream stream(out);
+        for (std::string line; std::getline(stream, line);)
+            all.push_back(line);
+        return all;
+    }
+    /// How each row stands in the result file.
+    [[nodiscard]] std::vector<std::string> results() const {
+        const DeviceList all_rows = operation::read_list(list);
+        const ResultFile file(result_path(list), all_rows);
+        std::vector<std::string> all;
+        for (std::size_t i = 0; i < all_rows.rows.size(); ++i)
+            all.emplace_back(file.last(i) ? word_of(file.last(i)->outcome) : "offen");
+        return all;
+    }
+
+    const fs::path folder = fs::temp_directory_path() / ("telvox_list_" + std::to_string(::getpid()));
+    const std::string list = folder / "pumpen.csv";
+};
+
+TEST_F(ListCommand, DoesDevicesOfAllVariantsWithFaultsInBetween) {
+    const std::string mute = mute_device();
+    write("name;typ;schnittstelle;auftrag;ip;verbindung;modemanschluss;rufnummer-modem;passwort\n"
+          "A;analog;1;alarm-aus;;;;;\n"
+          "B;isdn;2;alarm-aus;;;;;\n"
+          "C;gsm;3;alarm-aus;;;;;\n"
+          ";gsm;3;imei;;;;;\n"
+          "D;gprs;4;imei;;;;;\n"
+          "E;ethernet;5;ethernet-ip;192.168.0.9;;;;\n"
+          "F;ethernet;;netz-pruefen;192.168.0.100;;;;\n"
+          "fehlt;gsm;9;alarm-aus;;;;;\n"
+          "stumm;gsm;" +
+          mute +
+          ";alarm-aus;;;;;\n"
+          "fern;analog;;alarm-aus;;fern;6;1;falsch\n");
+    EXPECT_EQ(run(), 1);
+    EXPECT_EQ(err, "");
+    const auto lines = lines_of_output();
+    EXPECT_THAT(
+        lines,
+        UnorderedElementsAre(
+            "Zeile 2, A, COM 1: erfolgreich", "Zeile 3, B, COM 2: erfolgreich",
+            "Zeile 4, C, COM 3: erfolgreich", testing::MatchesRegex("Zeile 5, COM 3: erfolgreich: [0-9]+"),
+            testing::MatchesRegex("Zeile 6, D, COM 4: erfolgreich: [0-9]+"), "Zeile 7, E, COM 5: erfolgreich",
+            "Zeile 8, F, Netzwerk: erfolgreich",
+            "Zeile 9, fehlt, COM 9: fehlgeschlagen: COM 9 konnte nicht geöffnet werden. Die Schnittstelle "
+            "ist nicht "
+            "vorhanden.",
+            HasSubstr("Zeile 10, stumm, " + mute +
+                      ": fehlgeschlagen: Fehler bei der Parametrierung. Kommunikationsfehler: 33."),
+            HasSubstr("Zeile 11, fern, COM 6: fehlgeschlagen: Konfigurations Passwort nicht korrekt."),
+            "10 Zeilen: 7 erfolgreich, 3 fehlgeschlagen. Ergebnisse: " + result_path(list).string()));
+    const auto at = [&](const char *text) {
+        return std::find_if(lines.begin(), lines.end(),
+                            [&](const auto &line) { return line.starts_with(text); });
+    };
+    EXPECT_LT(at("Zeile 4,"), at("Zeile 5,")) << "one after the other at one port";
+    EXPECT_THAT(results(), ElementsAre("erfolgreich", "erfolgreich", "erfolgreich", "erfolgreich",
+                                       "erfolgreich", "erfolgreich", "erfolgreich", "fehlgeschlagen",
+                                       "fehlgeschlagen", "fehlgeschlagen"));
+}
+
+TEST_F(ListCommand, GoesOnWhereItStopped) {
+    write("name;schnittstelle\nA;3\nB;4\nC;99\n");
+    {
+        ResultFile file(result_path(list), operation::read_list(list));
+        ASSERT_EQ(file.append({{0, {.outcome = RowOutcome::objected, .time = "gestern"}},
+                               {1, {.outcome = RowOutcome::failed}},
+                               {2, {.outcome = RowOutcome::skipped, .time = "heute"}}}),
+                  "");
+        start_program({"liste", list, "--simulator"});
+        EXPECT_EQ(result(), 2) << "somebody else works at the list";
+        EXPECT_THAT(err, HasSubstr("Die Datei wird von einem anderen Programm benutzt."));
+    }
+    const std::ofstream profile(folder / "p.txt");
+    std::ofstream(folder / "p.txt") << "typ=gprs\n";
+    EXPECT_EQ(run({"--aus", folder / "p.txt"}), 2) << "the job of B is not complete";
+    write("name;schnittstelle;auftrag\nA;3;\nB;4;imei\nC;99;\n");
+    EXPECT_EQ(run({"--aus", folder / "p.txt"}), 3) << err;
+    EXPECT_THAT(
+        lines_of_output(),
+        ElementsAre("Zeile 2, A: schon erledigt (mit Ablehnungen, gestern)",
+                    "Zeile 4, C: schon erledigt (übersprungen, heute)",
+                    testing::StartsWith("Zeile 3, B, COM 4: erfolgreich: "),
+                    testing::StartsWith("3 Zeilen: 1 erfolgreich, 1 mit Ablehnungen, 1 übersprungen.")));
+    EXPECT_EQ(run(), 3);
+    EXPECT_THAT(out, Not(HasSubstr("Zeile 3, B, COM 4")));
+}
+
+TEST_F(ListCommand, ALostPortEndsItsRowAndAnInterruptAllThatRun) {
+    const std::string lost = mute_device(), first = mute_device(), second = mute_device();
+    write("name;typ;schnittstelle;auftrag\nA;gsm;" + lost + ";alarm-aus\nB;gsm;" + first +
+          ";alarm-aus\nC;gsm;" + second + ";imei\nD;gsm;" + second + ";alarm-aus\n");
+    begin();
+    for (const auto &device : devices)
+        ASSERT_TRUE(device->hears());
+    devices[0]->unplug();
+    ASSERT_TRUE(process.waitForReadyRead(10000));
+    const std::string so_far = process.readAllStandardOutput().toStdString();
+    EXPECT_THAT(so_far, HasSubstr("Zeile 2, A, " + lost + ": fehlgeschlagen: "));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_EQ(result(), 130);
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_THAT(
+        lines_of_output(),
+        UnorderedElementsAre("Zeile 3, B, " + first + ": abgebrochen: Der Vorgang wurde abgebrochen.",
+                             "Zeile 4, C, " + second + ": abgebrochen: Der Vorgang wurde abgebrochen.",
+                             HasSubstr("4 Zeilen: 1 fehlgeschlagen, 2 abgebrochen, 1 offen.")));
+    EXPECT_THAT(results(), ElementsAre("fehlgeschlagen", "abgebrochen", "abgebrochen", "offen"));
+}
+
+TEST_F(ListCommand, ADeviceThatRejectsSomethingIsTold) {
+    write("typ;schnittstelle;auftrag\ngsm;" + mute_device() + ";alarm-aus\n");
+    begin();
+    ASSERT_TRUE(devices[0]->takes("AT**TIME?\r"));
+    devices[0]->says("TIME: 1\r\n");
+    ASSERT_TRUE(devices[0]->takes("AT**SCN=\r"));
+    devices[0]->says("\r\nERROR\r\n");
+    EXPECT_EQ(result(), 3);
+    EXPECT_THAT(out, HasSubstr(": mit Ablehnungen: "));
+    EXPECT_THAT(results(), ElementsAre("mit Ablehnungen"));
+}
+
+TEST_F(ListCommand, NothingIsSentOfAListThatIsRefused) {
+    const std::string device = mute_device();
+    const std::string link = folder / "verknüpft";
+    fs::create_symlink(device, link);
+    const std::string head = "typ;schnittstelle;auftrag;empfaenger\ngsm;" + device + ";alarm-aus;\n";
+    const struct {
+        std::string table, because;
+        std::vector<std::string> options = {};
+    } cases[] = {
+        {head + "gsm;1;imei;\ngsm;2;imei;\ngsm;3;imei;\ngsm;4;imei;\ngsm;5;imei;12a\n",
+         "telvox-cli: pumpen.csv, Zeile 7, Spalte empfaenger: nur Ziffern\n"},
+        {head + "gsm;" + link + ";alarm-aus;\n",
+         "pumpen.csv, Zeile 3: an " + link +
+             " hängt schon das Gerät von Zeile 2 (nacheinander nur mit --trotzdem)\n"},
+        {head + "gsm;7;alarm-aus;\n", "hängt schon das Gerät von Zeile 2", {"--port", "7=" + link}},
+        {head + "gsm;7;parametrieren;\n", "pumpen.csv, Zeile 3, Spalte service-center: "},
+        {head, "--apn gehört nur zu gprs-schreiben", {"--apn", "x"}},
+        {head, "pumpen.csv, Zeile 2: --passwort gibt es nicht", {"--passwort", "x"}},
+    };
+    for (const auto &[table, because, options] : cases) {
+        write(table);
+        EXPECT_EQ(run(options), 2);
+        EXPECT_THAT(err, HasSubstr(because));
+        EXPECT_EQ(out, "");
+        EXPECT_FALSE(fs::exists(result_path(list))) << because;
+    }
+    write(head);
+    fs::create_directories(result_path(list));
+    EXPECT_EQ(run(), 2);
+    EXPECT_THAT(err, HasSubstr("pumpen-ergebnis.csv\" lässt sich nicht schreiben."));
+    EXPECT_FALSE(devices[0]->heard());
+}
+
+} // namespace
+} // namespace telvox::test
