@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Time from start to the first mapped window and resident memory of the program over those of an empty main
-# window, alternating in one run under Xvfb; then what the idle program does in ten seconds.
-# Needs xvfb and x11-utils. Exit 1 if a ratio is above the limit or the idle program is not idle.
+# window and of a serial terminal of the same toolkit, alternating in one run under Xvfb; then what the idle
+# program does in ten seconds. Needs xvfb, x11-utils and cutecom. Exit 1 if a ratio is above the limit or the idle program is not idle.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=build/bench/bin
@@ -38,16 +38,22 @@ folder=$(mktemp -d)
 for ((i = 0; i < rounds; ++i)); do
     start $bin/bench_empty_window >>"$folder/empty"
     start $bin/telvox --simulator >>"$folder/telvox"
+    start cutecom >>"$folder/cutecom"
 done
-for what in empty telvox; do
-    cut -d' ' -f1 "$folder/$what" | median >"$folder/$what.us"
-    cut -d' ' -f2 "$folder/$what" | median >"$folder/$what.kb"
-done
-ratio() { awk -v a="$(cat "$1")" -v b="$(cat "$2")" 'BEGIN {printf "%.3f", a / b}'; }
-time_ratio=$(ratio "$folder/telvox.us" "$folder/empty.us")
-memory_ratio=$(ratio "$folder/telvox.kb" "$folder/empty.kb")
-echo "first window: $(cat "$folder/telvox.us") us over $(cat "$folder/empty.us") us, ratio $time_ratio"
-echo "resident:     $(cat "$folder/telvox.kb") kB over $(cat "$folder/empty.kb") kB, ratio $memory_ratio"
+of() { cut -d' ' -f"$2" "$folder/$1" | median; }
+met=true
+# compare OTHER LIMIT: time and memory of the program over those of another
+compare() {
+    local field=0 what
+    for what in "first window, us" "resident, kB"; do
+        field=$((field + 1))
+        awk -v what="$what" -v other="$1" -v limit="$2" -v a="$(of telvox $field)" -v b="$(of "$1" $field)" 'BEGIN {
+            printf "%-16s %7d over %7d of %s: %.3f, limit %s\n", what, a, b, other, a / b, limit
+            exit !(a / b <= limit)}' || met=false
+    done
+}
+compare empty 1.5
+compare cutecom 0.5
 
 $bin/telvox --simulator >/dev/null 2>&1 &
 pid=$!
@@ -62,5 +68,4 @@ after=$(activity)
 kill $pid
 echo "idle 10 s:    ticks and wake-ups before: $(echo $before), after: $(echo $after)"
 rm -r "$folder"
-awk -v t="$time_ratio" -v m="$memory_ratio" 'BEGIN {exit !(t <= 1.5 && m <= 1.5)}'
-[ "$before" = "$after" ]
+$met && [ "$before" = "$after" ]

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <vector>
 
 class QLineEdit;
@@ -45,6 +46,22 @@ class HelpWindow final : public QWidget, public HelpViewer {
     QPushButton *back_;
     QPushButton *forward_;
     QPushButton *start_;
+};
+
+/// The help, made when somebody asks for it.
+class Help final : public HelpViewer {
+  public:
+    explicit Help(std::vector<std::filesystem::path> folders) : folders_(std::move(folders)) {}
+
+    std::string show(std::string_view topic) override {
+        if (!window_)
+            window_ = std::make_unique<HelpWindow>(folders_);
+        return window_->show(topic);
+    }
+
+  private:
+    std::vector<std::filesystem::path> folders_;
+    std::unique_ptr<HelpWindow> window_;
 };
 
 } // namespace telvox::desktop

@@ -44,7 +44,7 @@ int run(QApplication &application, const Call &call) {
     QtPorts ports(call.options);
     desktop::QtMessageBoxes boxes;
     const DataFolders folders = data_folders(call.options);
-    desktop::HelpWindow help(folders.lists);
+    desktop::Help help(folders.lists);
     Telvox::Ports given = ports.for_program(boxes);
     given.help = &help;
     desktop::QtFileDialogs files;
