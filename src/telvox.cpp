@@ -136,11 +136,13 @@ void Telvox::after_event() {
     desk.frmModem.show_progress(progress, sequencer_.busy() ? !progress.hangs_up : network_.busy());
     redraw();
     for (auto &[message, answered] : desk.outbox.take()) {
-        recorder_.note(RecordLine::Kind::done, record_of(message));
+        if (message.recorded)
+            recorder_.note(RecordLine::Kind::done, record_of(message));
         if (!answered)
             ports_.boxes.show(message, {});
         else
-            ports_.boxes.show(message, [this, answered = std::move(answered), asks = message.asks](bool yes) {
+            ports_.boxes.show(message, [this, answered = std::move(answered),
+                                        asks = message.asks && message.recorded](bool yes) {
                 if (asks)
                     recorder_.input("answer", yes ? "ja" : "nein", {});
                 event([&] { answered(yes); });
@@ -256,7 +258,7 @@ void Telvox::help(const Form &form, const Control *control) {
 void Telvox::show_help(std::string_view topic) {
     const std::string failure = ports_.help ? ports_.help->show(topic) : "";
     if (!failure.empty())
-        desk.outbox.show(failure);
+        desk.outbox.show(Message{.text = failure, .recorded = false});
 }
 
 void Telvox::Timer1_Timer() {

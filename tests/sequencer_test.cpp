@@ -128,6 +128,9 @@ TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
         record.Output("x");
     EXPECT_EQ(record.lines().size(), Recorder::capacity);
+    EXPECT_EQ(record.gone(), Recorder::capacity + lines.size() - 2 * Recorder::capacity);
+    EXPECT_THAT(record.transcript(), testing::StartsWith("# Der Anfang fehlt"))
+        << "or somebody would play it";
 }
 
 } // namespace

@@ -59,7 +59,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     ports.connect(program);
     if (call.trace)
         program.record().added = [&](const RecordLine &line) {
-            if (line.kind != RecordLine::Kind::input)
+            if (line.of_dialogue())
                 out.remarks.line(text_of(line));
         };
     else

@@ -28,7 +28,8 @@ struct Message {
     std::string text;
     std::string title = program_title;
     Icon icon = Icon::none;
-    bool asks = false; ///< Ja and Nein; Nein is the default, and what closing the box means
+    bool asks = false;    ///< Ja and Nein; Nein is the default, and what closing the box means
+    bool recorded = true; ///< part of what a record plays again; not if it answers something that is not
 
     bool operator==(const Message &) const = default;
 };

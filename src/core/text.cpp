@@ -162,6 +162,16 @@ bool number_exceeds(std::string_view text, unsigned limit) {
     return value > limit;
 }
 
+bool has_line(std::string_view text, std::string_view line) {
+    for (std::size_t at = text.find(line); at != std::string_view::npos; at = text.find(line, at + 1)) {
+        const std::size_t behind = at + line.size();
+        const auto ends = [](char c) { return c == '\r' || c == '\n'; };
+        if ((at == 0 || ends(text[at - 1])) && (behind == text.size() || ends(text[behind])))
+            return true;
+    }
+    return false;
+}
+
 bool valid_utf8(std::string_view text) {
     constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000}; // by the number of bytes
     Characters characters(text);

@@ -46,6 +46,9 @@ class Characters {
 /// Whether the number that a text begins with is above a limit, however many digits it has. No digits are 0.
 [[nodiscard]] bool number_exceeds(std::string_view text, unsigned limit);
 
+/// Whether a text holds this line, with nothing else in it; lines end in CR or LF.
+[[nodiscard]] bool has_line(std::string_view text, std::string_view line);
+
 /// Whether a text is UTF-8 throughout.
 [[nodiscard]] bool valid_utf8(std::string_view text);
 

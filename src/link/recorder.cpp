@@ -54,6 +54,9 @@ std::string visible(std::string_view bytes) {
 std::string Recorder::transcript() {
     flush();
     std::string text;
+    if (gone_ != 0)
+        text = "# Der Anfang fehlt (" + std::to_string(gone_) +
+               " Zeilen); so lässt sich das nicht nachspielen.\n";
     for (const RecordLine &line : lines_) {
         if (line.pieces.empty())
             text += line_text(line.at, line.kind, line.text) + "\n";
@@ -157,7 +160,10 @@ void Recorder::flush(bool line_ended) {
         whole += piece.bytes;
     const std::string shown = rest_is_secret_ ? Mask::hidden : mask_.line(whole);
     rest_is_secret_ = !line_ended && shown.ends_with(Mask::hidden);
-    RecordLine line{.at = pending_.front().at, .kind = RecordLine::Kind::received, .text = visible(shown)};
+    RecordLine line{.at = pending_.front().at,
+                    .kind = RecordLine::Kind::received,
+                    .text = visible(shown),
+                    .rejects = has_line(whole, "ERROR")};
     if (shown == whole && pending_.size() > 1)
         for (const Piece &piece : pending_)
             line.pieces.emplace_back(piece.at, visible(piece.bytes));
@@ -167,8 +173,10 @@ void Recorder::flush(bool line_ended) {
 }
 
 void Recorder::add(RecordLine line) {
-    if (lines_.size() == capacity)
+    if (lines_.size() == capacity) {
         lines_.pop_front();
+        ++gone_;
+    }
     line.begin = job_;
     lines_.push_back(std::move(line));
     added(lines_.back());

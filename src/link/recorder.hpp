@@ -28,8 +28,12 @@ struct RecordLine {
     std::string text; ///< control characters as "\r", "\x1B"; secrets as "***"
     /// The pieces in which it came, if it was more than one: each may be what a reply was recognised by.
     std::vector<std::pair<milliseconds, std::string>> pieces = {};
+    bool rejects = false; ///< the device's line "ERROR"
 
     bool operator==(const RecordLine &) const = default;
+    /// Part of the dialogue with the device, which is what readers want to see; the rest is for playing it
+    /// again.
+    [[nodiscard]] bool of_dialogue() const { return kind != Kind::input; }
 };
 
 /// A line of the record with its time since the job began: "100 | -> ATI\r", "250 <- OK\r\n", "4000 carrier".
@@ -53,7 +57,10 @@ class Recorder final : public SerialPort {
     /// Hears each line as soon as it is complete.
     std::function<void(const RecordLine &)> added = [](const RecordLine &) {};
     [[nodiscard]] const std::deque<RecordLine> &lines() const { return lines_; }
-    /// The whole, with times since the record began: a transcript, which can be played again.
+    /// How many lines have gone because it was full: the number of the first one in `lines`.
+    [[nodiscard]] std::size_t gone() const { return gone_; }
+    /// The whole, with times since the record began: a transcript, which can be played again. Where lines
+    /// have gone it says so.
     [[nodiscard]] std::string transcript();
 
     /// While it pauses it writes nothing down of what program and user do.
@@ -91,6 +98,7 @@ class Recorder final : public SerialPort {
     Clock now_;
     milliseconds job_{0}; ///< when the last job began
     std::deque<RecordLine> lines_;
+    std::size_t gone_ = 0;
     std::vector<Piece> pending_; ///< received, the line not yet ended
     std::size_t pending_size_ = 0;
     bool paused_ = false;

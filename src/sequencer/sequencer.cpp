@@ -1,6 +1,7 @@
 #include "sequencer/sequencer.hpp"
 
 #include "core/port_choice.hpp"
+#include "core/text.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -11,17 +12,6 @@ namespace {
 
 constexpr const char *no_such_function =
     "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.";
-
-/// Whether a text holds this line, with nothing else in it.
-bool has_line(std::string_view text, std::string_view line) {
-    for (std::size_t at = text.find(line); at != std::string_view::npos; at = text.find(line, at + 1)) {
-        const std::size_t behind = at + line.size();
-        const auto ends = [](char c) { return c == '\r' || c == '\n'; };
-        if ((at == 0 || ends(text[at - 1])) && (behind == text.size() || ends(text[behind])))
-            return true;
-    }
-    return false;
-}
 
 /// What the waits of a table add up to. A row without one keeps the interval that stands: that of a row
 /// above, or what a reply left.
