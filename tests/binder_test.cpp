@@ -2,11 +2,13 @@
 
 #include "desktop/file_dialogs.hpp"
 #include "desktop/message_boxes.hpp"
+#include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
 #include "rig/rig.hpp"
 
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,6 +19,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QVBoxLayout>
 #include <gmock/gmock.h>
 
@@ -45,6 +48,7 @@ struct Gallery : Form {
     Frame fraZwei{*this, "fraZwei", "Zwei", &tabOptions};
     Picture imgLogo{*this, "imgLogo"};
     TickEntry mnuHaken{*this, "mnuHaken", "Haken"};
+    Log tboLog{*this, "tboLog"};
 };
 
 class GalleryTest : public testing::Test {
@@ -72,6 +76,7 @@ class GalleryTest : public testing::Test {
     QLineEdit &keep_alive = *add<QLineEdit>("tboKeepAlive");
     QTabWidget &tabs = *add<QTabWidget>("tabOptions");
     QLabel &logo = *add<QLabel>("imgLogo");
+    QPlainTextEdit &log = *add<QPlainTextEdit>("tboLog");
     QWidget *page = [this] {
         for (const char *name : {"fraEins", "fraZwei"}) {
             auto *frame = new QWidget;
@@ -193,6 +198,72 @@ TEST_F(GalleryTest, ATickedEntryShowsWhatItsFormSays) {
     tick.trigger();
     EXPECT_FALSE(tick.isChecked());
     EXPECT_EQ(tick.shortcut().toString(QKeySequence::PortableText), "Ctrl+P");
+}
+
+TEST_F(GalleryTest, ALogIsDrawnWhileItIsSeenAndNeverPullsAReaderAway) {
+    std::vector<LogLine> written;
+    int reads = 0;
+    form.tboLog.read = [&](std::size_t &from) {
+        ++reads;
+        const std::size_t begin = std::exchange(from, written.size());
+        return std::vector(written.begin() + static_cast<std::ptrdiff_t>(begin), written.end());
+    };
+    const auto write = [&](int lines) {
+        for (int i = 0; i < lines; ++i) {
+            written.push_back({.text = "Zeile " + std::to_string(written.size())});
+            if (i >= 200) // enough to see that
+                continue;
+            binder.draw();
+            QCoreApplication::processEvents();
+        }
+        const QString last = QString::fromStdString(written.back().text);
+        return QTest::qWaitFor([&] { return log.document()->lastBlock().text() == last; }, 2000);
+    };
+    auto &bar = *log.verticalScrollBar();
+    const auto line_at_top = [&] { return log.cursorForPosition({0, 0}).block().text().toStdString(); };
+    ASSERT_TRUE(write(200));
+    EXPECT_LT(reads, 50) << "many lines are one drawing";
+    EXPECT_TRUE(bar.maximum() > 0 && bar.value() == bar.maximum());
+    bar.setValue(150);
+    ASSERT_TRUE(write(Log::capacity - 100));
+    EXPECT_EQ(log.blockCount(), Log::capacity);
+    EXPECT_EQ(line_at_top(), "Zeile 150") << "although a hundred lines above it have gone";
+
+    QGuiApplication::clipboard()->clear();
+    form.tboLog.wants_copy = true;
+    binder.draw();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), log.toPlainText());
+    log.moveCursor(QTextCursor::Start);
+    log.moveCursor(QTextCursor::EndOfLine, QTextCursor::KeepAnchor);
+    form.tboLog.wants_copy = true;
+    binder.draw();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "Zeile 100");
+
+    form.tboLog.begin = written.size();
+    log.hide();
+    form.tboLog.visible = false;
+    reads = 0;
+    written.push_back({.text = "ungesehen"});
+    binder.draw();
+    QTest::qWait(250);
+    EXPECT_EQ(reads, 0) << "nobody sees it";
+    form.tboLog.visible = true;
+    ASSERT_TRUE(write(1));
+    EXPECT_EQ(log.blockCount(), 2) << "what was before has been cleared";
+
+    written.push_back({.text = "ERROR", .stands_out = true});
+    for (const QColor &ground : {QColor(Qt::white), QColor(0x23, 0x23, 0x23)}) {
+        log.setPalette(QPalette(ground, ground));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return log.blockCount() == 3; }, 2000));
+        const auto color_of = [&](int block) {
+            QTextCursor cursor(log.document()->findBlockByNumber(block));
+            cursor.movePosition(QTextCursor::Right);
+            return cursor.charFormat().foreground().color();
+        };
+        EXPECT_NE(color_of(2), color_of(1));
+        EXPECT_GE(desktop::contrast(color_of(2), log.palette().color(QPalette::Base)), 4.5);
+        EXPECT_GE(desktop::contrast(color_of(1), log.palette().color(QPalette::Base)), 4.5);
+    }
 }
 
 /// A folder with a file, and the dialogs that the program asks for files in it.

@@ -101,8 +101,8 @@ bool Binder::bind_to_widget(Control &control) {
            bind_as<Button, QPushButton>(control) || bind_as<OptionButton, QRadioButton>(control) ||
            bind_as<CheckBox, QCheckBox>(control) || bind_as<TextBox, QLineEdit>(control) ||
            bind_as<TextBox, QPlainTextEdit>(control) || bind_as<ComboBox, QComboBox>(control) ||
-           bind_as<ListBox, QListWidget>(control) || bind_as<ProgressBar, QProgressBar>(control) ||
-           bind_as<StatusPanel, QStatusBar>(control);
+           bind_as<ListBox, QListWidget>(control) || bind_as<Log, QPlainTextEdit>(control) ||
+           bind_as<ProgressBar, QProgressBar>(control) || bind_as<StatusPanel, QStatusBar>(control);
 }
 
 template <class Kind, class Widget> bool Binder::bind_as(Control &control) {

@@ -77,6 +77,7 @@ class Binder final : public QObject {
     void bind(TextBox &control, QPlainTextEdit &widget);
     void bind(ComboBox &control, QComboBox &widget);
     void bind(ListBox &control, QListWidget &widget);
+    void bind(Log &control, QPlainTextEdit &widget);
     void bind(ProgressBar &control, QProgressBar &widget);
     void bind(StatusPanel &control, QStatusBar &widget);
     void bind(MenuEntry &control, QAction &action);

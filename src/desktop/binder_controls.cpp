@@ -1,5 +1,6 @@
 #include "desktop/binder.hpp"
 #include "desktop/field_filter.hpp"
+#include "desktop/log_view.hpp"
 
 #include <QAction>
 #include <QCheckBox>
@@ -263,6 +264,10 @@ void Binder::draw_list(const ListBox &control, QListWidget &widget) {
     else if (control.selected >= 0 &&
              (control.selected != selected_row(widget) || control.selected != widget.currentRow()))
         widget.setCurrentRow(control.selected);
+}
+
+void Binder::bind(Log &control, QPlainTextEdit &widget) {
+    drawers_.emplace_back([view = new LogView(control, widget)] { view->draw(); });
 }
 
 void Binder::bind(ProgressBar &control, QProgressBar &widget) {

@@ -126,6 +126,23 @@ struct ComboBox : TextField {
     std::function<void()> changed = [] {};
 };
 
+struct LogLine {
+    std::string text;
+    bool stands_out = false; ///< in another colour
+};
+/// The end of a text that grows. Its window asks for what is new as often as it can draw it.
+struct Log : Control {
+    using Control::Control;
+    static constexpr int capacity = 10'000; ///< lines that are shown
+
+    /// The lines from a number on, counted from the program's start; moves it behind the last one.
+    std::function<std::vector<LogLine>(std::size_t &from)> read = [](std::size_t &) {
+        return std::vector<LogLine>{};
+    };
+    std::size_t begin = 0;   ///< number of the first line that is shown
+    bool wants_copy = false; ///< what is selected, or all, goes to the clipboard at the next drawing
+};
+
 /// A list that shows several entries at a time, of which at most one is selected.
 struct ListBox : Control {
     using Control::Control;
