@@ -14,12 +14,16 @@
 
 #include "rig/player.hpp"
 
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sstream>
+#include <unistd.h>
 
 namespace telvox::test {
 namespace {
 
+namespace fs = std::filesystem;
 using simulator::Generation;
 using testing::HasSubstr;
 
@@ -87,8 +91,19 @@ TEST_P(SimulatedSite, IsConfiguredTestedAndSwitchedOff) {
     EXPECT_EQ(run(&FrmModem::cbuAlarm_aus), "Die Alarmfunktion wurde deaktiviert.");
     EXPECT_EQ(unit->memory.service_number, "");
 
-    // The record of all of it is a transcript; only what it hides cannot be played.
-    std::istringstream record(bench.rig.program.record().transcript()), no_presets;
+    // The protocol of all of it, also after it was cleared, is a transcript; only what it hides cannot be
+    // played.
+    const fs::path file =
+        fs::temp_directory_path() / ("telvox_protokoll_" + std::to_string(::getpid()) + ".txt");
+    bench.f.fraProtokoll.visible = true;
+    for (Button *button : {&bench.f.cbuProtokoll_leeren, &bench.f.cbuProtokoll_speichern})
+        bench.rig.program.click(*button);
+    ASSERT_EQ(bench.rig.asked_files.size(), 1u);
+    bench.rig.asked_files[0].answered({.path = file.string()});
+    std::stringstream record, no_presets;
+    record << std::ifstream(file).rdbuf();
+    fs::remove(file);
+    ASSERT_THAT(record.str(), HasSubstr("-> AT"));
     if (record.str().find(Mask::hidden) == std::string::npos) {
         EXPECT_EQ(play(Presets(no_presets).read(record), Playing::whole), "");
     }

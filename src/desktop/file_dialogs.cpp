@@ -3,6 +3,7 @@
 #include "desktop/message_boxes.hpp"
 
 #include <QCheckBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QRegularExpression>
@@ -75,6 +76,8 @@ void QtFileDialogs::show(const FileQuestion &question, FileAnswered answered) {
 void QtFileDialogs::open(const FileQuestion &question, const FileAnswered &answered) {
     if (folder_.isEmpty())
         folder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QDir(folder_).exists())
+        folder_ = QDir::homePath();
     auto *dialog = new Dialog(owner(), question);
     dialog_ = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -27,7 +27,9 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QSplitter>
 #include <QStatusBar>
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -114,30 +116,64 @@ constexpr Maker makers[] = {
     {"frmIPT", make_with_status<Ui::frmIPT>},
 };
 
-/// Height that a dialog's fields ask for at the moment. The main window keeps its own: its buttons must not
-/// jump away under the mouse.
+/// The main window's form and the panes below it.
+QSplitter *panes_of(const QWidget &window) { return window.findChild<QSplitter *>("splFenster"); }
+
+/// Heights that form and panes would like to have; a pane that is not shown none.
+QList<int> wished_heights(const QSplitter &panes) {
+    QList<int> heights;
+    for (int i = 0; i < panes.count(); ++i)
+        heights << (panes.widget(i)->isHidden() ? 0 : panes.widget(i)->sizeHint().height());
+    const auto *fields = panes.findChild<QScrollArea *>(); // asks for less than all of them need
+    heights[0] += fields->widget()->sizeHint().height() - fields->sizeHint().height();
+    return heights;
+}
+
+/// Height of what is shown, as far as it comes and goes: all of a dialog's fields; of the main window, whose
+/// buttons must not jump away under the mouse, only the panes.
 int content_height(QWidget &window) {
-    if (!qobject_cast<QDialog *>(&window))
-        return 0;
+    if (const QSplitter *panes = panes_of(window)) {
+        int height = 0;
+        for (const int pane : wished_heights(*panes).mid(1))
+            height += pane == 0 ? 0 : pane + panes->handleWidth();
+        return height;
+    }
     window.layout()->activate(); // or the window would not get below its old smallest size
     return window.layout()->sizeHint().height();
 }
 
-/// Gives a window room for all its fields, as far as the screen goes; there they scroll.
+/// Gives the panes the height they wish and what is left over to the last one. Where it is too little they
+/// make do with their least height, and the form scrolls in the rest.
+void share_out(QSplitter &panes) {
+    QList<int> heights = wished_heights(panes);
+    const auto left = [&] {
+        int room = panes.height();
+        for (const int height : heights)
+            room -= height == 0 ? 0 : height + panes.handleWidth();
+        return room;
+    };
+    for (int i = 1; i < panes.count() && left() < 0; ++i)
+        heights[i] = std::min(heights[i], panes.widget(i)->minimumSizeHint().height());
+    (left() < 0 ? heights.first() : heights.last()) += left();
+    panes.setSizes(heights);
+}
+
+/// Gives the main window room for its form and panes, as far as the screen goes; there the fields scroll.
 void fit_to_screen(QWidget &window) {
-    auto *area = window.findChild<QScrollArea *>();
-    if (!area)
-        return;
     constexpr QSize borders{16, 48};
     const QSize screen = window.screen()->availableSize() - borders;
     window.setAttribute(Qt::WA_DontShowOnScreen); // sizes are known once it has been laid out
     window.show();
     window.hide();
     window.setAttribute(Qt::WA_DontShowOnScreen, false);
-    const QSize missing = area->widget()->sizeHint() - area->viewport()->size();
-    QSize size = (window.size() + missing).expandedTo(window.minimumSizeHint());
+    const QSplitter &panes = *panes_of(window);
+    const auto &fields = *panes.findChild<QScrollArea *>();
+    const int missing = fields.widget()->sizeHint().width() - fields.viewport()->width();
+    QSize size(window.width() + missing,
+               window.height() - panes.height() + wished_heights(panes).first() + content_height(window));
+    size = size.expandedTo(window.minimumSizeHint());
     if (size.height() > screen.height())
-        size.rwidth() += area->verticalScrollBar()->sizeHint().width();
+        size.rwidth() += fields.verticalScrollBar()->sizeHint().width();
     window.resize(size.boundedTo(screen));
 }
 
@@ -223,15 +259,25 @@ void WindowSet::show_or_hide(Form &form) {
     } else {
         fit_to_screen(window);
         window.show();
+        share_out(*panes_of(window));
     }
-    made_[&form].content_height = content_height(window);
+    made_[&form].wished = made_[&form].given = content_height(window);
 }
 
 void WindowSet::follow_content(Made &made, int height) {
-    const int content = content_height(*made.window);
-    const int change = content - std::exchange(made.content_height, content);
-    if (change != 0 && !made.window->isMaximized() && !made.window->isFullScreen())
-        made.window->resize(made.window->width(), height + change);
+    QWidget &window = *made.window;
+    const int wished = content_height(window);
+    const int change = wished - std::exchange(made.wished, wished);
+    if (change == 0)
+        return;
+    if (!window.isMaximized() && !window.isFullScreen()) {
+        const int room = window.screen()->availableGeometry().bottom() - window.frameGeometry().bottom();
+        const int given = std::clamp(change, -made.given, std::max(room, 0));
+        made.given += given;
+        window.resize(window.width(), height + given);
+    }
+    if (QSplitter *panes = panes_of(window); panes && change > 0)
+        share_out(*panes);
 }
 
 } // namespace telvox::desktop

@@ -29,12 +29,13 @@ class WindowSet final : public QObject {
     struct Made {
         QWidget *window = nullptr;
         Binder *binder = nullptr;
-        int content_height = 0;
+        int wished = 0; ///< height of what comes and goes in it
+        int given = 0;  ///< height that it got for that
     };
     Made &made(Form &form);
     void show_or_hide(Form &form);
-    /// A dialog whose frames come and go shrinks and grows with them, from the height that it had before;
-    /// what the user added stays.
+    /// A window whose frames or panes come and go shrinks and grows with them, from the height that it had
+    /// before and as far down as the screen goes; what the user added stays.
     static void follow_content(Made &made, int height);
 
     Telvox &program_;

@@ -78,11 +78,18 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
 
     mnuProfil_oeffnen.keys = "Ctrl+O";
     mnuProfil_speichern.keys = "Ctrl+S";
-    for (MenuEntry *entry : {&mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3,
-                             &mnuProfil4, &mnuProfil5})
-        entry->recorded = false; // what they fill in is
     mnuProtokoll.keys = "Ctrl+P";
-    mnuProtokoll.recorded = false;
+    for (Control *control : std::initializer_list<Control *>{
+             &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
+             &mnuProfil5, &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern,
+             &cbuProtokoll_leeren})
+        control->recorded = false; // what a profile fills in is
+    tboProtokoll.spoken_name = "Protokoll";
+    cbuProtokoll_kopieren.tool_tip = "Kopiert, was markiert ist, oder alles.";
+    cbuProtokoll_speichern.tool_tip =
+        "Speichert alles seit dem Programmstart als Text, mit den Eingaben, auch was hier geleert wurde. "
+        "PIN, Passwörter und Schlüssel stehen darin als ***.";
+    cbuProtokoll_leeren.tool_tip = "Leert nur diese Anzeige; gespeichert wird weiterhin alles.";
     mnuBeenden.keys = "Ctrl+Q";
 
     tboRufnummer_Modem.accepts = digits;

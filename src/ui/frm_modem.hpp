@@ -119,6 +119,12 @@ class FrmModem : public Form {
     Button cbuAlarm_aus{*this, "cbuAlarm_aus", "&Alarmfunktion deaktivieren"};
     Button cbuBeenden{*this, "cbuBeenden", "&Beenden"};
 
+    Frame fraProtokoll{*this, "fraProtokoll", "Protokoll"};
+    Log tboProtokoll{*this, "tboProtokoll", {}, &fraProtokoll};
+    Button cbuProtokoll_kopieren{*this, "cbuProtokoll_kopieren", "Kopieren", &fraProtokoll};
+    Button cbuProtokoll_speichern{*this, "cbuProtokoll_speichern", "Speichern…", &fraProtokoll};
+    Button cbuProtokoll_leeren{*this, "cbuProtokoll_leeren", "Leeren", &fraProtokoll};
+
     StatusPanel StatusBar{*this, "StatusBar"};
     Label lblSchritt{*this, "lblSchritt"}; ///< "Schritt 4 von 9, noch 12 s"
     ProgressBar pzbSchritt{*this, "pzbSchritt"};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/recorder.hpp"
 #include "net/network_tools.hpp"
 #include "sequencer/launch.hpp"
 #include "sequencer/sequencer.hpp"
@@ -29,7 +30,7 @@ void connect_main_window(Desk &desk, Sequencer &sequencer);
 void connect_small_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer);
 void connect_settings(Desk &desk, Sequencer &sequencer);
-void connect_protocol(Desk &desk);
+void connect_protocol(Desk &desk, Recorder &recorder);
 /// `dialogues`: what is said to the module over the network.
 void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
                       const TelnetDialogues &dialogues);
