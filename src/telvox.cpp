@@ -138,6 +138,8 @@ void Telvox::after_event() {
     for (auto &[message, answered] : desk.outbox.take()) {
         if (message.recorded)
             recorder_.note(RecordLine::Kind::done, record_of(message));
+        for (const auto &listener : listeners)
+            listener(message);
         if (!answered)
             ports_.boxes.show(message, {});
         else
@@ -165,6 +167,7 @@ void Telvox::click(Button &button) {
         return;
     if (button.recorded)
         recorder_.input("click", recorded(button), {});
+    last_clicked_ = &button;
     event([&] { button.clicked(); });
 }
 
@@ -227,6 +230,11 @@ void Telvox::click(ListBox &list, int position) {
             list.selected = position;
             list.clicked(-1);
         });
+}
+
+void Telvox::choose(RowTable &table, std::size_t row) {
+    if (table.usable() && row < table.rows && row != table.selected)
+        event([&] { table.chosen(row); });
 }
 
 void Telvox::double_click(ListBox &list) {

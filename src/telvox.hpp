@@ -59,6 +59,8 @@ class Telvox {
     void select(ListBox &list, int position);
     void click(ListBox &list, int position);
     void double_click(ListBox &list);
+    /// Chooses a row; one that is not there is ignored.
+    void choose(RowTable &table, std::size_t row);
     /// The list has got the focus, or is opened.
     void focus(ComboBox &list);
     void leave(TextBox &box);
@@ -90,6 +92,8 @@ class Telvox {
 
     /// A job runs, or an action on the network.
     [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy(); }
+    /// The button that was clicked last, nullptr if none was.
+    [[nodiscard]] const Button *last_clicked() const { return last_clicked_; }
     /// How the last job or action came out; meaningful once the session is idle again.
     [[nodiscard]] Outcome outcome() const { return desk.session.outcome; }
 
@@ -97,6 +101,8 @@ class Telvox {
 
     /// Run after each event's handler, before anything is drawn; events that they cause are part of it.
     std::vector<std::function<void()>> followers;
+    /// Hear each message that the user is shown.
+    std::vector<std::function<void(const Message &)>> listeners;
 
     Desk desk;
     /// What went over the line since the program started.
@@ -117,7 +123,8 @@ class Telvox {
     Link link_;
     Sequencer sequencer_;
     NetworkTools network_;
-    int depth_ = 0;          ///< events that are happening, one within the other
+    int depth_ = 0; ///< events that are happening, one within the other
+    const Button *last_clicked_ = nullptr;
     bool following_ = false; ///< a follower runs, or must not
     bool leaving_ = false;   ///< the program ends as soon as the session is idle
     bool gone_ = false;

@@ -3,8 +3,6 @@
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 
-#include <sstream>
-
 namespace telvox::cli {
 
 RowProgram::RowProgram(const Call &call, Order order, std::string label, std::shared_ptr<PortMap> map,
@@ -68,26 +66,13 @@ Attempt RowProgram::result() {
     const bool well = outcome == Outcome::succeeded || outcome == Outcome::objected;
     log_.end(well);
     if (well && order_.job->result)
-        said_ = values_found();
+        said_ = found_out(*order_.job, program_.desk);
     program_.Form_Unload();
     return {.outcome = outcome == Outcome::succeeded  ? RowOutcome::succeeded
                        : outcome == Outcome::objected ? RowOutcome::objected
                        : cancelled_                   ? RowOutcome::cancelled
                                                       : RowOutcome::failed,
             .message = said_};
-}
-
-/// What the job has found out, on one line; it is kept in a file, so without passwords and keys.
-std::string RowProgram::values_found() {
-    std::istringstream lines(order_.job->result(program_.desk));
-    std::string all;
-    for (std::string line; std::getline(lines, line);) {
-        const std::string name = line.substr(0, line.find('='));
-        if (const Option *option = find_option("--" + name); option && option->secret)
-            line = name + "=" + Mask::hidden;
-        all += (all.empty() ? "" : ", ") + line;
-    }
-    return all;
 }
 
 } // namespace telvox::cli

@@ -27,7 +27,6 @@ class RowProgram final : public MessageBoxes {
 
   private:
     void look_whether_over();
-    [[nodiscard]] std::string values_found();
 
     const Call &call_;
     Order order_;

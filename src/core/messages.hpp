@@ -66,6 +66,7 @@ class Outbox {
         waiting_.push_back({Message{.text = std::move(text)}, [go_on = std::move(then)](bool) { go_on(); }});
     }
     [[nodiscard]] std::vector<Entry> take() { return std::exchange(waiting_, {}); }
+    [[nodiscard]] const std::vector<Entry> &waiting() const { return waiting_; }
 
   private:
     std::vector<Entry> waiting_;

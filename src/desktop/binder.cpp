@@ -19,6 +19,7 @@
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QTabWidget>
+#include <QTableView>
 #include <QToolTip>
 #include <utility>
 
@@ -102,7 +103,8 @@ bool Binder::bind_to_widget(Control &control) {
            bind_as<CheckBox, QCheckBox>(control) || bind_as<TextBox, QLineEdit>(control) ||
            bind_as<TextBox, QPlainTextEdit>(control) || bind_as<ComboBox, QComboBox>(control) ||
            bind_as<ListBox, QListWidget>(control) || bind_as<Log, QPlainTextEdit>(control) ||
-           bind_as<ProgressBar, QProgressBar>(control) || bind_as<StatusPanel, QStatusBar>(control);
+           bind_as<RowTable, QTableView>(control) || bind_as<ProgressBar, QProgressBar>(control) ||
+           bind_as<StatusPanel, QStatusBar>(control);
 }
 
 template <class Kind, class Widget> bool Binder::bind_as(Control &control) {
@@ -238,6 +240,11 @@ bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
             program_.click(*box->enter);
         return !box->read_only && swallowed(*box, watched, key);
     }
+    if (const auto *table = form_.find<RowTable>(name);
+        table && enter && table->enter && !key.isAutoRepeat()) {
+        program_.click(*table->enter);
+        return true;
+    }
     if (auto *list = qobject_cast<QComboBox *>(&watched)) {
         auto *control = form_.find<ComboBox>(name);
         if (control && opens_list(*list, key))
@@ -335,7 +342,7 @@ QStringList Binder::mismatches() const {
     };
     constexpr const char *kinds[] = {"QAbstractButton", "QLabel",       "QLineEdit", "QComboBox",
                                      "QGroupBox",       "QProgressBar", "QMenu",     "QListWidget",
-                                     "QPlainTextEdit",  "QTabWidget"};
+                                     "QPlainTextEdit",  "QTabWidget",   "QTableView"};
     for (const QWidget *widget : window_.findChildren<QWidget *>())
         if (std::any_of(std::begin(kinds), std::end(kinds),
                         [&](auto kind) { return widget->inherits(kind); }))

@@ -25,6 +25,7 @@ class QPushButton;
 class QRadioButton;
 class QStatusBar;
 class QTabWidget;
+class QTableView;
 
 namespace telvox::desktop {
 
@@ -78,6 +79,7 @@ class Binder final : public QObject {
     void bind(ComboBox &control, QComboBox &widget);
     void bind(ListBox &control, QListWidget &widget);
     void bind(Log &control, QPlainTextEdit &widget);
+    void bind(RowTable &control, QTableView &widget);
     void bind(ProgressBar &control, QProgressBar &widget);
     void bind(StatusPanel &control, QStatusBar &widget);
     void bind(MenuEntry &control, QAction &action);

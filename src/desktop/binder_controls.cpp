@@ -1,6 +1,7 @@
 #include "desktop/binder.hpp"
 #include "desktop/field_filter.hpp"
 #include "desktop/log_view.hpp"
+#include "desktop/table_view.hpp"
 
 #include <QAction>
 #include <QCheckBox>
@@ -268,6 +269,10 @@ void Binder::draw_list(const ListBox &control, QListWidget &widget) {
 
 void Binder::bind(Log &control, QPlainTextEdit &widget) {
     drawers_.emplace_back([view = new LogView(control, widget)] { view->draw(); });
+}
+
+void Binder::bind(RowTable &control, QTableView &widget) {
+    drawers_.emplace_back([view = new TableView(control, widget, program_)] { view->draw(); });
 }
 
 void Binder::bind(ProgressBar &control, QProgressBar &widget) {

@@ -13,16 +13,6 @@
 
 namespace telvox::desktop {
 
-namespace {
-
-/// A red that can be read on this ground.
-QColor red_on(const QColor &ground) {
-    constexpr QColor deep(0xB0, 0x00, 0x00), bright(0xFF, 0x8A, 0x80);
-    return contrast(deep, ground) > contrast(bright, ground) ? deep : bright;
-}
-
-} // namespace
-
 LogView::LogView(Log &log, QPlainTextEdit &edit) : QObject(&edit), log_(log), edit_(edit) {
     edit_.setReadOnly(true);
     edit_.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

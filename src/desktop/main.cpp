@@ -3,6 +3,7 @@
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
 #include "desktop/window_set.hpp"
+#include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
@@ -59,6 +60,7 @@ int run(QApplication &application, const Call &call) {
         QCoreApplication::quit();
     };
     operation::Profiles profiles(program, ports.scan);
+    operation::ListPane list(program, ports.scan);
     windows.draw();
     if (!call.profile.empty())
         profiles.open(call.profile);

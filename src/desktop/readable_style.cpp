@@ -38,6 +38,11 @@ double contrast(const QColor &a, const QColor &b) {
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
+QColor red_on(const QColor &ground) {
+    constexpr QColor deep(0xB0, 0x00, 0x00), bright(0xFF, 0x8A, 0x80);
+    return contrast(deep, ground) > contrast(bright, ground) ? deep : bright;
+}
+
 void ReadableStyle::polish(QPalette &palette) {
     QProxyStyle::polish(palette);
     struct Pair {

@@ -7,6 +7,9 @@ namespace telvox::desktop {
 /// How well one colour stands out from another, 1 (not at all) to 21 (black on white).
 [[nodiscard]] double contrast(const QColor &a, const QColor &b);
 
+/// A red that can be read on this ground.
+[[nodiscard]] QColor red_on(const QColor &ground);
+
 /// The platform's style, readable in light and dark palettes: locked fields still show what is being written
 /// to the device, unticked boxes and circles can be seen on dark ground, and a field that nobody can type
 /// into looks like the ground it stands on.

@@ -4,6 +4,7 @@
 #include "operation/rows.hpp"
 
 #include <algorithm>
+#include <sstream>
 
 namespace telvox::operation {
 
@@ -259,6 +260,18 @@ std::string jobs_with(std::string_view option) {
         if (find_option(job.options, option))
             names += (names.empty() ? "" : ", ") + std::string(job.name);
     return names;
+}
+
+std::string found_out(const JobCommand &job, Desk &desk) {
+    std::istringstream lines(job.result ? job.result(desk) : "");
+    std::string all;
+    for (std::string line; std::getline(lines, line);) {
+        const std::string name = line.substr(0, line.find('='));
+        if (const Option *option = find_option("--" + name); option && option->secret)
+            line = name + "=" + Mask::hidden;
+        all += (all.empty() ? "" : ", ") + line;
+    }
+    return all;
 }
 
 } // namespace telvox::operation

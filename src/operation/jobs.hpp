@@ -39,6 +39,9 @@ struct Section {
 [[nodiscard]] const Section *section_of(const JobCommand &job);
 
 [[nodiscard]] std::span<const JobCommand> job_commands();
+/// What a query has found out, on one line; empty for other jobs. It is kept in files, so without passwords
+/// and keys.
+[[nodiscard]] std::string found_out(const JobCommand &job, Desk &desk);
 [[nodiscard]] const JobCommand *find_job(std::string_view name);
 
 /// Variant and way, which every job has, and the fields of the main window.

@@ -37,7 +37,7 @@ bool is_column(std::string_view name) { return find_option(option_name(name)) !=
 
 DeviceList read_list(const std::filesystem::path &file) { return read_device_list(file, is_column); }
 
-Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all) {
+Order cells_of(const DeviceList &list, const DeviceList::Row &row) {
     Order order{.job = &job_of(list, row)};
     for (std::size_t i = 0; i < list.columns.size(); ++i) {
         if (row.cells[i].empty())
@@ -48,6 +48,11 @@ Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllR
             throw UsageError(from + ": das gehört nicht zum Auftrag " + order.job->name);
         order.values[name] = {row.cells[i], from};
     }
+    return order;
+}
+
+Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all) {
+    Order order = cells_of(list, row);
     const auto add = [&](const Values &values) {
         for (const auto &[name, given] : values)
             if (find_option(*order.job, name))

@@ -17,9 +17,12 @@ struct ForAllRows {
     Profile profile;
 };
 
-/// What a row asks for. Of what holds for all rows it gets what its job takes; a cell that its job does not
-/// take is refused, and so is a job that there is not or that needs no device. Throws UsageError, naming line
-/// and column.
+/// What a row itself asks for. A cell that its job does not take is refused, and so is a job that there is
+/// not or that needs no device. Throws UsageError, naming line and column.
+[[nodiscard]] Order cells_of(const DeviceList &list, const DeviceList::Row &row);
+
+/// What a row asks for. Of what holds for all rows it gets what its job takes; what it cannot do without must
+/// be there. Throws UsageError, naming line and column.
 [[nodiscard]] Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all);
 
 /// Throws UsageError for a value that holds for all rows and that no row's job takes.

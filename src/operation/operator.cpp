@@ -72,22 +72,28 @@ bool Operator::work(const Order &order) {
     fill_main_window(values);
     if (order.save && !save_formats(order))
         return false;
-    if (order.job->menu) {
+    open_dialog(order);
+    press(order);
+    return true;
+}
+
+void Operator::open_dialog(const Order &order) {
+    if (order.job->menu && !order.job->button(program_.desk).form->open) {
         auto &entry = dynamic_cast<MenuEntry &>(order.job->menu(program_.desk));
         require_usable(order.job->name, entry);
         program_.click(entry);
         check_formats_shown(order);
     }
-    fill(order.job->options, values);
+    fill(order.job->options, order.values);
+}
+
+void Operator::press(const Order &order) {
     pressed_ = true;
-    if (order.job->look) {
-        order.job->look(program_);
-        return true;
-    }
+    if (order.job->look)
+        return order.job->look(program_);
     auto &button = dynamic_cast<Button &>(order.job->button(program_.desk));
     require_usable(order.job->name, button);
     program_.click(button);
-    return true;
 }
 
 void Operator::fill_main_window(const Values &values) {

@@ -17,6 +17,11 @@ class Operator {
     bool work(const Order &order);
     /// Fills the main window in: variant and way, then its fields. Throws UsageError.
     void fill_main_window(const Values &values);
+    /// Opens the dialog that the job's button is in, where it is in one that is not open, and fills its
+    /// fields in. Throws UsageError.
+    void open_dialog(const Order &order);
+    /// Presses the job's button. Throws UsageError where nobody could.
+    void press(const Order &order);
     /// Fills the fields of a window that is open. Throws UsageError.
     void fill(std::span<const Option> options, const Values &values);
     /// Has what a job has brought kept, where it is one that brings something. Returns false if that failed.

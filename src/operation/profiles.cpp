@@ -43,10 +43,7 @@ std::string menu_caption(std::size_t number, std::string name) {
 } // namespace
 
 Profiles::Profiles(Telvox &program, PortScan &ports)
-    : program_(program),
-      desk_(program.desk),
-      operator_(program, ports),
-      start_(program.desk.frmModem.inputs()) {
+    : program_(program), desk_(program.desk), operator_(program, ports), start_(program.desk) {
     FrmModem &main = desk_.frmModem;
     main.mnuProfil_oeffnen.clicked = [this] { ask_to_open(); };
     main.mnuProfil_speichern.clicked = [this] { ask_to_save(); };
@@ -113,13 +110,8 @@ void Profiles::check(const Profile &profile) {
 }
 
 void Profiles::fill_main_window(const Profile &profile) {
-    if (find(profile.main, "--typ")) {
-        start_.restore();
-        desk_.frmModem.optDirektverbindung.choose(); // unlocks the port list that goes with it
-        for (std::string Session::*code : {&Session::strSMS_Protokoll, &Session::strSMS_Protokoll_ISDN,
-                                           &Session::strSMS_Protokoll_ISDN_fern})
-            (desk_.session.*code).clear();
-    }
+    if (find(profile.main, "--typ"))
+        start_.restore(program_, false);
     operator_.fill_main_window(profile.main);
 }
 

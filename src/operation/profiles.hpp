@@ -1,8 +1,8 @@
 #pragma once
 
+#include "operation/main_window_state.hpp"
 #include "operation/operator.hpp"
 #include "operation/profile.hpp"
-#include "ui/snapshot.hpp"
 
 #include <set>
 #include <string>
@@ -34,7 +34,7 @@ class Profiles {
     Telvox &program_;
     Desk &desk_;
     Operator operator_;
-    const Snapshot start_; ///< of the main window's inputs
+    const MainWindowState start_;
     Profile profile_;      ///< the one in force
     std::string path_;     ///< of it; empty: there is none
     bool secrets_ = false; ///< it holds PIN, passwords or keys

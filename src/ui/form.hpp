@@ -153,6 +153,23 @@ struct ListBox : Control {
     std::function<void()> double_clicked = [] {};
 };
 
+/// A table of which one row is chosen. It may be long, so its cells are asked for when they are drawn.
+struct RowTable : Control {
+    using Control::Control;
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    std::vector<std::string> columns;
+    std::size_t rows = 0;
+    std::size_t selected = none;
+    std::size_t revision = 0; ///< another one: something in it has changed
+    std::function<std::string(std::size_t row, std::size_t column)> cell = [](std::size_t, std::size_t) {
+        return std::string();
+    };
+    std::function<bool(std::size_t row)> stands_out = [](std::size_t) { return false; }; ///< another colour
+    std::function<void(std::size_t row)> chosen = [](std::size_t) {}; ///< by the user; the form selects it
+    Button *enter = nullptr; ///< pressed by the Enter key and a double click
+};
+
 /// Tabs, each with a frame that may carry its caption.
 struct TabFrame : Control {
     using Control::Control;

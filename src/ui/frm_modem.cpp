@@ -78,12 +78,21 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
 
     mnuProfil_oeffnen.keys = "Ctrl+O";
     mnuProfil_speichern.keys = "Ctrl+S";
+    mnuListe_oeffnen.keys = "Ctrl+L";
+    tblListe.enter = &cbuListe_starten;
+    tblListe.spoken_name = "Geräte der Liste";
+    tblListe.tool_tip = "Die gewählte Zeile füllt das Formular; Enter startet.";
+    cbuListe_starten.tool_tip = "Führt die gewählte Zeile aus (Enter in der Liste).";
+    cbuListe_ueberspringen.tool_tip = "Vermerkt die gewählte Zeile als übersprungen und geht zur nächsten.";
+    cbuListe_schliessen.tool_tip =
+        "Schließt die Liste; später geöffnet geht sie weiter, wo sie aufgehört hat.";
+    fraListe.visible = false;
     mnuProtokoll.keys = "Ctrl+P";
     for (Control *control : std::initializer_list<Control *>{
              &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
-             &mnuProfil5, &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern,
-             &cbuProtokoll_leeren})
-        control->recorded = false; // what a profile fills in is
+             &mnuProfil5, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen, &cbuListe_schliessen,
+             &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern, &cbuProtokoll_leeren})
+        control->recorded = false; // what profiles and lists do is
     tboProtokoll.spoken_name = "Protokoll";
     cbuProtokoll_kopieren.tool_tip = "Kopiert, was markiert ist, oder alles.";
     cbuProtokoll_speichern.tool_tip =
@@ -257,7 +266,8 @@ void FrmModem::enable_service_fields(bool on) {
 void FrmModem::prz_Eingaben_deaktivieren() {
     fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = false;
     fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = false;
-    tboAlarmmeldung.enabled = mnuProfil_oeffnen.enabled = mnuZuletzt.enabled = false;
+    tboAlarmmeldung.enabled = mnuProfil_oeffnen.enabled = mnuZuletzt.enabled = mnuListe_oeffnen.enabled =
+        false;
     cbuAlarm_aus.enabled = cbuParametrieren.enabled = cbuTest.enabled = false;
 }
 
@@ -265,7 +275,7 @@ void FrmModem::prz_Eingaben_aktivieren() {
     fraVerbindungsart.enabled = fraModemart.enabled = fraService_Center.enabled = true;
     fraEmpfaenger.enabled = fraAlarm_Ziel.enabled = fraPasswort.enabled = true;
     tboAlarmmeldung.enabled = cbuParametrieren.enabled = true;
-    mnuProfil_oeffnen.enabled = true;
+    mnuProfil_oeffnen.enabled = mnuListe_oeffnen.enabled = true;
     mnuZuletzt.enabled = mnuProfil1.visible;
     if (optGPRS.value) {
         if (!optFernverbindung.value)

@@ -48,6 +48,7 @@ class FrmModem : public Form {
     MenuEntry mnuProfil3{*this, "mnuProfil3", {}, &mnuZuletzt};
     MenuEntry mnuProfil4{*this, "mnuProfil4", {}, &mnuZuletzt};
     MenuEntry mnuProfil5{*this, "mnuProfil5", {}, &mnuZuletzt};
+    MenuEntry mnuListe_oeffnen{*this, "mnuListe_oeffnen", "&Liste öffnen…", &mnuDatei};
     TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
     MenuEntry mnuBeenden{*this, "mnuBeenden", "&Beenden", &mnuDatei};
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};
@@ -124,6 +125,12 @@ class FrmModem : public Form {
     Button cbuProtokoll_kopieren{*this, "cbuProtokoll_kopieren", "Kopieren", &fraProtokoll};
     Button cbuProtokoll_speichern{*this, "cbuProtokoll_speichern", "Speichern…", &fraProtokoll};
     Button cbuProtokoll_leeren{*this, "cbuProtokoll_leeren", "Leeren", &fraProtokoll};
+    Frame fraListe{*this, "fraListe", "Geräteliste"};
+    Label lblListe{*this, "lblListe", {}, &fraListe}; ///< "pumpen.csv: 12 von 30 erledigt"
+    RowTable tblListe{*this, "tblListe", {}, &fraListe};
+    Button cbuListe_starten{*this, "cbuListe_starten", "Starten", &fraListe};
+    Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspringen", &fraListe};
+    Button cbuListe_schliessen{*this, "cbuListe_schliessen", "Schließen", &fraListe};
 
     StatusPanel StatusBar{*this, "StatusBar"};
     Label lblSchritt{*this, "lblSchritt"}; ///< "Schritt 4 von 9, noch 12 s"

@@ -1,0 +1,89 @@
+#include "desktop/table_view.hpp"
+
+#include "desktop/readable_style.hpp"
+
+#include <QHeaderView>
+#include <QTableView>
+
+namespace telvox::desktop {
+
+TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
+    : QAbstractTableModel(&view), table_(table), view_(view), program_(program) {
+    view_.setModel(this);
+    view_.setSelectionBehavior(QAbstractItemView::SelectRows);
+    view_.setSelectionMode(QAbstractItemView::SingleSelection);
+    view_.setTabKeyNavigation(false);
+    view_.setWordWrap(false);
+    view_.verticalHeader()->hide();
+    view_.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 6);
+    view_.horizontalHeader()->setMaximumSectionSize(view_.fontMetrics().averageCharWidth() * 40);
+    view_.horizontalHeader()->setHighlightSections(false);
+    connect(view_.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &index) {
+                if (!drawing_ && index.isValid())
+                    program_.choose(table_, static_cast<std::size_t>(index.row()));
+            });
+    const auto press = [this] {
+        if (table_.enter)
+            program_.click(*table_.enter);
+    };
+    connect(&view_, &QTableView::doubleClicked, this, press);
+}
+
+void TableView::draw() {
+    drawing_ = true;
+    show_contents();
+    show_choice();
+    drawing_ = false;
+}
+
+void TableView::show_contents() {
+    if (rows_ != table_.rows || columns_ != table_.columns) {
+        beginResetModel();
+        rows_ = table_.rows;
+        columns_ = table_.columns;
+        endResetModel();
+    } else if (revision_ == table_.revision) {
+        return;
+    } else if (rows_ != 0) {
+        emit dataChanged(index(0, 0), index(rowCount({}) - 1, columnCount({}) - 1));
+    }
+    revision_ = table_.revision;
+    view_.resizeColumnsToContents(); // of what can be seen
+}
+
+void TableView::show_choice() {
+    const int chosen = table_.selected < rows_ ? static_cast<int>(table_.selected) : -1;
+    if (chosen == view_.currentIndex().row())
+        return;
+    if (chosen < 0)
+        return view_.selectionModel()->clear();
+    view_.selectRow(chosen);
+    view_.scrollTo(index(chosen, 0));
+}
+
+int TableView::rowCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_);
+}
+
+int TableView::columnCount(const QModelIndex &parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant TableView::data(const QModelIndex &index, int role) const {
+    const auto row = static_cast<std::size_t>(index.row());
+    if (role == Qt::ForegroundRole && table_.stands_out(row))
+        return red_on(view_.palette().color(QPalette::Base));
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+        return {};
+    return QString::fromStdString(table_.cell(row, static_cast<std::size_t>(index.column())));
+}
+
+QVariant TableView::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    return QString::fromStdString(columns_[static_cast<std::size_t>(section)]);
+}
+
+} // namespace telvox::desktop

@@ -1,0 +1,244 @@
+#include "operation/list_pane.hpp"
+
+#include "core/files.hpp"
+#include "core/text.hpp"
+#include "core/usage_error.hpp"
+#include "operation/list_order.hpp"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace telvox::operation {
+
+namespace {
+
+/// The pane's columns that are not the list's.
+constexpr std::array own_columns = {"Zeile", "Name", "Ergebnis", "Zeit", "Schnittstelle", "Meldung"};
+
+} // namespace
+
+ListPane::ListPane(Telvox &program, PortScan &ports, Now now)
+    : program_(program),
+      desk_(program.desk),
+      main_(program.desk.frmModem),
+      operator_(program, ports),
+      now_(std::move(now)) {
+    main_.mnuListe_oeffnen.clicked = [this] { ask_to_open(); };
+    main_.tblListe.chosen = [this](std::size_t row) { choose(row); };
+    main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
+    main_.tblListe.stands_out = [this](std::size_t row) {
+        const auto &last = work_->results.last(row);
+        return last && !is_done(last->outcome);
+    };
+    main_.cbuListe_starten.clicked = [this] { start(); };
+    main_.cbuListe_ueberspringen.clicked = [this] { skip(); };
+    main_.cbuListe_schliessen.clicked = [this] { close(); };
+    program_.followers.emplace_back([this] { follow(); });
+    program_.listeners.emplace_back([this](const Message &message) { listen(message); });
+}
+
+void ListPane::ask_to_open() {
+    desk_.files.ask({.title = "Liste öffnen", .filter = "Tabellen (*.csv)"},
+                    [this](const FileAnswer &answer) {
+                        if (!answer.path.empty())
+                            open(answer.path);
+                    });
+}
+
+void ListPane::open(const std::string &path) {
+    try {
+        DeviceList list = read_list(path_of(path));
+        std::vector<Order> orders;
+        for (const DeviceList::Row &row : list.rows)
+            orders.push_back(cells_of(list, row));
+        check(orders);
+        close(); // it may be the same one, and nobody else may write its results
+        work_.reset(new Work{list, std::move(orders), ResultFile(result_path(path_of(path)), list)});
+    } catch (const UsageError &failure) {
+        return program_.together(
+            [&] { desk_.outbox.show(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what()); });
+    }
+    program_.together([&] {
+        before_.emplace(desk_);
+        main_.fraListe.visible = true;
+        main_.tblListe.columns.assign(own_columns.begin(), own_columns.end());
+        for (const std::string &column : work_->list.columns)
+            main_.tblListe.columns.push_back(column);
+        main_.tblListe.rows = work_->list.rows.size();
+        desk_.focus(main_.tblListe);
+        current_ = none;
+        go_on();
+    });
+}
+
+/// Every row is filled in once, so that what a field refuses is known before the first device is begun.
+void ListPane::check(const std::vector<Order> &orders) {
+    program_.rehearse([&] {
+        const MainWindowState start(desk_);
+        for (const Order &order : orders) {
+            start.restore(program_, true);
+            operator_.fill_main_window(order.values);
+            Form &form = *button_of(order).form;
+            form.load();
+            operator_.fill(order.job->options, order.values);
+            form.open = &form == &main_;
+        }
+    });
+}
+
+void ListPane::choose(std::size_t row) {
+    if (!work_ || program_.busy())
+        return;
+    current_ = row;
+    program_.together([&] {
+        before_->restore(program_, true);
+        operator_.fill_main_window(work_->orders[row].values);
+        show();
+    });
+}
+
+void ListPane::start() {
+    if (current_ == none || program_.busy())
+        return;
+    try {
+        operator_.open_dialog(work_->orders[current_]);
+        operator_.press(work_->orders[current_]);
+    } catch (const UsageError &failure) {
+        desk_.outbox.show(failure.what());
+    }
+}
+
+void ListPane::skip() {
+    if (current_ != none && !program_.busy() && keep(current_, {.outcome = RowOutcome::skipped}))
+        go_on();
+}
+
+void ListPane::close() {
+    work_.reset();
+    current_ = none;
+    main_.tblListe.rows = 0;
+    main_.fraListe.visible = false;
+}
+
+/// The row's job may also be started by its own button, after the user has put something right in the form.
+void ListPane::follow() {
+    if (!work_ || current_ == none)
+        return;
+    const bool busy = program_.busy();
+    const bool of_row = program_.last_clicked() == &button_of(work_->orders[current_]);
+    if (busy != std::exchange(was_busy_, busy)) {
+        if (busy) {
+            said_.clear();
+            running_ = of_row ? current_ : none;
+        } else if (running_ != none)
+            row_ended(std::exchange(running_, none));
+        show();
+    } else if (!busy && of_row && program_.outcome() == Outcome::failed) {
+        row_ended(current_); // its port could not be opened
+        show();
+    }
+}
+
+void ListPane::row_ended(std::size_t row) {
+    const Outcome outcome = std::exchange(desk_.session.outcome, Outcome::refused); // it counts once
+    for (const auto &entry : desk_.outbox.waiting())
+        listen(entry.message);
+    const JobCommand &job = *work_->orders[row].job;
+    const bool well = outcome == Outcome::succeeded || outcome == Outcome::objected;
+    if (well && job.result)
+        said_ = found_out(job, desk_);
+    const bool kept =
+        keep(row, {.outcome = outcome == Outcome::succeeded                    ? RowOutcome::succeeded
+                              : outcome == Outcome::objected                   ? RowOutcome::objected
+                              : program_.last_clicked() == &main_.cbuAbbrechen ? RowOutcome::cancelled
+                                                                               : RowOutcome::failed,
+                   .port = operator_.by_path(main_.optFernverbindung.value ? main_.cobModem_Port.text
+                                                                           : main_.cobSchnittstelle.text),
+                   .message = said_});
+    if (!kept || !well)
+        return;
+    if (Form &form = *button_of(work_->orders[row]).form; &form != &main_)
+        program_.close(form);
+    go_on();
+}
+
+bool ListPane::keep(std::size_t row, Attempt attempt) {
+    attempt.time = local_time(now_());
+    const std::string failure = work_->results.append(row, std::move(attempt));
+    if (!failure.empty())
+        desk_.outbox.show("Das Ergebnis konnte nicht festgehalten werden.\r" + failure);
+    return failure.empty();
+}
+
+void ListPane::listen(const Message &message) {
+    if (!message.asks)
+        said_ = joined_lines(message.text);
+}
+
+void ListPane::go_on() {
+    if (const std::size_t next = next_open(); next != none)
+        choose(next);
+    else
+        show();
+}
+
+/// The next row that nobody has tried, round the end of the list; when there is none, the first that did not
+/// go well.
+std::size_t ListPane::next_open() const {
+    const std::size_t count = work_->list.rows.size(), from = current_ == none ? 0 : current_ + 1;
+    for (std::size_t i = 0; i < count; ++i)
+        if (const std::size_t row = (from + i) % count; !work_->results.last(row))
+            return row;
+    for (std::size_t row = 0; row < count; ++row)
+        if (!work_->results.done(row))
+            return row;
+    return none;
+}
+
+Button &ListPane::button_of(const Order &order) const {
+    return dynamic_cast<Button &>(order.job->button(desk_));
+}
+
+std::string ListPane::cell(std::size_t row, std::size_t column) const {
+    const DeviceList::Row &device = work_->list.rows[row];
+    if (column >= own_columns.size()) {
+        column -= own_columns.size();
+        const Option *option = find_option("--" + work_->list.columns[column]);
+        const std::string &value = device.cells[column];
+        return option && option->secret && !value.empty() ? Mask::hidden : value;
+    }
+    const Attempt last = work_->results.last(row).value_or(Attempt{});
+    const std::string outcome = row == running_            ? "läuft"
+                                : work_->results.last(row) ? word_of(last.outcome)
+                                                           : "offen";
+    const std::string own[] = {
+        std::to_string(device.line), device.name, outcome, last.time, last.port, last.message};
+    static_assert(std::size(own) == own_columns.size());
+    return own[column];
+}
+
+void ListPane::show() {
+    const std::vector<DeviceList::Row> &rows = work_->list.rows;
+    std::size_t well = 0, tried = 0;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        well += work_->results.done(row) ? 1 : 0;
+        tried += work_->results.last(row) ? 1 : 0;
+    }
+    main_.lblListe.caption = work_->list.source + ": " + std::to_string(well) + " von " +
+                             std::to_string(rows.size()) + " erledigt" +
+                             (tried > well ? ", " + std::to_string(tried - well) + " nicht" : "");
+    const bool idle = !program_.busy();
+    main_.cbuListe_starten.enabled = main_.cbuListe_ueberspringen.enabled = idle && current_ != none;
+    main_.cbuListe_schliessen.enabled = idle;
+    main_.tblListe.enabled = idle;
+    main_.tblListe.selected = current_;
+    ++main_.tblListe.revision;
+    if (current_ == none || !idle)
+        return;
+    main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiederholen" : "Starten";
+    desk_.status("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
+                 (rows[current_].name.empty() ? "" : ": " + rows[current_].name));
+}
+
+} // namespace telvox::operation

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "core/result_file.hpp"
+#include "operation/main_window_state.hpp"
+#include "operation/operator.hpp"
+#include "operation/order.hpp"
+
+#include <ctime>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace telvox::operation {
+
+/// The window's list of devices: the chosen row fills the form, its job is started with one key, and what
+/// became of it is in the result file before the next device is begun.
+class ListPane {
+  public:
+    using Now = std::function<std::time_t()>;
+
+    ListPane(
+        Telvox &program, PortScan &ports, Now now = [] { return std::time(nullptr); });
+
+    /// Opens a list where it was left; a box says why it could not be, and then nothing has changed.
+    void open(const std::string &path);
+
+  private:
+    struct Work {
+        DeviceList list;
+        std::vector<Order> orders; ///< by row
+        ResultFile results;
+    };
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    void ask_to_open();
+    void check(const std::vector<Order> &orders);
+    void choose(std::size_t row);
+    void start();
+    void skip();
+    void close();
+    void follow();
+    void row_ended(std::size_t row);
+    void listen(const Message &message);
+    bool keep(std::size_t row, Attempt attempt);
+    void go_on();
+    [[nodiscard]] std::size_t next_open() const;
+    [[nodiscard]] Button &button_of(const Order &order) const;
+    [[nodiscard]] std::string cell(std::size_t row, std::size_t column) const;
+    void show();
+
+    Telvox &program_;
+    Desk &desk_;
+    FrmModem &main_;
+    Operator operator_;
+    Now now_;
+    std::unique_ptr<Work> work_;
+    std::optional<MainWindowState> before_; ///< each row starts from it, so that none gets what is another's
+    std::size_t current_ = none;
+    std::size_t running_ = none;
+    bool was_busy_ = false;
+    std::string said_; ///< the last message since the row's job was started
+};
+
+} // namespace telvox::operation

@@ -1,0 +1,158 @@
+// The window's list of devices, against a simulated device that is carried from cabinet to cabinet.
+
+#include "core/files.hpp"
+#include "operation/list_pane.hpp"
+#include "rig/bench.hpp"
+#include "simulator/cable.hpp"
+#include "simulator/gsm.hpp"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace telvox::test {
+namespace {
+
+using operation::ListPane;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Listed : public testing::Test {
+  protected:
+    Listed() {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    ~Listed() override { std::filesystem::remove_all(folder); }
+
+    void open(const std::string &text) {
+        std::ofstream(folder / "l.csv", std::ios::binary) << text;
+        pane.open(text_of(folder / "l.csv"));
+    }
+    /// Starts the chosen row and lets it end; what the box then says.
+    std::string run() {
+        bench.rig.boxes.clear();
+        program.click(main.cbuListe_starten);
+        bench.run(milliseconds{300'000});
+        return bench.rig.boxes.empty() ? "" : bench.rig.boxes.back().text;
+    }
+    /// A column of the pane, by its number.
+    std::vector<std::string> column(std::size_t number) {
+        std::vector<std::string> cells;
+        for (std::size_t row = 0; row < main.tblListe.rows; ++row)
+            cells.push_back(main.tblListe.cell(row, number));
+        return cells;
+    }
+    std::string results() {
+        std::ostringstream text;
+        text << std::ifstream(folder / "l-ergebnis.csv", std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_list_pane_test";
+    std::shared_ptr<simulator::Gsm> device = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
+    simulator::Cable cable{device};
+    Bench bench{cable};
+    Telvox &program = bench.rig.program;
+    FrmModem &main = bench.f;
+    ListPane pane{program, bench.rig.scan, [] { return std::time_t{0}; }};
+};
+
+constexpr std::size_t name = 1, outcome = 2, message = 5;
+constexpr const char *list = "name;typ;schnittstelle;empfaenger;service-center;alarmtext\n"
+                             "Süd;gsm;3;0171;+49171;Pumpe steht\n"
+                             "Nord;gsm;3;0172;+49172;\n"
+                             "Ost;gsm;3;0173;+49173;Tür offen\n";
+
+TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
+    program.choose(main.optGSM);
+    program.enter(main.tboAlarmmeldung, "für alle");
+    open(list);
+    EXPECT_EQ(main.StatusBar.text, "Gerät 1 von 3: Süd");
+    EXPECT_EQ(main.tboRufnummer_Empfaenger.text, "0171");
+
+    EXPECT_THAT(run(), HasSubstr("erfolgreich"));
+    EXPECT_EQ(device->memory.text, "Pumpe steht");
+    EXPECT_EQ(main.StatusBar.text, "Gerät 2 von 3: Nord");
+    EXPECT_EQ(main.tboAlarmmeldung.text, "für alle") << "nothing of the row before is left";
+
+    device->silent = true;
+    EXPECT_THAT(run(), HasSubstr("Kommunikationsfehler: 31"));
+    EXPECT_EQ(main.StatusBar.text, "Gerät 2 von 3: Nord");
+    EXPECT_THAT(column(message)[1], HasSubstr("31. Bitte")) << "on one line";
+    EXPECT_EQ(main.cbuListe_starten.caption, "Wiederholen");
+    EXPECT_TRUE(main.tblListe.stands_out(1));
+    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "fehlgeschlagen", "offen"));
+    EXPECT_THAT(results(), AllOf(HasSubstr(";Süd;"), HasSubstr(";Nord;"), HasSubstr("fehlgeschlagen")))
+        << "on the disk at once";
+
+    device->silent = false;
+    bench.rig.open_failure = "Die Schnittstelle ist nicht vorhanden.";
+    EXPECT_THAT(run(), HasSubstr("konnte nicht geöffnet werden"));
+    EXPECT_THAT(column(message)[1], HasSubstr("nicht vorhanden"));
+    bench.rig.open_failure.clear();
+    bench.rig.turn_by(milliseconds{10'000});
+    // The user puts something right and presses the job's own button; another job is not the row's.
+    program.enter(main.tboRufnummer_Empfaenger, "0199");
+    program.click(main.cbuTest);
+    bench.run(milliseconds{300'000});
+    EXPECT_EQ(column(outcome)[1], "fehlgeschlagen");
+    program.click(main.cbuParametrieren);
+    bench.run(milliseconds{300'000});
+    EXPECT_EQ(device->memory.recipient, "0199");
+    EXPECT_EQ(column(outcome)[1], "erfolgreich");
+
+    program.click(main.cbuListe_starten);
+    bench.run(milliseconds{300'000}, bench.rig.now + milliseconds{3000},
+              [&] { program.click(main.cbuAbbrechen); });
+    EXPECT_EQ(column(outcome)[2], "abgebrochen");
+
+    open(list);
+    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich", "abgebrochen"));
+    EXPECT_EQ(main.StatusBar.text, "Gerät 3 von 3: Ost");
+    program.click(main.cbuListe_ueberspringen);
+    EXPECT_EQ(main.lblListe.caption, "l.csv: 3 von 3 erledigt");
+    program.choose(main.tblListe, 0);
+    EXPECT_THAT(run(), HasSubstr("erfolgreich")) << "a row can be repeated";
+    EXPECT_EQ(device->memory.text, "Pumpe steht");
+    program.click(main.cbuListe_schliessen);
+    EXPECT_FALSE(main.fraListe.visible);
+}
+
+TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {
+    open("name;auftrag;typ;schnittstelle;pin\nA;pin;gsm;3;1234\nB;signal;gsm;3;\n");
+    EXPECT_EQ(run(), "Die PIN wurde eingestellt.");
+    EXPECT_EQ(main.tblListe.cell(0, 8), "***");
+    EXPECT_FALSE(program.desk.frmPin.open);
+    EXPECT_EQ(results().find("1234"), std::string::npos);
+    run();
+    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich"));
+    EXPECT_EQ(column(message)[1], std::to_string(program.desk.frmGSM_Status.pzbSignalstaerke.value));
+}
+
+TEST_F(Listed, ThatIsWrongChangesNothing) {
+    const struct {
+        const char *text, *because;
+    } cases[] = {
+        {"name;typ;farbe\nA;gsm;rot\n", "farbe"},
+        {"name;typ;empfaenger\nA;gsm;1\nB;gsm;12x\n", "l.csv, Zeile 3, Spalte empfaenger: nur Ziffern"},
+        {"name;auftrag\nA;tanzen\n", "den Auftrag \"tanzen\" gibt es nicht"},
+        {"name;typ\n", "l.csv"},
+    };
+    program.enter(main.tboAlarmmeldung, "alt");
+    for (const auto &[text, because] : cases) {
+        bench.rig.boxes.clear();
+        open(text);
+        ASSERT_EQ(bench.rig.boxes.size(), 1U) << text;
+        EXPECT_THAT(bench.rig.boxes[0].text,
+                    AllOf(HasSubstr("Die Liste wurde nicht geöffnet."), HasSubstr(because)));
+        EXPECT_EQ(main.tboAlarmmeldung.text, "alt");
+        EXPECT_FALSE(main.fraListe.visible);
+        EXPECT_FALSE(std::filesystem::exists(folder / "l-ergebnis.csv"));
+    }
+}
+
+} // namespace
+} // namespace telvox::test
