@@ -1,155 +1,106 @@
-// A list of fifty rows at fifty ports over a list of one: time, memory and processor time of the command line
-// itself. Behind each port, a pseudo-terminal, stands a simulated device that this program runs. Exit 1 if a
-// figure is above its limit.
+// A list of fifty rows at fifty ports over a list of one row: how long it takes, what memory and what
+// processor time each further row costs. The ports are pseudo-terminals at which this process serves
+// simulated devices; the list is done by telvox-cli, a process of its own. Exit 1 if a figure is above its
+// limit.
 
-#include "simulator/cable.hpp"
+#include "rig/served_devices.hpp"
+
 #include "simulator/gsm.hpp"
 
-#include <fcntl.h>
-#include <poll.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <string>
-#include <vector>
 
+namespace telvox {
 namespace {
 
-using namespace telvox::simulator;
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t many = 50;
-constexpr int rounds = 3;
+constexpr int many = 50;
+constexpr int rounds = 5;
 constexpr double time_limit = 1.05;
-constexpr double memory_limit_kb = 1024;
+constexpr double memory_limit_mb = 1;
 
-struct Figures {
-    double seconds = 0;
-    double processor_seconds = 0;
-    double memory_kb = 0;
+struct Cost {
+    double seconds;
+    double peak_mb;
+    double processor_ms;
 };
 
-/// A device behind a pseudo-terminal.
-struct SimulatedPort {
-    SimulatedPort() {
-        ::grantpt(master);
-        ::unlockpt(master);
-        path = ::ptsname(master);
-        slave =
-            ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC); // the line stands while nobody has opened it
-        termios raw{};
-        ::tcgetattr(slave, &raw);
-        ::cfmakeraw(&raw);
-        ::tcsetattr(slave, TCSANOW, &raw);
-        device.open(true, Time(0));
-    }
-    ~SimulatedPort() {
-        ::close(slave);
-        ::close(master);
-    }
-    SimulatedPort(const SimulatedPort &) = delete;
-    SimulatedPort &operator=(const SimulatedPort &) = delete;
-
-    int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    int slave = -1;
-    std::string path;
-    Cable device{std::make_shared<Gsm>(Generation::newer)};
-};
-
-/// Runs the devices until the program has ended.
-Figures run_devices(std::vector<std::unique_ptr<SimulatedPort>> &ports, pid_t program) {
-    const auto begin = Clock::now();
-    const auto now = [&] { return std::chrono::duration_cast<Time>(Clock::now() - begin); };
-    std::vector<pollfd> lines;
-    for (const auto &port : ports)
-        lines.push_back({.fd = port->master, .events = POLLIN, .revents = 0});
-    int status = 0;
-    rusage used{};
-    while (::wait4(program, &status, WNOHANG, &used) == 0) {
-        Time wait{20};
-        for (const auto &port : ports)
-            if (const auto next = port->device.next())
-                wait = std::clamp(*next - now(), Time(1), wait);
-        ::poll(lines.data(), lines.size(), static_cast<int>(wait.count()));
-        for (const auto &port : ports) {
-            char bytes[256];
-            if (const auto size = ::read(port->master, bytes, sizeof bytes); size > 0)
-                port->device.receive({bytes, static_cast<std::size_t>(size)}, now());
-            const std::string answer = port->device.transmit(now());
-            if (!answer.empty() && ::write(port->master, answer.data(), answer.size()) < 0)
-                std::perror("write");
-        }
-    }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        std::exit(EXIT_FAILURE);
-    const auto seconds = [](const timeval &time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-    };
-    return {.seconds = std::chrono::duration<double>(Clock::now() - begin).count(),
-            .processor_seconds = seconds(used.ru_utime) + seconds(used.ru_stime),
-            .memory_kb = static_cast<double>(used.ru_maxrss)};
+double milliseconds_of(const timeval &time) {
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
 }
 
-Figures run(const std::string &program, const fs::path &folder, std::size_t rows) {
-    std::vector<std::unique_ptr<SimulatedPort>> ports;
+/// Runs telvox-cli over a list of so many devices; exits if that does not end well.
+Cost run(const fs::path &program, int rows) {
+    std::vector<std::shared_ptr<simulator::Unit>> units;
+    for (int i = 0; i < rows; ++i)
+        units.push_back(std::make_shared<simulator::Gsm>(simulator::Generation::newer));
+    const test::ServedDevices devices(units);
+    const fs::path folder = fs::temp_directory_path() / ("telvox-bench-" + std::to_string(::getpid()));
+    fs::create_directories(folder);
     const std::string list = folder / "liste.csv";
-    fs::remove(folder / "liste-ergebnis.csv");
-    std::ofstream file(list);
-    file << "name;typ;schnittstelle;empfaenger;service-center;alarmtext\n";
-    for (std::size_t i = 0; i < rows; ++i) {
-        ports.push_back(std::make_unique<SimulatedPort>());
-        file << "Pumpwerk " << i << ";gsm;" << ports.back()->path << ";01711234567;+491710760000;Pumpe 3\n";
+    {
+        std::ofstream file(list);
+        file << "name;typ;auftrag;schnittstelle;empfaenger;service-center;alarmtext\n";
+        for (int i = 0; i < rows; ++i)
+            file << i << ";gsm;parametrieren;" << devices.path(static_cast<std::size_t>(i))
+                 << ";01711234567;+491710760000;Pumpe " << i << "\n";
     }
-    file.close();
+    const auto began = std::chrono::steady_clock::now();
     const pid_t child = ::fork();
     if (child == 0) {
-        ::close(STDOUT_FILENO);
-        ::open("/dev/null", O_WRONLY);
+        if (!std::freopen("/dev/null", "w", stdout))
+            ::_exit(126);
         ::execl(program.c_str(), program.c_str(), "liste", list.c_str(), nullptr);
-        std::_Exit(EXIT_FAILURE);
+        ::_exit(127);
     }
-    return run_devices(ports, child);
+    int status = 0;
+    rusage usage{};
+    ::wait4(child, &status, 0, &usage);
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
+    fs::remove_all(folder);
+    if (status != 0) {
+        std::fprintf(stderr, "the list of %d rows did not end well\n", rows);
+        std::exit(1);
+    }
+    return {.seconds = took.count(),
+            .peak_mb = static_cast<double>(usage.ru_maxrss) / 1024,
+            .processor_ms = milliseconds_of(usage.ru_utime) + milliseconds_of(usage.ru_stime)};
 }
 
-double median(std::vector<Figures> &of, double Figures::*what) {
-    std::sort(of.begin(), of.end(), [&](const Figures &a, const Figures &b) { return a.*what < b.*what; });
-    return of[of.size() / 2].*what;
+double median(std::vector<Cost> costs, double Cost::*figure) {
+    std::sort(costs.begin(), costs.end(),
+              [=](const Cost &a, const Cost &b) { return a.*figure < b.*figure; });
+    return costs[costs.size() / 2].*figure;
+}
+
+int measure(const fs::path &program) {
+    std::vector<Cost> one, all;
+    for (int i = 0; i < rounds; ++i) {
+        one.push_back(run(program, 1));
+        all.push_back(run(program, many));
+    }
+    const auto further = [&](double Cost::*figure) {
+        return (median(all, figure) - median(one, figure)) / (many - 1);
+    };
+    const double ratio = median(all, &Cost::seconds) / median(one, &Cost::seconds);
+    std::printf("time:      one row %.2f s, %d rows %.2f s, ratio %.3f, limit %.2f\n",
+                median(one, &Cost::seconds), many, median(all, &Cost::seconds), ratio, time_limit);
+    std::printf("memory:    one row %.1f MB, each further %.3f MB, limit %.0f MB\n",
+                median(one, &Cost::peak_mb), further(&Cost::peak_mb), memory_limit_mb);
+    std::printf("processor: one row %.0f ms, each further %.1f ms\n", median(one, &Cost::processor_ms),
+                further(&Cost::processor_ms));
+    return ratio <= time_limit && further(&Cost::peak_mb) <= memory_limit_mb ? 0 : 1;
 }
 
 } // namespace
+} // namespace telvox
 
 int main(int, char **argv) {
-    const std::string program = fs::absolute(argv[0]).parent_path() / "telvox-cli";
-    const fs::path folder = fs::temp_directory_path() / ("telvox_bench_" + std::to_string(::getpid()));
-    fs::create_directories(folder);
-    std::vector<Figures> one, fifty;
-    for (int round = 0; round < rounds; ++round) {
-        one.push_back(run(program, folder, 1));
-        fifty.push_back(run(program, folder, many));
-    }
-    fs::remove_all(folder);
-    const auto both = [&](double Figures::*what) {
-        return std::pair(median(one, what), median(fifty, what));
-    };
-    const auto [time_one, time_many] = both(&Figures::seconds);
-    const auto [processor_one, processor_many] = both(&Figures::processor_seconds);
-    const auto [memory_one, memory_many] = both(&Figures::memory_kb);
-    const double memory_each = (memory_many - memory_one) / (many - 1);
-    std::printf("time:      %.2f s for one row, %.2f s for %zu: %.3f\n", time_one, time_many, many,
-                time_many / time_one);
-    std::printf("processor: %.1f ms for one row, %.1f ms for %zu: %.1f ms for each further one\n",
-                processor_one * 1e3, processor_many * 1e3, many,
-                (processor_many - processor_one) * 1e3 / (many - 1));
-    std::printf("memory:    %.0f KB for one row, %.0f KB for %zu: %.0f KB for each further one\n", memory_one,
-                memory_many, many, memory_each);
-    return time_many / time_one <= time_limit && memory_each <= memory_limit_kb ? EXIT_SUCCESS : EXIT_FAILURE;
+    return telvox::measure(std::filesystem::path(argv[0]).parent_path() / "telvox-cli");
 }

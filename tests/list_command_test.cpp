@@ -4,6 +4,8 @@
 #include "core/result_file.hpp"
 #include "operation/list_order.hpp"
 #include "rig/cli_program.hpp"
+#include "rig/served_devices.hpp"
+#include "simulator/gsm.hpp"
 
 #include <gmock/gmock.h>
 
@@ -145,6 +147,34 @@ TEST_F(ListCommand, ALostPortEndsItsRowAndAnInterruptAllThatRun) {
                              "Zeile 4, C, " + second + ": abgebrochen: Der Vorgang wurde abgebrochen.",
                              HasSubstr("4 Zeilen: 1 fehlgeschlagen, 2 abgebrochen, 1 offen.")));
     EXPECT_THAT(results(), ElementsAre("fehlgeschlagen", "abgebrochen", "abgebrochen", "offen"));
+}
+
+TEST_F(ListCommand, AnUnpluggedAdapterEndsOneOfEightJobs) {
+    std::vector<std::shared_ptr<simulator::Unit>> units;
+    for (int i = 0; i < 8; ++i) {
+        units.push_back(std::make_shared<simulator::Gsm>(simulator::Generation::newer));
+        units.back()->memory.service_number = "0900";
+    }
+    constexpr std::size_t unplugged = 3;
+    units[unplugged]->silent = true; // its job still waits then
+    {
+        ServedDevices served(units);
+        std::string table = "typ;schnittstelle;auftrag\n";
+        for (std::size_t i = 0; i < units.size(); ++i)
+            table += "gsm;" + served.path(i) + ";alarm-aus\n";
+        write(table);
+        begin();
+        ASSERT_TRUE(served.all_hear());
+        served.unplug(unplugged);
+        EXPECT_EQ(result(), 1);
+        EXPECT_THAT(out, HasSubstr("Zeile 5, " + served.path(unplugged) +
+                                   ": fehlgeschlagen: Die Verbindung zur Schnittstelle "));
+    }
+    const auto rows = results();
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        EXPECT_EQ(rows[i], i == unplugged ? "fehlgeschlagen" : "erfolgreich");
+        EXPECT_EQ(units[i]->memory.service_number, i == unplugged ? "0900" : "");
+    }
 }
 
 TEST_F(ListCommand, ADeviceThatRejectsSomethingIsTold) {
