@@ -119,6 +119,7 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     EXPECT_EQ(device->memory.text, "Pumpe steht");
     program.click(main.cbuListe_schliessen);
     EXPECT_FALSE(main.fraListe.visible);
+    EXPECT_EQ(main.tboAlarmmeldung.text, "für alle");
 }
 
 TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {

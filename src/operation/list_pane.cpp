@@ -75,7 +75,7 @@ void ListPane::open(const std::string &path) {
 /// Every row is filled in once, so that what a field refuses is known before the first device is begun.
 void ListPane::check(const std::vector<Order> &orders) {
     program_.rehearse([&] {
-        const MainWindowState start(desk_);
+        const MainWindowState start = work_ ? *before_ : MainWindowState(desk_);
         for (const Order &order : orders) {
             start.restore(program_, true);
             operator_.fill_main_window(order.values);
@@ -115,6 +115,8 @@ void ListPane::skip() {
 }
 
 void ListPane::close() {
+    if (work_)
+        before_->restore(program_, true);
     work_.reset();
     current_ = none;
     main_.tblListe.rows = 0;
@@ -227,7 +229,7 @@ void ListPane::show() {
     }
     main_.lblListe.caption = work_->list.source + ": " + std::to_string(well) + " von " +
                              std::to_string(rows.size()) + " erledigt" +
-                             (tried > well ? ", " + std::to_string(tried - well) + " nicht" : "");
+                             (tried > well ? ", " + std::to_string(tried - well) + " ohne Erfolg" : "");
     const bool idle = !program_.busy();
     main_.cbuListe_starten.enabled = main_.cbuListe_ueberspringen.enabled = idle && current_ != none;
     main_.cbuListe_schliessen.enabled = idle;
