@@ -213,7 +213,8 @@ int ListCommand::sum_up() {
     for (const char *word : words)
         if (count.contains(word))
             counts += (counts.empty() ? "" : ", ") + std::to_string(count[word]) + " " + word;
-    out_.results.line(std::to_string(list_.rows.size()) + " Zeilen: " + counts +
+    out_.results.line(std::to_string(list_.rows.size()) +
+                      (list_.rows.size() == 1 ? " Zeile: " : " Zeilen: ") + counts +
                       ". Ergebnisse: " + text_of(results_path_));
     return unwritten_ ? job_failed : code;
 }
