@@ -42,7 +42,7 @@ struct FilledDesk {
         }
     }
 
-    Rig rig{{"/nonexistent", {SHARE}}};
+    Rig rig{{"/dev/null/none", {SHARE}}};
     FrmModem &form = rig.program.desk.frmModem;
     PortMap ports{CommonOptions{.ports = {{3, "/dev/a"}, {6, "/dev/b"}}}};
     QtPortScan scan{ports};

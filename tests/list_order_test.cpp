@@ -20,7 +20,7 @@ std::string tried(const std::string &table, const ForAllRows &all = {}, bool des
         check_taken(all, list);
         for (const DeviceList::Row &row : list.rows) {
             const Order order = order_of(list, row, all);
-            const Trial trial = try_out(order, {"/nonexistent", {SHARE}}, despite, exists);
+            const Trial trial = try_out(order, {"/dev/null/none", {SHARE}}, despite, exists);
             if (!trial.refusal.empty())
                 return label_of(row) + " " + trial.option + ": " + trial.refusal;
             text += order.job->name;

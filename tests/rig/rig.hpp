@@ -21,7 +21,8 @@ std::string bytes_of(std::string_view text);
 /// test turns.
 class Rig {
   public:
-    explicit Rig(DataFolders folders = {"/nonexistent", {}});
+    /// Without folders of a test's own there are none, and not even the superuser can make them.
+    explicit Rig(DataFolders folders = {"/dev/null/none", {}});
 
     /// Turns the clock forward to this time; every tick that falls due on the way runs at its time.
     void turn_to(milliseconds time);
