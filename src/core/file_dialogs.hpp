@@ -12,7 +12,7 @@ struct FileQuestion {
     std::string title;     ///< of the dialog: "Protokoll speichern"
     std::string filter;    ///< "Protokoll (*.txt)"; a name that is saved without a suffix gets its first
     bool saves = false;    ///< asks before it overwrites
-    std::string suggested; ///< name to save under, without a folder
+    std::string suggested; ///< name to save under; with a folder, the dialog begins there
     std::string tick;      ///< caption of a box that can be ticked, empty: none
 };
 

@@ -81,8 +81,9 @@ void QtFileDialogs::open(const FileQuestion &question, const FileAnswered &answe
     auto *dialog = new Dialog(owner(), question);
     dialog_ = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setDirectory(folder_);
-    dialog->selectFile(QString::fromStdString(question.suggested));
+    const QFileInfo suggested(QString::fromStdString(question.suggested));
+    dialog->setDirectory(suggested.isAbsolute() ? suggested.absolutePath() : folder_);
+    dialog->selectFile(suggested.fileName());
     connect(dialog, &QDialog::finished, this, [this, dialog, answered] {
         folder_ = dialog->directory().absolutePath();
         answered(dialog->answer());

@@ -65,7 +65,7 @@ void Profiles::ask_to_save() {
     desk_.files.ask({.title = "Profil speichern",
                      .filter = filter,
                      .saves = true,
-                     .suggested = path_.empty() ? "" : file_name(path_),
+                     .suggested = path_,
                      .tick = "Passwörter, Schlüssel und PIN mit speichern (für jeden lesbar)"},
                     [this](const FileAnswer &answer) {
                         if (!answer.path.empty())
@@ -136,15 +136,16 @@ void Profiles::follow_dialogs() {
 void Profiles::take_over(Profile profile, const std::string &path, const std::string &what_happened) {
     secrets_ = has_secret(profile);
     profile_ = std::move(profile);
-    path_ = path;
+    std::error_code error; // remembered, it must mean the same file from another folder too
+    path_ = text_of(std::filesystem::absolute(path_of(path), error));
     std::vector<std::string> &recent = desk_.remembered.profiles;
-    std::erase(recent, path);
-    recent.insert(recent.begin(), path);
+    std::erase(recent, path_);
+    recent.insert(recent.begin(), path_);
     recent.resize(std::min(recent.size(), Remembered::most_profiles));
     write_remembered(desk_.folders.settings, desk_.remembered);
     program_.together([&] {
         show_recent();
-        desk_.status("Profil \"" + file_name(path) + "\" " + what_happened);
+        desk_.status("Profil \"" + file_name(path_) + "\" " + what_happened);
     });
 }
 
