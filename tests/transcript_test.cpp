@@ -46,6 +46,19 @@ std::vector<fs::path> transcript_files() {
 INSTANTIATE_TEST_SUITE_P(All, EveryTranscript, testing::ValuesIn(transcript_files()),
                          [](const auto &played) { return played.param.stem().string(); });
 
+/// A protocol that the window saved after a job with a device on a real clock.
+TEST(Player, PlaysARecordingFromTheField) {
+    std::ifstream file(fs::path(TRANSCRIPTS) / "recorded" / "gsm_configure.txt");
+    std::string text{std::istreambuf_iterator<char>(file), {}};
+    const auto played = [&] {
+        std::istringstream recording(text);
+        return play(presets().read(recording), Playing::recorded);
+    };
+    EXPECT_EQ(played(), "");
+    text.replace(text.find("<- TIME"), 7, "<- LATE");
+    EXPECT_THAT(played(), testing::HasSubstr("AT**TIME?"));
+}
+
 /// What a transcript could say without testing anything is a fault of the transcript.
 TEST(Player, RefusesWhatIsWronglyWritten) {
     for (const char *form : {"0 cable 3\n", "", "100 end\n50 end\n", "0 use nothing\n1 end\n",

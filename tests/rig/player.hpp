@@ -9,6 +9,7 @@ namespace telvox::test {
 /// The ways to play a transcript. The last three hold beyond what is written in it.
 enum class Playing {
     whole,
+    recorded,  ///< as a protocol from the field: its clock was a real one, so only the order is compared
     bytewise,  ///< replies byte by byte, with the same result
     silent,    ///< once for each "silent": the device says nothing from the line before it on
     lost,      ///< once for each output: the adapter is unplugged after it; one box, everything in order
