@@ -20,7 +20,6 @@ LogView::LogView(Log &log, QPlainTextEdit &edit) : QObject(&edit), log_(log), ed
     edit_.setLineWrapMode(QPlainTextEdit::NoWrap);
     edit_.setMaximumBlockCount(Log::capacity);
     edit_.setTabChangesFocus(true);
-    edit_.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     edit_.installEventFilter(this);
     pause_.setSingleShot(true);
     pause_.setInterval(100);
@@ -56,6 +55,8 @@ void LogView::catch_up() {
     const bool follows = reads_at == bar.maximum();
     const int before = edit_.blockCount();
     const bool was_empty = edit_.document()->isEmpty();
+    if (was_empty) // not before it is needed: another font to read makes the program start later
+        edit_.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     insert(lines);
     const int gone = before - was_empty + static_cast<int>(lines.size()) - edit_.blockCount();
     bar.setValue(follows ? bar.maximum() : std::max(reads_at - gone, 0));

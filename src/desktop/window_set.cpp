@@ -142,19 +142,21 @@ int content_height(QWidget &window) {
     return window.layout()->sizeHint().height();
 }
 
-/// Gives the panes the height they wish and what is left over to the last one. Where it is too little they
+/// Gives the panes the height they wish and what is left over to the lowest one. Where it is too little they
 /// make do with their least height, and the form scrolls in the rest.
 void share_out(QSplitter &panes) {
     QList<int> heights = wished_heights(panes);
     const auto left = [&] {
-        int room = panes.height();
+        int room = panes.height() + panes.handleWidth(); // one less than there are parts
         for (const int height : heights)
             room -= height == 0 ? 0 : height + panes.handleWidth();
         return room;
     };
     for (int i = 1; i < panes.count() && left() < 0; ++i)
         heights[i] = std::min(heights[i], panes.widget(i)->minimumSizeHint().height());
-    (left() < 0 ? heights.first() : heights.last()) += left();
+    const auto lowest =
+        std::find_if(heights.rbegin(), heights.rend(), [](int height) { return height != 0; });
+    (left() < 0 ? heights.first() : *lowest) += left();
     panes.setSizes(heights);
 }
 
