@@ -1,5 +1,6 @@
 #include "cli/call.hpp"
 
+#include "core/files.hpp"
 #include "core/usage_error.hpp"
 
 namespace telvox::cli {
@@ -39,15 +40,6 @@ void take_any_port(Arguments &arguments, Call &call) {
         return take_port(value, call.common);
     arguments.once();
     call.values["--port"] = {value, "--port"};
-}
-
-/// One line without its end; false behind the last.
-bool read_line(std::istream &stream, std::string &line) {
-    if (!std::getline(stream, line))
-        return false;
-    if (line.ends_with('\r'))
-        line.pop_back();
-    return true;
 }
 
 /// Throws UsageError for a file that is no profile, or none for the job.

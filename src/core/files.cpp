@@ -34,4 +34,12 @@ std::string text_of(const fs::path &path) {
     return {text.begin(), text.end()};
 }
 
+bool read_line(std::istream &stream, std::string &line) {
+    if (!std::getline(stream, line))
+        return false;
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
 } // namespace telvox

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <istream>
 #include <string>
 #include <string_view>
 
@@ -13,5 +14,8 @@ namespace telvox {
 /// A path from UTF-8 text, and the text of a path.
 [[nodiscard]] std::filesystem::path path_of(std::string_view utf8);
 [[nodiscard]] std::string text_of(const std::filesystem::path &path);
+
+/// Reads a line without its end (LF or CR LF); false behind the last.
+bool read_line(std::istream &stream, std::string &line);
 
 } // namespace telvox

@@ -1,5 +1,6 @@
 #include "operation/profile.hpp"
 
+#include "core/files.hpp"
 #include "core/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
@@ -17,15 +18,6 @@ namespace {
 constexpr std::size_t largest_file = 65536;
 
 constexpr std::string_view first_line = "# Telvox-A Profil\n";
-
-/// One line without its end; false behind the last.
-bool read_line(std::istream &stream, std::string &line) {
-    if (!std::getline(stream, line))
-        return false;
-    if (line.ends_with('\r'))
-        line.pop_back();
-    return true;
-}
 
 std::string option_name(std::string_view name) { return "--" + std::string(name); }
 
@@ -145,7 +137,7 @@ std::string profile_of_stream(std::istream &stream, const std::string &source) {
 
 std::string profile_of_file(const std::string &path) {
     const std::string source = "\"" + path + "\"";
-    const std::filesystem::path file_path(std::u8string(path.begin(), path.end()));
+    const std::filesystem::path file_path = path_of(path);
     std::error_code error;
     errno = 0;
     std::ifstream file(file_path, std::ios::binary);
