@@ -133,6 +133,27 @@ TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {
     EXPECT_EQ(column(message)[1], std::to_string(program.desk.frmGSM_Status.pzbSignalstaerke.value));
 }
 
+TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
+    struct : PortScan {
+        std::vector<PortInfo> ports() override { return {}; }
+        int number_of(const std::string &) override { return plugged ? 3 : 0; }
+        bool plugged = true;
+    } scan;
+    ListPane by_path(program, scan, [] { return std::time_t{0}; });
+    std::ofstream(folder / "l.csv") << "name;typ;schnittstelle\nA;gsm;/dev/a\nB;gsm;/dev/b\n";
+    by_path.open(text_of(folder / "l.csv"));
+    scan.plugged = false;
+    program.choose(main.tblListe, 1);
+    ASSERT_EQ(bench.rig.boxes.size(), 1U);
+    EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr("/dev/b"));
+    program.click(main.cbuListe_starten);
+    EXPECT_FALSE(program.busy()) << "the form holds another device's port";
+    EXPECT_EQ(bench.rig.boxes.size(), 2U);
+    scan.plugged = true;
+    program.choose(main.tblListe, 0);
+    EXPECT_EQ(main.cobSchnittstelle.text, "COM 3");
+}
+
 TEST_F(Listed, ThatIsWrongChangesNothing) {
     const struct {
         const char *text, *because;

@@ -93,13 +93,24 @@ void ListPane::choose(std::size_t row) {
     current_ = row;
     program_.together([&] {
         before_->restore(program_, true);
-        operator_.fill_main_window(work_->orders[row].values);
+        try {
+            operator_.fill_main_window(work_->orders[row].values);
+            filled_ = true;
+        } catch (const UsageError &failure) { // its adapter has been unplugged since
+            before_->restore(program_, true);
+            filled_ = false;
+            desk_.outbox.show(failure.what());
+        }
         show();
     });
 }
 
 void ListPane::start() {
     if (current_ == none || program_.busy())
+        return;
+    if (!filled_)
+        choose(current_);
+    if (!filled_)
         return;
     try {
         operator_.open_dialog(work_->orders[current_]);
@@ -128,7 +139,7 @@ void ListPane::follow() {
     if (!work_ || current_ == none)
         return;
     const bool busy = program_.busy();
-    const bool of_row = program_.last_clicked() == &button_of(work_->orders[current_]);
+    const bool of_row = filled_ && program_.last_clicked() == &button_of(work_->orders[current_]);
     if (busy != std::exchange(was_busy_, busy)) {
         if (busy) {
             said_.clear();

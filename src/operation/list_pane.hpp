@@ -57,6 +57,7 @@ class ListPane {
     std::unique_ptr<Work> work_;
     std::optional<MainWindowState> before_; ///< each row starts from it, so that none gets what is another's
     std::size_t current_ = none;
+    bool filled_ = false; ///< the form holds the current row
     std::size_t running_ = none;
     bool was_busy_ = false;
     std::string said_; ///< the last message since the row's job was started

@@ -129,7 +129,16 @@ void Profiles::follow_dialogs() {
         if (!open)
             profile_.dialogs[&section] = values_of(section.options, desk_, secrets_);
         else if (const auto values = profile_.dialogs.find(&section); values != profile_.dialogs.end())
-            operator_.fill(section.options, values->second);
+            fill_dialog(section, values->second);
+    }
+}
+
+/// What was right when the profile was opened may have become impossible.
+void Profiles::fill_dialog(const Section &section, const Values &values) {
+    try {
+        operator_.fill(section.options, values);
+    } catch (const UsageError &failure) {
+        desk_.outbox.show(std::string("Das Profil füllt diesen Dialog nur zum Teil.\r") + failure.what());
     }
 }
 

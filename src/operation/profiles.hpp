@@ -28,6 +28,7 @@ class Profiles {
     void check(const Profile &profile);
     void fill_main_window(const Profile &profile);
     void follow_dialogs();
+    void fill_dialog(const Section &section, const Values &values);
     void take_over(Profile profile, const std::string &path, const std::string &what_happened);
     void show_recent();
 
