@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTemporaryDir>
 #include <QTest>
@@ -96,6 +98,12 @@ TEST_F(ProtocolTest, ShowsEachJobFromItsStartAndNoSecret) {
     started.set_pin("0815");
     const std::string both = started.shown();
     EXPECT_THAT(both, testing::StartsWith(first + "\n\n      0 | format"));
+    started.window.resize(1024, 520);
+    started.set_pin("0815");
+    started.shown();
+    const QScrollBar &bar = *started.window.findChild<QPlainTextEdit *>("tboProtokoll")->verticalScrollBar();
+    EXPECT_TRUE(bar.maximum() > 0 && bar.value() == bar.maximum())
+        << "the last line is seen in less room, too";
     started.click("cbuProtokoll_leeren");
     EXPECT_EQ(started.shown(), "");
 

@@ -21,6 +21,13 @@ LogView::LogView(Log &log, QPlainTextEdit &edit) : QObject(&edit), log_(log), ed
     edit_.setMaximumBlockCount(Log::capacity);
     edit_.setTabChangesFocus(true);
     edit_.installEventFilter(this);
+    // Whoever reads the newest line goes on doing so when the pane's height changes.
+    connect(edit_.verticalScrollBar(), &QScrollBar::rangeChanged, this,
+            [this, end = 0](int, int maximum) mutable {
+                QScrollBar &bar = *edit_.verticalScrollBar();
+                if (bar.value() >= std::exchange(end, maximum))
+                    bar.setValue(maximum);
+            });
     pause_.setSingleShot(true);
     pause_.setInterval(100);
     connect(&pause_, &QTimer::timeout, this, &LogView::catch_up);
