@@ -67,11 +67,15 @@ TEST_F(ProtocolTest, IsHiddenAtFirstAndThenAsItWasLeft) {
         Started first(folder);
         EXPECT_FALSE(first.pane.isVisible());
         const int height = first.window.height();
+        const QRect screen = first.window.screen()->availableGeometry();
+        first.window.move(0, screen.bottom() - first.window.frameGeometry().height());
         const QWidget &button = *first.window.findChild<QPushButton *>("cbuBeenden");
         const QPoint place = button.mapTo(&first.window, QPoint());
         first.toggle();
         EXPECT_TRUE(first.pane.isVisible() && first.pane.height() > 100);
         EXPECT_GT(first.window.height(), height);
+        EXPECT_TRUE(screen.contains(first.window.frameGeometry()))
+            << "it goes up where there is no room below";
         EXPECT_LE(std::abs(button.mapTo(&first.window, QPoint()).y() - place.y()), 1)
             << "the pane comes below";
         first.toggle();

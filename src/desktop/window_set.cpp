@@ -273,10 +273,13 @@ void WindowSet::follow_content(Made &made, int height) {
     if (change == 0)
         return;
     if (!window.isMaximized() && !window.isFullScreen()) {
-        const int room = window.screen()->availableGeometry().bottom() - window.frameGeometry().bottom();
+        const QRect screen = window.screen()->availableGeometry(), frame = window.frameGeometry();
+        const int room = screen.height() - frame.height();
         const int given = std::clamp(change, -made.given, std::max(room, 0));
         made.given += given;
         window.resize(window.width(), height + given);
+        if (const int below = frame.bottom() + given - screen.bottom(); given > 0 && below > 0)
+            window.move(window.x(), std::max(window.y() - below, screen.top()));
     }
     if (QSplitter *panes = panes_of(window); panes && change > 0)
         share_out(*panes);
