@@ -60,7 +60,7 @@ class Listed : public testing::Test {
     ListPane pane{program, bench.rig.scan, [] { return std::time_t{0}; }};
 };
 
-constexpr std::size_t name = 1, outcome = 2, message = 5;
+constexpr std::size_t name = 1, outcome = 3, message = 6;
 constexpr const char *list = "name;typ;schnittstelle;empfaenger;service-center;alarmtext\n"
                              "Süd;gsm;3;0171;+49171;Pumpe steht\n"
                              "Nord;gsm;3;0172;+49172;\n"
@@ -125,7 +125,8 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
 TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {
     open("name;auftrag;typ;schnittstelle;pin\nA;pin;gsm;3;1234\nB;signal;gsm;3;\n");
     EXPECT_EQ(run(), "Die PIN wurde eingestellt.");
-    EXPECT_EQ(main.tblListe.cell(0, 8), "***");
+    EXPECT_EQ(main.tblListe.cell(0, 9), "***");
+    EXPECT_EQ(main.tblListe.cell(1, 2), "signal");
     EXPECT_FALSE(program.desk.frmPin.open);
     EXPECT_EQ(results().find("1234"), std::string::npos);
     run();

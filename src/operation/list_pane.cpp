@@ -14,7 +14,8 @@ namespace telvox::operation {
 namespace {
 
 /// The pane's columns that are not the list's.
-constexpr std::array own_columns = {"Zeile", "Name", "Ergebnis", "Zeit", "Schnittstelle", "Meldung"};
+constexpr std::array own_columns = {"Zeile", "Name",          "Auftrag", "Ergebnis",
+                                    "Zeit",  "Schnittstelle", "Meldung"};
 
 } // namespace
 
@@ -226,7 +227,7 @@ std::string ListPane::cell(std::size_t row, std::size_t column) const {
                                 : work_->results.last(row) ? word_of(last.outcome)
                                                            : "offen";
     const std::string own[] = {
-        std::to_string(device.line), device.name, outcome, last.time, last.port, last.message};
+        std::to_string(device.line), device.name, device.job, outcome, last.time, last.port, last.message};
     static_assert(std::size(own) == own_columns.size());
     return own[column];
 }
