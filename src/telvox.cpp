@@ -74,7 +74,7 @@ void Telvox::connect_the_end() {
 
 void Telvox::leave() {
     sequencer_.abandon();
-    network_.stop();
+    network_.abandon();
     leaving_ = true;
 }
 

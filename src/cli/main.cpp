@@ -45,6 +45,7 @@ int exit_code(Outcome outcome) {
     case Outcome::objected:
         return cli::device_objected;
     case Outcome::failed:
+    case Outcome::cancelled:
         return cli::job_failed;
     case Outcome::refused:
         break;

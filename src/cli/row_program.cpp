@@ -35,10 +35,7 @@ void RowProgram::start() {
     look_whether_over();
 }
 
-void RowProgram::cancel() {
-    cancelled_ = true;
-    program_.cancel();
-}
+void RowProgram::cancel() { program_.cancel(); }
 
 void RowProgram::look_whether_over() {
     if (!pressed_ || program_.busy() || std::exchange(ending_, true))
@@ -68,11 +65,7 @@ Attempt RowProgram::result() {
     if (well && order_.job->result)
         said_ = found_out(*order_.job, program_.desk);
     program_.Form_Unload();
-    return {.outcome = outcome == Outcome::succeeded  ? RowOutcome::succeeded
-                       : outcome == Outcome::objected ? RowOutcome::objected
-                       : cancelled_                   ? RowOutcome::cancelled
-                                                      : RowOutcome::failed,
-            .message = said_};
+    return {.outcome = row_outcome(outcome), .message = said_};
 }
 
 } // namespace telvox::cli

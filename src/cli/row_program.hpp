@@ -40,7 +40,6 @@ class RowProgram final : public MessageBoxes {
     std::string said_;
     bool pressed_ = false;
     bool ending_ = false;
-    bool cancelled_ = false;
 };
 
 } // namespace telvox::cli

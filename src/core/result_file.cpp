@@ -61,6 +61,13 @@ std::string refused(const fs::path &path, const std::string &why) {
 
 } // namespace
 
+RowOutcome row_outcome(Outcome outcome) {
+    return outcome == Outcome::succeeded   ? RowOutcome::succeeded
+           : outcome == Outcome::objected  ? RowOutcome::objected
+           : outcome == Outcome::cancelled ? RowOutcome::cancelled
+                                           : RowOutcome::failed;
+}
+
 const char *word_of(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
 
 bool is_done(RowOutcome outcome) { return outcome != RowOutcome::failed && outcome != RowOutcome::cancelled; }

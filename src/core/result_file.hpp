@@ -2,6 +2,7 @@
 
 #include "core/append_file.hpp"
 #include "core/device_list.hpp"
+#include "core/session.hpp"
 
 #include <ctime>
 #include <optional>
@@ -11,6 +12,8 @@ namespace telvox {
 
 /// How an attempt at a row came out.
 enum class RowOutcome { succeeded, objected, failed, cancelled, skipped };
+/// What a job's outcome is for its row.
+[[nodiscard]] RowOutcome row_outcome(Outcome outcome);
 
 /// As the result file and the user read it.
 [[nodiscard]] const char *word_of(RowOutcome outcome);

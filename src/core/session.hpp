@@ -163,6 +163,7 @@ struct IptSettings {
 enum class Outcome {
     refused,   ///< a check said no, nothing was sent (or nothing was started yet)
     failed,    ///< ended with an error, or its port could not be opened
+    cancelled, ///< ended by the user
     succeeded, ///< went to its end
     objected,  ///< went to its end, but the device rejected something on the way
 };

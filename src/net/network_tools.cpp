@@ -186,9 +186,15 @@ void NetworkTools::cancel() {
         return;
     const TelnetState &state = telnet_.state();
     const bool told = stage_ == Stage::dialogue && (state.gateway_sent || state.address_sent);
-    stop();
-    c_.session.outcome = Outcome::failed;
+    abandon();
     c_.outbox.show(cancelled(told));
+}
+
+void NetworkTools::abandon() {
+    if (!busy())
+        return;
+    stop();
+    c_.session.outcome = Outcome::cancelled;
 }
 
 void NetworkTools::log(std::string &into, std::string_view text) const {

@@ -71,7 +71,9 @@ class NetworkTools {
 
     /// Ends the action at the user's wish, and says so.
     void cancel();
-    /// Ends it at once and without a word: process, connection and timer.
+    /// The same without a word.
+    void abandon();
+    /// Nothing of it goes on: process, connection and timer.
     void stop();
 
     /// Adds lines to a dialog's log, which is plain text of at most 64 KB; older text gives way.

@@ -163,10 +163,7 @@ void ListPane::row_ended(std::size_t row) {
     if (well && job.result)
         said_ = found_out(job, desk_);
     const bool kept =
-        keep(row, {.outcome = outcome == Outcome::succeeded                    ? RowOutcome::succeeded
-                              : outcome == Outcome::objected                   ? RowOutcome::objected
-                              : program_.last_clicked() == &main_.cbuAbbrechen ? RowOutcome::cancelled
-                                                                               : RowOutcome::failed,
+        keep(row, {.outcome = row_outcome(outcome),
                    .port = operator_.by_path(main_.optFernverbindung.value ? main_.cobModem_Port.text
                                                                            : main_.cobSchnittstelle.text),
                    .message = said_});

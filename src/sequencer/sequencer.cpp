@@ -295,7 +295,7 @@ Progress Sequencer::progress() const {
 void Sequencer::abandon() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
-    c_.session.outcome = Outcome::failed;
+    c_.session.outcome = Outcome::cancelled;
     finish(LineEnd::by_mode);
 }
 
