@@ -17,7 +17,8 @@ class AppendFile {
 
     /// Opens a file, and makes it if there is none. EBUSY if another program has it open like this.
     [[nodiscard]] int open(const std::filesystem::path &file);
-    /// Appends a record; one that cannot be written whole leaves nothing behind.
+    /// Appends a record; one that cannot be written whole leaves nothing behind. ESTALE if somebody has
+    /// deleted or replaced the file.
     [[nodiscard]] int append(std::string_view record);
     /// Cuts the file off behind this many bytes.
     [[nodiscard]] int cut(std::uintmax_t size);

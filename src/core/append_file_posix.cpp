@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace telvox {
@@ -32,6 +33,9 @@ int AppendFile::open(const std::filesystem::path &file) {
 int AppendFile::append(std::string_view record) {
     const off_t size = ::lseek(file_, 0, SEEK_END);
     int failed = size < 0 ? errno : 0;
+    struct stat state {};
+    if (failed == 0 && ::fstat(file_, &state) == 0 && state.st_nlink == 0)
+        failed = ESTALE; // deleted, or replaced by an editor that saved it: nobody would ever read the record
     while (failed == 0 && !record.empty()) {
         const auto written = ::write(file_, record.data(), record.size());
         if (written >= 0)

@@ -30,6 +30,9 @@ constexpr Reason reasons[] = {
     {EIO, "Der Datenträger meldet einen Fehler."},
     {ENXIO, "Der Datenträger ist nicht bereit."},
     {ENODEV, "Der Datenträger ist nicht bereit."},
+#ifdef ESTALE
+    {ESTALE, "Die Datei wurde gelöscht oder ersetzt."},
+#endif
     {EPIPE, "Der Empfänger der Ausgabe hat sie geschlossen."},
     {EBADF, "Die Ausgabe ist geschlossen."},
     {EFBIG, "Die Datei wird zu groß."},
