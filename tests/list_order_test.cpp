@@ -50,7 +50,7 @@ TEST(ListOrder, TheWholeListIsCheckedByTheButtonsOwnChecks) {
     } cases[] = {
         {"typ;schnittstelle;auftrag\ngsm;/dev/a;imei\n", "imei schnittstelle=/dev/a typ=gsm @/dev/a\n"},
         {"typ;verbindung;modemanschluss;rufnummer-modem;auftrag\nanalog;fern;6;1;alarm-aus\n", "@6 fern\n"},
-        {"auftrag;ip\nnetz-pruefen;1.2.3.4\n", "netz-pruefen ip=1.2.3.4\n"},
+        {"auftrag;ip\nnetz-pruefen;1.2.3.4\n", "netz-pruefen ip=1.2.3.4 typ=ethernet\n"},
         {"auftrag\ntanzen\n", "l, Zeile 2, Spalte auftrag: den Auftrag \"tanzen\" gibt es nicht"},
         {"auftrag\nliste\n",
          "l, Zeile 2, Spalte auftrag: den Auftrag \"liste\" gibt es nicht in einer Liste"},

@@ -155,6 +155,30 @@ TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
     EXPECT_EQ(main.cobSchnittstelle.text, "COM 3");
 }
 
+TEST_F(Listed, KeepsWhatARowCameToWhenTheProgramEnds) {
+    open("typ;empfaenger;service-center;alarmtext\ngsm;1;2;x\ngsm;1;2;x\n");
+    bench.rig.choose_cable_port(3);
+    run();
+    EXPECT_EQ(main.cobSchnittstelle.text, "COM 3") << "chosen by the user once, for all rows";
+    program.click(main.cbuListe_starten);
+    program.click(main.cbuBeenden);
+    bench.rig.answer(true);
+    EXPECT_THAT(results(), HasSubstr(";abgebrochen;\r\n"));
+}
+
+TEST_F(Listed, LeavesTheFormAsItFoundIt) {
+    program.enter(main.tboAlarmmeldung, "alt");
+    open(list);
+    open("name;typ;empfaenger\nA;gsm;1\n");
+    EXPECT_EQ(main.tboAlarmmeldung.text, "alt") << "not what a device of the other list gets";
+    open("name;auftrag;msn\nA;msn;1\n");
+    EXPECT_TRUE(main.optISDN.value) << "a job of one variant needs no column for it";
+    EXPECT_EQ(main.tboRufnummer_Empfaenger.text, "");
+    program.click(main.cbuListe_schliessen);
+    EXPECT_TRUE(main.optAnalog.value);
+    EXPECT_EQ(main.tboAlarmmeldung.text, "alt");
+}
+
 TEST_F(Listed, ThatIsWrongChangesNothing) {
     const struct {
         const char *text, *because;

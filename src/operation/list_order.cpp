@@ -39,6 +39,9 @@ DeviceList read_list(const std::filesystem::path &file) { return read_device_lis
 
 Order cells_of(const DeviceList &list, const DeviceList::Row &row) {
     Order order{.job = &job_of(list, row)};
+    const std::string variants = order.job->variants;
+    if (!variants.empty() && variants.find(' ') == std::string::npos)
+        order.values["--typ"] = {variants, place(list.source, row.line)};
     for (std::size_t i = 0; i < list.columns.size(); ++i) {
         if (row.cells[i].empty())
             continue;

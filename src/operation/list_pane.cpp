@@ -17,6 +17,13 @@ namespace {
 constexpr std::array own_columns = {"Zeile", "Name",          "Auftrag", "Ergebnis",
                                     "Zeit",  "Schnittstelle", "Meldung"};
 
+/// Whether a list says what its devices are reached by; else that is the user's, once for all of them.
+bool names_ports(const DeviceList &list) {
+    constexpr std::array names = {"schnittstelle", "modemanschluss", "com-direkt", "com-fern"};
+    return std::find_first_of(list.columns.begin(), list.columns.end(), names.begin(), names.end()) !=
+           list.columns.end();
+}
+
 } // namespace
 
 ListPane::ListPane(Telvox &program, PortScan &ports, Now now)
@@ -58,7 +65,7 @@ void ListPane::open(const std::string &path) {
         work_.reset(new Work{list, std::move(orders), ResultFile(result_path(path_of(path)), list)});
     } catch (const UsageError &failure) {
         return program_.together(
-            [&] { desk_.outbox.show(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what()); });
+            [&] { say(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what()); });
     }
     program_.together([&] {
         before_.emplace(desk_);
@@ -93,14 +100,15 @@ void ListPane::choose(std::size_t row) {
         return;
     current_ = row;
     program_.together([&] {
-        before_->restore(program_, true);
+        const bool ports_too = names_ports(work_->list);
+        before_->restore(program_, ports_too);
         try {
             operator_.fill_main_window(work_->orders[row].values);
             filled_ = true;
         } catch (const UsageError &failure) { // its adapter has been unplugged since
-            before_->restore(program_, true);
+            before_->restore(program_, ports_too);
             filled_ = false;
-            desk_.outbox.show(failure.what());
+            say(failure.what());
         }
         show();
     });
@@ -117,7 +125,7 @@ void ListPane::start() {
         operator_.open_dialog(work_->orders[current_]);
         operator_.press(work_->orders[current_]);
     } catch (const UsageError &failure) {
-        desk_.outbox.show(failure.what());
+        say(failure.what());
     }
 }
 
@@ -127,12 +135,19 @@ void ListPane::skip() {
 }
 
 void ListPane::close() {
-    if (work_)
-        before_->restore(program_, true);
-    work_.reset();
-    current_ = none;
-    main_.tblListe.rows = 0;
-    main_.fraListe.visible = false;
+    if (!work_)
+        return;
+    program_.together([&] {
+        before_->restore(program_, names_ports(work_->list));
+        work_.reset();
+        current_ = none;
+        main_.tblListe.rows = 0;
+        main_.fraListe.visible = false;
+    });
+}
+
+void ListPane::say(std::string text) {
+    desk_.outbox.show(Message{.text = std::move(text), .recorded = false});
 }
 
 /// The row's job may also be started by its own button, after the user has put something right in the form.
@@ -178,7 +193,7 @@ bool ListPane::keep(std::size_t row, Attempt attempt) {
     attempt.time = local_time(now_());
     const std::string failure = work_->results.append(row, std::move(attempt));
     if (!failure.empty())
-        desk_.outbox.show("Das Ergebnis konnte nicht festgehalten werden.\r" + failure);
+        say(failure);
     return failure.empty();
 }
 

@@ -22,7 +22,7 @@ class ListPane {
     ListPane(
         Telvox &program, PortScan &ports, Now now = [] { return std::time(nullptr); });
 
-    /// Opens a list where it was left; a box says why it could not be, and then nothing has changed.
+    /// Opens a list where it was left, in place of the one that is open; a box says why it could not be.
     void open(const std::string &path);
 
   private:
@@ -39,6 +39,7 @@ class ListPane {
     void start();
     void skip();
     void close();
+    void say(std::string text); ///< in no record: a record has no lists
     void follow();
     void row_ended(std::size_t row);
     void listen(const Message &message);
@@ -55,7 +56,8 @@ class ListPane {
     Operator operator_;
     Now now_;
     std::unique_ptr<Work> work_;
-    std::optional<MainWindowState> before_; ///< each row starts from it, so that none gets what is another's
+    /// The form without a row: each row is filled in on it, so that none gets what is another's.
+    std::optional<MainWindowState> before_;
     std::size_t current_ = none;
     bool filled_ = false; ///< the form holds the current row
     std::size_t running_ = none;
