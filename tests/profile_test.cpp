@@ -121,6 +121,10 @@ TEST(Profile, SaysWhichLineIsWrongAndFillsNothing) {
         EXPECT_EQ(desktop.rig.boxes.size(), 1U) << path;
         desktop.rig.boxes.clear();
     }
+    // What the form holds then is a device's.
+    desktop.desk.frmModem.fraListe.visible = true;
+    desktop.profiles.open(desktop.write("alarmtext=neu\n"));
+    EXPECT_THAT(desktop.rig.boxes.at(0).text, HasSubstr("Zuerst muss die Liste geschlossen werden"));
     EXPECT_TRUE(desktop.desk.remembered.profiles.empty());
     EXPECT_THAT(desktop.program.record().transcript(),
                 HasSubstr(record.substr(0, record.rfind('\n', record.size() - 2))));

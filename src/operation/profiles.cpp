@@ -75,6 +75,9 @@ void Profiles::ask_to_save() {
 
 void Profiles::open(const std::string &path) {
     try {
+        if (desk_.frmModem.fraListe.visible)
+            throw UsageError(
+                "Zuerst muss die Liste geschlossen werden; ein Profil gilt für alle ihre Geräte.");
         std::error_code error;
         if (std::filesystem::exists(path_of(path), error) &&
             !std::filesystem::is_regular_file(path_of(path), error))
@@ -138,7 +141,7 @@ void Profiles::fill_dialog(const Section &section, const Values &values) {
     try {
         operator_.fill(section.options, values);
     } catch (const UsageError &failure) {
-        desk_.outbox.show(std::string("Das Profil füllt diesen Dialog nur zum Teil.\r") + failure.what());
+        say(std::string("Das Profil füllt diesen Dialog nur zum Teil.\r") + failure.what());
     }
 }
 
