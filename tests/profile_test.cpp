@@ -154,6 +154,16 @@ TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
     EXPECT_EQ(desktop.desk.frmModem.mnuProfil1.caption, "&1 s.telvox");
     EXPECT_FALSE(desktop.desk.frmModem.mnuProfil3.visible);
 
+    // What a list puts into it is not the next device's.
+    desktop.desk.frmModem.fraListe.visible = true;
+    open();
+    desktop.program.select(apn, "von einem Gerät");
+    close();
+    open();
+    EXPECT_EQ(apn.text, "zwei");
+    close();
+    desktop.desk.frmModem.fraListe.visible = false;
+
     // Without its [GPRS] the dialog opens as it does at the first time.
     desktop.profiles.open(desktop.write("typ=gprs\n"));
     open();

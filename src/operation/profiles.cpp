@@ -129,10 +129,10 @@ void Profiles::follow_dialogs() {
             open_.insert(&section);
         if (path_.empty())
             continue;
-        if (!open)
-            profile_.dialogs[&section] = values_of(section.options, desk_, secrets_);
-        else if (const auto values = profile_.dialogs.find(&section); values != profile_.dialogs.end())
+        if (const auto values = profile_.dialogs.find(&section); open && values != profile_.dialogs.end())
             fill_dialog(section, values->second);
+        if (!open && !desk_.frmModem.fraListe.visible) // what a list put into it is one device's
+            profile_.dialogs[&section] = values_of(section.options, desk_, secrets_);
     }
 }
 
