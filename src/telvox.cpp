@@ -48,11 +48,9 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     desk.frmModem.mnuHilfe.clicked = [this] { show_help({}); };
     sequencer_.prz_Initialisieren();
     prz_Einstellungen_laden(desk.session, desk.folders.settings);
-    for (const auto &[name, value] :
-         {std::pair{"strCOMparameter_direkt", &desk.session.strCOMparameter_direkt},
-          {"strCOMparameter_fern", &desk.session.strCOMparameter_fern}})
-        if (!value->empty())
-            recorder_.input("set", name, *value);
+    for (const auto format : {&Session::strCOMparameter_direkt, &Session::strCOMparameter_fern})
+        if (!(desk.session.*format).empty())
+            record_format(format);
     desk.frmModem.open = true;
     desk.frmModem.compute();
 }
@@ -103,6 +101,28 @@ template <class Handler> void Telvox::event(Handler &&handler) {
     }
     if (depth_ == 0)
         after_event();
+}
+
+void Telvox::record_format(std::string Session::*format) {
+    recorder_.input(
+        "set", format == &Session::strCOMparameter_direkt ? "strCOMparameter_direkt" : "strCOMparameter_fern",
+        desk.session.*format);
+}
+
+void Telvox::set_format(std::string Session::*format, const std::string &value) {
+    event([&] {
+        desk.session.*format = value;
+        record_format(format);
+    });
+}
+
+void Telvox::tell(const std::string &text) {
+    if (text == desk.frmModem.StatusBar.text)
+        return;
+    event([&] {
+        recorder_.input("tell", text, {});
+        desk.frmModem.StatusBar.text = text;
+    });
 }
 
 void Telvox::together(const std::function<void()> &events) { event(events); }

@@ -80,6 +80,10 @@ class Telvox {
     void refresh();
     /// Several events as one: drawn, and what they say is shown, when all have happened.
     void together(const std::function<void()> &events);
+    /// Sets a format of the session, `strCOMparameter_direkt` or `strCOMparameter_fern`.
+    void set_format(std::string Session::*format, const std::string &value);
+    /// Says in the status bar what stands around the jobs: which profile, which device of a list.
+    void tell(const std::string &text);
     /// Events tried out: nothing of them is drawn, said or recorded, and then everything is as before. What
     /// `events` throws goes on to the caller.
     void rehearse(const std::function<void()> &events);
@@ -112,6 +116,7 @@ class Telvox {
     /// Runs a handler; then, when it is the outermost, draws and shows.
     template <class Handler> void event(Handler &&handler);
     void after_event();
+    void record_format(std::string Session::*format);
     void record_choice(const ComboBox &list);
     void connect_the_end();
     void end_running();

@@ -2,7 +2,9 @@
 
 #include "core/files.hpp"
 #include "operation/list_pane.hpp"
+#include "operation/profiles.hpp"
 #include "rig/bench.hpp"
+#include "rig/player.hpp"
 #include "simulator/cable.hpp"
 #include "simulator/gsm.hpp"
 
@@ -153,6 +155,25 @@ TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
     scan.plugged = true;
     program.choose(main.tblListe, 0);
     EXPECT_EQ(main.cobSchnittstelle.text, "COM 3");
+}
+
+TEST_F(Listed, IsInARecordThatPlays) {
+    operation::Profiles profiles(program, bench.rig.scan);
+    program.enter(main.tboAlarmmeldung, "von vorhin");
+    std::ofstream(folder / "p") << "typ=gsm\nservice-center=+49171\namt=\n";
+    profiles.open(text_of(folder / "p"));
+    open("name;auftrag;schnittstelle;com-direkt;empfaenger;alarmtext\nA;;3;;0171;Text\nB;signal;3;;;\n"
+         "C;;3;9600,n,8,1;0172;C\nD;;3;;;D\n");
+    for (const std::size_t row : {0U, 1U, 2U, 3U}) {
+        program.choose(main.tblListe, row);
+        run();
+    }
+    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich", "fehlgeschlagen", "offen"));
+    EXPECT_THAT(bench.rig.boxes.back().text, HasSubstr("Rufnummer des Empfängers"));
+    program.click(main.cbuListe_schliessen);
+    program.click(main.cbuParametrieren);
+    std::istringstream record(program.record().transcript());
+    EXPECT_EQ(play(Presets().read(record), Playing::whole), "");
 }
 
 TEST_F(Listed, KeepsWhatARowCameToWhenTheProgramEnds) {

@@ -68,7 +68,7 @@ void ListPane::open(const std::string &path) {
             [&] { say(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what()); });
     }
     program_.together([&] {
-        before_.emplace(desk_);
+        before_.emplace(program_, "list");
         main_.fraListe.visible = true;
         main_.tblListe.columns.assign(own_columns.begin(), own_columns.end());
         for (const std::string &column : work_->list.columns)
@@ -83,7 +83,7 @@ void ListPane::open(const std::string &path) {
 /// Every row is filled in once, so that what a field refuses is known before the first device is begun.
 void ListPane::check(const std::vector<Order> &orders) {
     program_.rehearse([&] {
-        const MainWindowState start = work_ ? *before_ : MainWindowState(desk_);
+        const MainWindowState start = work_ ? *before_ : MainWindowState(program_, "check");
         for (const Order &order : orders) {
             start.restore(program_, true);
             operator_.fill_main_window(order.values);
@@ -263,8 +263,8 @@ void ListPane::show() {
     if (current_ == none || !idle)
         return;
     main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiederholen" : "Starten";
-    desk_.status("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
-                 (rows[current_].name.empty() ? "" : ": " + rows[current_].name));
+    program_.tell("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
+                  (rows[current_].name.empty() ? "" : ": " + rows[current_].name));
 }
 
 } // namespace telvox::operation

@@ -2,15 +2,21 @@
 
 #include "core/port_choice.hpp"
 
+#include <utility>
+
 namespace telvox::operation {
 
-MainWindowState::MainWindowState(Desk &desk)
-    : inputs_(desk.frmModem.inputs()),
-      session_(desk.session),
-      cable_(desk.frmModem.cobSchnittstelle.text),
-      modem_(desk.frmModem.cobModem_Port.text) {}
+MainWindowState::MainWindowState(Telvox &program, std::string name)
+    : name_(std::move(name)),
+      inputs_(program.desk.frmModem.inputs()),
+      session_(program.desk.session),
+      cable_(program.desk.frmModem.cobSchnittstelle.text),
+      modem_(program.desk.frmModem.cobModem_Port.text) {
+    program.record().input("keep", name_, {});
+}
 
 void MainWindowState::restore(Telvox &program, bool ports_too) const {
+    program.record().input("restore", name_, ports_too ? with_ports : "");
     FrmModem &main = program.desk.frmModem;
     inputs_.restore();
     // Unlocks the port list that goes with the way, and locks the other.

@@ -234,7 +234,7 @@ int Operator::port_number(const Given &given) {
 
 void Operator::set_format(const Option &option, const Given &given) {
     check_format(given);
-    program_.desk.session.*option.format = given.value;
+    program_.set_format(option.format, given.value);
 }
 
 void Operator::set_combos(const Option &option, const Given &given) {

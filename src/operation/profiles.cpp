@@ -43,7 +43,7 @@ std::string menu_caption(std::size_t number, std::string name) {
 } // namespace
 
 Profiles::Profiles(Telvox &program, PortScan &ports)
-    : program_(program), desk_(program.desk), operator_(program, ports), start_(program.desk) {
+    : program_(program), desk_(program.desk), operator_(program, ports), start_(program, "start") {
     FrmModem &main = desk_.frmModem;
     main.mnuProfil_oeffnen.clicked = [this] { ask_to_open(); };
     main.mnuProfil_speichern.clicked = [this] { ask_to_save(); };
@@ -157,7 +157,7 @@ void Profiles::take_over(Profile profile, const std::string &path, const std::st
     write_remembered(desk_.folders.settings, desk_.remembered);
     program_.together([&] {
         show_recent();
-        desk_.status("Profil \"" + file_name(path_) + "\" " + what_happened);
+        program_.tell("Profil \"" + file_name(path_) + "\" " + what_happened);
     });
 }
 

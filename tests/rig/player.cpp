@@ -3,6 +3,7 @@
 #include "rig/rig.hpp"
 
 #include "core/text.hpp"
+#include "operation/main_window_state.hpp"
 
 #include <algorithm>
 #include <optional>
@@ -100,6 +101,7 @@ class Player {
     }
 
     Rig rig;
+    std::map<std::string, operation::MainWindowState> kept;
     std::string faults;
     std::optional<int> outputs; ///< the clock stands still after this many outputs
 
@@ -167,6 +169,13 @@ class Player {
                     return p.close(*form), true;
             return false;
         }
+        if (verb == "keep")
+            return kept.insert_or_assign(name, operation::MainWindowState(p, name)), true;
+        if (verb == "restore")
+            return kept.contains(name) &&
+                   (kept.at(name).restore(p, argument == operation::MainWindowState::with_ports), true);
+        if (verb == "tell")
+            return p.tell(argument.empty() ? name : name + " " + argument), true;
         if (verb == "set")
             return set_session(name, argument);
         if (verb == "cable" || verb == "modem") {

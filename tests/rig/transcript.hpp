@@ -15,6 +15,8 @@
 ///   0 click cbuTest                    button or menu entry
 ///   0 close frmPin                     title bar of a window
 ///   0 cable 3 / modem 6                port lists
+///   0 keep list / restore list ports   the main window as it is now, and as it was then
+///   0 tell Gerät 1 von 3               text in the status bar that is no job's
 ///   0 set strSMS_Protokoll M3          session string
 ///   100 | status Anwahl | -> ATI\r     done by the program at this time, in this order
 ///   250 <- TIME: 12:00\r\n             bytes in ("<<-": before the tick of the same instant)
