@@ -116,6 +116,7 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     EXPECT_EQ(main.StatusBar.text, "Gerät 3 von 3: Ost");
     program.click(main.cbuListe_ueberspringen);
     EXPECT_EQ(main.lblListe.caption, "l.csv: 3 von 3 erledigt");
+    EXPECT_FALSE(main.cbuListe_starten.enabled) << "no device is done again by one Enter too many";
     program.choose(main.tblListe, 0);
     EXPECT_THAT(run(), HasSubstr("erfolgreich")) << "a row can be repeated";
     EXPECT_EQ(device->memory.text, "Pumpe steht");

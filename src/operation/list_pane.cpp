@@ -204,9 +204,10 @@ void ListPane::listen(const Message &message) {
 
 void ListPane::go_on() {
     if (const std::size_t next = next_open(); next != none)
-        choose(next);
-    else
-        show();
+        return choose(next);
+    current_ = none; // one Enter too many does no device again
+    show();
+    program_.tell(work_->list.source + ": alle Geräte sind erledigt");
 }
 
 /// The next row that nobody has tried, round the end of the list; when there is none, the first that did not
