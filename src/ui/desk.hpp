@@ -80,10 +80,8 @@ struct Desk final : Panel {
     [[nodiscard]] std::vector<std::string> secrets() const {
         std::vector<std::string> all{session.strPIN, session.gprs.password, session.ipt.password,
                                      session.ipt.fixed_key, session.ipt.challenge_key};
-        for (const Form *form : forms)
-            for (const Control *control : form->controls())
-                if (const auto *box = dynamic_cast<const TextBox *>(control); box && box->secret)
-                    all.push_back(box->text);
+        for (const TextBox *box : secret_boxes_)
+            all.push_back(box->text);
         return all;
     }
 
@@ -107,6 +105,18 @@ struct Desk final : Panel {
         for (Form *form : forms)
             form->unlock();
     }
+
+  private:
+    [[nodiscard]] std::vector<const TextBox *> find_secret_boxes() const {
+        std::vector<const TextBox *> found;
+        for (const Form *form : forms)
+            for (const Control *control : form->controls())
+                if (const auto *box = dynamic_cast<const TextBox *>(control); box && box->secret)
+                    found.push_back(box);
+        return found;
+    }
+    /// Found once: the record asks for the secrets with every byte that comes.
+    const std::vector<const TextBox *> secret_boxes_ = find_secret_boxes();
 };
 
 } // namespace telvox
