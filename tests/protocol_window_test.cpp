@@ -91,6 +91,17 @@ TEST_F(ProtocolTest, IsHiddenAtFirstAndThenAsItWasLeft) {
     EXPECT_GT(second.window.findChild<QSplitter *>()->sizes()[0], 300) << "most of it is the form's";
 }
 
+TEST_F(ProtocolTest, LeavesTheListAboveItsRows) {
+    Started started(folder);
+    started.window.resize(1024, 950);
+    started.rig.program.desk.frmModem.fraListe.visible = true;
+    started.windows.draw();
+    started.toggle();
+    const auto &list = *started.window.findChild<QGroupBox *>("fraListe");
+    EXPECT_LT(started.pane.height(), started.pane.sizeHint().height()) << "there is not room for all";
+    EXPECT_GE(list.height(), list.sizeHint().height());
+}
+
 TEST_F(ProtocolTest, ShowsEachJobFromItsStartAndNoSecret) {
     Started started(folder);
     started.toggle();

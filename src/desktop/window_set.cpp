@@ -142,8 +142,8 @@ int content_height(QWidget &window) {
     return window.layout()->sizeHint().height();
 }
 
-/// Gives the panes the height they wish and what is left over to the lowest one. Where it is too little they
-/// make do with their least height, and the form scrolls in the rest.
+/// Gives the panes the height they wish and what is left over to the lowest one. What is missing they go
+/// without, the lowest first, down to their least height; then the form scrolls.
 void share_out(QSplitter &panes) {
     QList<int> heights = wished_heights(panes);
     const auto left = [&] {
@@ -152,8 +152,9 @@ void share_out(QSplitter &panes) {
             room -= height == 0 ? 0 : height + panes.handleWidth();
         return room;
     };
-    for (int i = 1; i < panes.count() && left() < 0; ++i)
-        heights[i] = std::min(heights[i], panes.widget(i)->minimumSizeHint().height());
+    for (int i = panes.count() - 1; i > 0 && left() < 0; --i)
+        heights[i] =
+            std::max(heights[i] + left(), std::min(heights[i], panes.widget(i)->minimumSizeHint().height()));
     const auto lowest =
         std::find_if(heights.rbegin(), heights.rend(), [](int height) { return height != 0; });
     (left() < 0 ? heights.first() : *lowest) += left();
