@@ -19,6 +19,7 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
     view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 6);
     view_.horizontalHeader()->setMaximumSectionSize(view_.fontMetrics().averageCharWidth() * 40);
     view_.horizontalHeader()->setHighlightSections(false);
+    view_.horizontalHeader()->setResizeContentsPrecision(0); // widths of what is seen, not of a thousand rows
     connect(view_.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &index) {
                 if (!drawing_ && index.isValid())
@@ -50,7 +51,7 @@ void TableView::show_contents() {
         emit dataChanged(index(0, 0), index(rowCount({}) - 1, columnCount({}) - 1));
     }
     revision_ = table_.revision;
-    view_.resizeColumnsToContents(); // of what can be seen
+    view_.resizeColumnsToContents();
 }
 
 void TableView::show_choice() {
