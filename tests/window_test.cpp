@@ -3,8 +3,7 @@
 
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
-#include "desktop/window_set.hpp"
-#include "rig/rig.hpp"
+#include "rig/window_rig.hpp"
 
 #include <QAccessible>
 #include <QAction>
@@ -34,75 +33,8 @@ namespace telvox::test {
 namespace {
 
 using desktop::QtMessageBoxes;
-using desktop::WindowSet;
 using testing::Contains;
 using testing::EndsWith;
-
-/// The windows of a program with a turned clock.
-class WindowTest : public testing::Test {
-  protected:
-    WindowTest() {
-        windows.ended = [this] {
-            rig.program.Form_Unload();
-            ++ended;
-        };
-        windows.draw();
-        // The platform activates the window in its own time.
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&main_window()));
-    }
-
-    QWidget &main_window() { return windows.window(desk.frmModem); }
-
-    template <class Widget> Widget &find(const char *name) {
-        for (Form *form : desk.forms)
-            if (auto *widget = windows.window(*form).findChild<Widget *>(name))
-                return *widget;
-        throw std::runtime_error(std::string("no widget ") + name);
-    }
-    void click(const char *name) { find<QAbstractButton>(name).click(); }
-    void type(const char *name, const QString &keys) { QTest::keyClicks(&find<QLineEdit>(name), keys); }
-    std::string text(const char *name) { return find<QLineEdit>(name).text().toStdString(); }
-    void paste(const char *name, const QString &text, int cursor) {
-        auto &edit = find<QLineEdit>(name);
-        edit.deselect();
-        edit.setCursorPosition(cursor);
-        QGuiApplication::clipboard()->setText(text);
-        edit.paste();
-    }
-    void focus(const char *name, Qt::FocusReason reason) {
-        main_window().setFocus();
-        find<QWidget>(name).setFocus(reason);
-    }
-    void choose_port(const char *list, const char *entry) {
-        focus(list, Qt::TabFocusReason);
-        auto &combo = find<QComboBox>(list);
-        combo.setCurrentIndex(combo.findText(entry));
-        emit combo.textActivated(entry);
-    }
-    void fill_in_gsm() {
-        click("optGSM");
-        choose_port("cobSchnittstelle", "COM 3");
-        type("tboRufnummer_Empfaenger", "0171");
-        type("tboService_Center", "+491710760000");
-        type("tboAlarmmeldung", "Pumpe 7");
-    }
-    /// Plays a newer GSM device until the session is idle.
-    void answer_as_gsm_device() {
-        for (int ticks = 0; rig.program.busy() && ticks < 100; ++ticks) {
-            rig.turn_to(rig.timer.due);
-            const std::string &last = rig.journal.back();
-            if (last.ends_with("AT**TIME?\\r"))
-                rig.arrive("TIME: 2000/01/01,00:00:00\r\n");
-            if (last.ends_with("ATI\\r"))
-                rig.arrive("KWT Telvox-A GSM\r\n");
-        }
-    }
-
-    Rig rig;
-    Desk &desk = rig.program.desk;
-    WindowSet windows{rig.program};
-    int ended = 0;
-};
 
 TEST_F(WindowTest, EveryControlHasAWidgetAndEveryWidgetAControl) {
     for (Form *form : desk.forms) {
@@ -258,93 +190,6 @@ TEST_F(WindowTest, TheEndButtonEnds) {
     click("cbuBeenden");
     EXPECT_FALSE(main_window().isVisible());
     EXPECT_EQ(ended, 1);
-}
-
-TEST_F(WindowTest, DialogsCloseByTheirCancelButtonTheTitleBarAndEscape) {
-    click("optISDN");
-    auto &dialog = windows.window(desk.frmMSN);
-    const auto open = [&] { find<QAction>("mnuMSN_festlegen").trigger(); };
-    const std::function<void()> ways[] = {
-        [&] { click("cbuMSN_Abbruch"); }, [&] { dialog.close(); },
-        [&] { QTest::keyClick(&find<QLineEdit>("tboMSN"), Qt::Key_Escape); }};
-    for (const auto &close : ways) {
-        open();
-        ASSERT_TRUE(dialog.isVisible());
-        EXPECT_TRUE(dialog.isModal());
-        EXPECT_EQ(text("tboMSN"), "");
-        type("tboMSN", "12a*");
-        EXPECT_EQ(text("tboMSN"), "12*");
-        close();
-        EXPECT_FALSE(dialog.isVisible());
-        EXPECT_FALSE(desk.frmMSN.open);
-    }
-}
-
-TEST_F(WindowTest, EnterInADialogPressesItsButton) {
-    click("optISDN");
-    choose_port("cobSchnittstelle", "COM 3");
-    find<QAction>("mnuMSN_festlegen").trigger();
-    type("tboMSN", "4711");
-    QTest::keyClick(&find<QLineEdit>("tboMSN"), Qt::Key_Return);
-    EXPECT_TRUE(rig.program.busy());
-    EXPECT_EQ(desk.session.strMSN, "4711");
-    EXPECT_FALSE(windows.window(desk.frmMSN).isVisible());
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main_window()));
-    QTest::keyClick(&main_window(), Qt::Key_Escape);
-    EXPECT_FALSE(rig.program.busy());
-}
-
-TEST_F(WindowTest, AQueryKeepsItsDialogOpenWhereItCanBeEnded) {
-    click("optGSM");
-    choose_port("cobSchnittstelle", "COM 3");
-    find<QAction>("mnuStatus_abfragen").trigger();
-    auto &dialog = windows.window(desk.frmGSM_Status);
-    dialog.activateWindow(); // as a window manager does
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }, 2000));
-    auto &end = *dialog.findChild<QPushButton *>("cbuAbbrechen");
-    for (const bool by_key : {false, true}) {
-        click("cbuSignalstaerke");
-        ASSERT_TRUE(rig.program.busy());
-        EXPECT_FALSE(find<QPushButton>("cbuSchließen").isEnabled());
-        EXPECT_FALSE(dialog.close());
-        EXPECT_EQ(windows.front(), &dialog) << "boxes stand before it";
-        rig.turn_by(milliseconds(1000));
-        rig.program.refresh();
-        EXPECT_EQ(dialog.findChild<QLabel *>("lblSchritt")->text(), "Schritt 1 von 2, noch 6 s");
-        by_key ? QTest::keyClick(&dialog, Qt::Key_Escape) : end.click();
-        EXPECT_FALSE(rig.program.busy() || end.isVisible());
-        EXPECT_EQ(rig.boxes.back().text, "Der Vorgang wurde abgebrochen.");
-        EXPECT_TRUE(dialog.isVisible());
-    }
-    QTest::keyClick(&dialog, Qt::Key_Escape);
-    EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(windows.front(), &main_window());
-}
-
-TEST_F(WindowTest, NoDialogMovesWhenAJobBeginsAndTheyFitASmallScreen) {
-    choose_port("cobSchnittstelle", "COM 3");
-    for (Form *form : desk.forms) {
-        QWidget &window = windows.window(*form);
-        form->load();
-        windows.draw();
-        const auto places = [&] {
-            std::vector<QRect> all{window.geometry()};
-            for (const auto *widget : window.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
-                all.push_back(widget->geometry());
-            return all;
-        };
-        const auto before = places();
-        rig.program.click(desk.frmModem.cbuErkennen);
-        rig.turn_by(milliseconds(1000));
-        desk.frmModem.lblSchritt.caption = "Schritt 88 von 88, noch 88 s";
-        windows.draw();
-        window.layout()->activate();
-        EXPECT_EQ(places(), before) << form->name;
-        EXPECT_TRUE(window.width() <= 1024 && window.height() <= 560) << form->name;
-        rig.program.cancel();
-        if (form != &desk.frmModem)
-            form->unload();
-    }
 }
 
 TEST_F(WindowTest, TheEnterKeyPressesTheButtonThatIsMeant) {
