@@ -286,7 +286,7 @@ void Telvox::help(const Form &form, const Control *control) {
 void Telvox::show_help(std::string_view topic) {
     const std::string failure = ports_.help ? ports_.help->show(topic) : "";
     if (!failure.empty())
-        desk.outbox.show(Message{.text = failure, .recorded = false});
+        desk.outbox.show_unrecorded(failure);
 }
 
 void Telvox::Timer1_Timer() {

@@ -22,15 +22,8 @@ void check_options(const Call &call) {
                              " gehört nur zu " + jobs_with(name));
     if (!call.file.empty())
         return;
-    const auto require = [&](const char *name) {
-        if (!call.find(name))
-            throw UsageError(std::string(call.job->name) + ": " + name + " fehlt");
-    };
-    for (const Option &option : call.job->options)
-        if (option.required)
-            require(option.name);
-    if (call.job->also_needs)
-        require(call.job->also_needs);
+    if (const char *missing = missing_option(call))
+        throw UsageError(std::string(call.job->name) + ": " + missing + " fehlt");
 }
 
 /// "--port N=GERÄT" names a device to every job; without "=" it is a value like others, the TCP port.
@@ -46,12 +39,7 @@ void take_any_port(Arguments &arguments, Call &call) {
 void take_profile(Call &call, const std::string &text, const std::string &source) {
     if (call.job->file)
         return void(call.profile = parse_profile(text, source));
-    Profile profile = parse_profile(text, source, call.job);
-    if (const Section *section = section_of(*call.job))
-        for (auto &[name, given] : profile.dialogs[section])
-            if (find_option(call.job->options, name))
-                call.values.emplace(name, given); // what the call itself gives stays
-    call.values.merge(profile.main);
+    add(call, parse_profile(text, source, call.job));
 }
 
 } // namespace

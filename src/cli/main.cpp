@@ -82,8 +82,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     operation::Operator at_the_form(program, ports.scan);
     const auto values_follow = [&] {
         const Outcome outcome = program.outcome();
-        return call.job->result &&
-               (call.job->look || outcome == Outcome::succeeded || outcome == Outcome::objected);
+        return call.job->result && (call.job->look || went_well(outcome));
     };
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
@@ -91,7 +90,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         return cli::job_failed;
     if (program.busy())
         application.exec();
-    const bool ended_well = program.outcome() == Outcome::succeeded || program.outcome() == Outcome::objected;
+    const bool ended_well = went_well(program.outcome());
     log.end(ended_well);
     const bool kept = !ended_well || at_the_form.keep(call);
     program.Form_Unload();

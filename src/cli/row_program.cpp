@@ -60,7 +60,7 @@ void RowProgram::show(const Message &message, Answered answered) {
 
 Attempt RowProgram::result() {
     const Outcome outcome = program_.outcome();
-    const bool well = outcome == Outcome::succeeded || outcome == Outcome::objected;
+    const bool well = went_well(outcome);
     log_.end(well);
     if (well && order_.job->result)
         said_ = found_out(*order_.job, program_.desk);

@@ -168,6 +168,10 @@ enum class Outcome {
     objected,  ///< went to its end, but the device rejected something on the way
 };
 
+[[nodiscard]] inline bool went_well(Outcome outcome) {
+    return outcome == Outcome::succeeded || outcome == Outcome::objected;
+}
+
 /// What survives the end of a job.
 struct Session {
     std::string strCOMparameter_direkt;     ///< format toward the cabled device, e.g. "2400,e,8,1"

@@ -267,11 +267,16 @@ std::string found_out(const JobCommand &job, Desk &desk) {
     std::string all;
     for (std::string line; std::getline(lines, line);) {
         const std::string name = line.substr(0, line.find('='));
-        if (const Option *option = find_option("--" + name); option && option->secret)
+        if (const Option *option = find_option(option_name(name)); option && option->secret)
             line = name + "=" + Mask::hidden;
         all += (all.empty() ? "" : ", ") + line;
     }
     return all;
+}
+
+std::string only_variant(const JobCommand &job) {
+    const std::string all = job.variants;
+    return all.find(' ') == std::string::npos ? all : "";
 }
 
 } // namespace telvox::operation

@@ -38,6 +38,9 @@ struct Section {
 /// The part that a job takes its options from, nullptr if it has none.
 [[nodiscard]] const Section *section_of(const JobCommand &job);
 
+/// The variant of a job that only one has, as "--typ" names it; else empty.
+[[nodiscard]] std::string only_variant(const JobCommand &job);
+
 [[nodiscard]] std::span<const JobCommand> job_commands();
 /// What a query has found out, on one line; empty for other jobs. It is kept in files, so without passwords
 /// and keys.

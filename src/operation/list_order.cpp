@@ -9,26 +9,12 @@ namespace telvox::operation {
 
 namespace {
 
-std::string option_name(std::string_view column) { return "--" + std::string(column); }
-
 const JobCommand &job_of(const DeviceList &list, const DeviceList::Row &row) {
     const JobCommand *job = find_job(row.job);
     if (!job || !job->button)
         throw UsageError(place(list.source, row.line, std::string(job_column)) + ": den Auftrag \"" +
                          row.job + "\" gibt es nicht" + (job ? " in einer Liste" : ""));
     return *job;
-}
-
-void check_complete(const Order &order, const std::string &where) {
-    const auto require = [&](const char *name) {
-        if (!order.find(name))
-            throw UsageError(where + ": " + order.job->name + " braucht " + std::string(name).substr(2));
-    };
-    for (const Option &option : order.job->options)
-        if (option.required)
-            require(option.name);
-    if (order.job->also_needs)
-        require(order.job->also_needs);
 }
 
 } // namespace
@@ -39,9 +25,8 @@ DeviceList read_list(const std::filesystem::path &file) { return read_device_lis
 
 Order cells_of(const DeviceList &list, const DeviceList::Row &row) {
     Order order{.job = &job_of(list, row)};
-    const std::string variants = order.job->variants;
-    if (!variants.empty() && variants.find(' ') == std::string::npos)
-        order.values["--typ"] = {variants, place(list.source, row.line)};
+    if (const std::string variant = only_variant(*order.job); !variant.empty())
+        order.values["--typ"] = {variant, place(list.source, row.line)};
     for (std::size_t i = 0; i < list.columns.size(); ++i) {
         if (row.cells[i].empty())
             continue;
@@ -56,17 +41,11 @@ Order cells_of(const DeviceList &list, const DeviceList::Row &row) {
 
 Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all) {
     Order order = cells_of(list, row);
-    const auto add = [&](const Values &values) {
-        for (const auto &[name, given] : values)
-            if (find_option(*order.job, name))
-                order.values.emplace(name, given); // what was given nearer to the row stays
-    };
-    add(all.values);
-    if (const Section *section = section_of(*order.job))
-        if (const auto dialog = all.profile.dialogs.find(section); dialog != all.profile.dialogs.end())
-            add(dialog->second);
-    add(all.profile.main);
-    check_complete(order, place(list.source, row.line));
+    add(order, all.values);
+    add(order, all.profile);
+    if (const char *missing = missing_option(order))
+        throw UsageError(place(list.source, row.line) + ": " + order.job->name + " braucht " +
+                         name_in_file(missing));
     return order;
 }
 

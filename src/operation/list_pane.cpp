@@ -64,8 +64,9 @@ void ListPane::open(const std::string &path) {
         close(); // it may be the same one, and nobody else may write its results
         work_.reset(new Work{list, std::move(orders), ResultFile(result_path(path_of(path)), list)});
     } catch (const UsageError &failure) {
-        return program_.together(
-            [&] { say(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what()); });
+        return program_.together([&] {
+            desk_.outbox.show_unrecorded(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what());
+        });
     }
     program_.together([&] {
         before_.emplace(program_, "list");
@@ -108,7 +109,7 @@ void ListPane::choose(std::size_t row) {
         } catch (const UsageError &failure) { // its adapter has been unplugged since
             before_->restore(program_, ports_too);
             filled_ = false;
-            say(failure.what());
+            desk_.outbox.show_unrecorded(failure.what());
         }
         show();
     });
@@ -125,7 +126,7 @@ void ListPane::start() {
         operator_.open_dialog(work_->orders[current_]);
         operator_.press(work_->orders[current_]);
     } catch (const UsageError &failure) {
-        say(failure.what());
+        desk_.outbox.show_unrecorded(failure.what());
     }
 }
 
@@ -146,16 +147,13 @@ void ListPane::close() {
     });
 }
 
-void ListPane::say(std::string text) {
-    desk_.outbox.show(Message{.text = std::move(text), .recorded = false});
-}
-
 /// The row's job may also be started by its own button, after the user has put something right in the form.
 void ListPane::follow() {
-    if (!work_ || current_ == none)
+    if (!work_)
         return;
     const bool busy = program_.busy();
-    const bool of_row = filled_ && program_.last_clicked() == &button_of(work_->orders[current_]);
+    const bool of_row =
+        current_ != none && filled_ && program_.last_clicked() == &button_of(work_->orders[current_]);
     if (busy != std::exchange(was_busy_, busy)) {
         if (busy) {
             said_.clear();
@@ -174,7 +172,7 @@ void ListPane::row_ended(std::size_t row) {
     for (const auto &entry : desk_.outbox.waiting())
         listen(entry.message);
     const JobCommand &job = *work_->orders[row].job;
-    const bool well = outcome == Outcome::succeeded || outcome == Outcome::objected;
+    const bool well = went_well(outcome);
     if (well && job.result)
         said_ = found_out(job, desk_);
     const bool kept =
@@ -193,7 +191,7 @@ bool ListPane::keep(std::size_t row, Attempt attempt) {
     attempt.time = local_time(now_());
     const std::string failure = work_->results.append(row, std::move(attempt));
     if (!failure.empty())
-        say(failure);
+        desk_.outbox.show_unrecorded(failure);
     return failure.empty();
 }
 
@@ -231,7 +229,7 @@ std::string ListPane::cell(std::size_t row, std::size_t column) const {
     const DeviceList::Row &device = work_->list.rows[row];
     if (column >= own_columns.size()) {
         column -= own_columns.size();
-        const Option *option = find_option("--" + work_->list.columns[column]);
+        const Option *option = find_option(option_name(work_->list.columns[column]));
         const std::string &value = device.cells[column];
         return option && option->secret && !value.empty() ? Mask::hidden : value;
     }

@@ -39,7 +39,6 @@ class ListPane {
     void start();
     void skip();
     void close();
-    void say(std::string text); ///< in no record: a record has no lists
     void follow();
     void row_ended(std::size_t row);
     void listen(const Message &message);

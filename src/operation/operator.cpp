@@ -120,7 +120,7 @@ std::string Operator::variant_for(const Order &order) {
     const std::vector<std::string> possible = split(order.job->variants);
     const Given *variant = order.find("--typ");
     if (possible.empty() || (!variant && possible.size() == 1))
-        return possible.empty() ? "" : possible[0];
+        return only_variant(*order.job);
     std::string words;
     for (const std::string &word : possible)
         words += (words.empty() ? "" : " oder ") + word;

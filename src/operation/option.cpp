@@ -22,6 +22,10 @@ std::string kept(const Control &control) {
 
 } // namespace
 
+std::string option_name(std::string_view in_file) { return "--" + std::string(in_file); }
+
+std::string name_in_file(std::string_view option) { return std::string(option.substr(2)); }
+
 std::string value_of(const Option &option, Desk &desk) {
     for (const Word &word : option.words)
         if (dynamic_cast<const OptionButton &>(word.button(desk)).value)
@@ -41,7 +45,7 @@ std::string value_of(const Option &option, Desk &desk) {
 std::string value_lines(std::span<const Option> options, Desk &desk) {
     std::string lines;
     for (const Option &option : options)
-        lines += std::string(option.name).substr(2) + "=" + value_of(option, desk) + "\n";
+        lines += name_in_file(option.name) + "=" + value_of(option, desk) + "\n";
     lines.pop_back();
     return lines;
 }

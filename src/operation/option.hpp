@@ -53,6 +53,10 @@ struct Option {
     const Pick *pick = nullptr; ///< the one entry that contains the value
 };
 
+/// "--apn" for the name that a file has for it, "apn"; and the reverse.
+[[nodiscard]] std::string option_name(std::string_view in_file);
+[[nodiscard]] std::string name_in_file(std::string_view option);
+
 /// The value that the option's field has now.
 [[nodiscard]] std::string value_of(const Option &option, Desk &desk);
 

@@ -33,4 +33,10 @@ struct Order {
     }
 };
 
+/// Adds what the order's job takes of the values; what the order says already stays.
+void add(Order &order, const Values &values);
+
+/// The option without which the order's job means nothing and that is not given, nullptr if there is none.
+[[nodiscard]] const char *missing_option(const Order &order);
+
 } // namespace telvox::operation

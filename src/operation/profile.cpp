@@ -19,8 +19,6 @@ constexpr std::size_t largest_file = 65536;
 
 constexpr std::string_view first_line = "# Telvox-A Profil\n";
 
-std::string option_name(std::string_view name) { return "--" + std::string(name); }
-
 /// The one dialog that has a name, nullptr if none has; several are refused.
 const Section *dialog_with(const std::string &name, const std::string &from) {
     const Section *found = nullptr;
@@ -115,7 +113,7 @@ bool has_value(const Option &option, Desk &desk) {
 void append(std::string &text, std::span<const Option> options, const Values &values) {
     for (const Option &option : options)
         if (const auto found = values.find(option.name); found != values.end())
-            text += std::string(option.name).substr(2) + "=" + found->second.value + "\n";
+            text += name_in_file(option.name) + "=" + found->second.value + "\n";
 }
 
 } // namespace
@@ -154,6 +152,13 @@ Profile parse_profile(const std::string &text, const std::string &source, const 
     for (std::string line; read_line(lines, line);)
         reader.take(line);
     return std::move(reader.profile);
+}
+
+void add(Order &order, const Profile &profile) {
+    if (const Section *section = section_of(*order.job))
+        if (const auto dialog = profile.dialogs.find(section); dialog != profile.dialogs.end())
+            add(order, dialog->second);
+    add(order, profile.main);
 }
 
 Values values_of(std::span<const Option> options, Desk &desk, bool secrets) {

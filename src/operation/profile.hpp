@@ -26,6 +26,10 @@ struct Profile {
 [[nodiscard]] Profile parse_profile(const std::string &text, const std::string &source,
                                     const JobCommand *job = nullptr);
 
+/// Adds what the order's job takes of a profile, its dialog's part before the main window's; what the order
+/// says already stays.
+void add(Order &order, const Profile &profile);
+
 /// What the windows hold, as a profile's text: of the dialogs those that were open since the program's start,
 /// of the others what `known` says of them. Fields that are locked have no line; PIN, passwords and keys have
 /// one if `secrets` says so.

@@ -87,19 +87,18 @@ void Profiles::open(const std::string &path) {
         program_.together([&] { fill_main_window(profile); });
         take_over(std::move(profile), path, "geöffnet");
     } catch (const UsageError &failure) {
-        program_.together([&] { say(std::string("Das Profil wurde nicht geöffnet.\r") + failure.what()); });
+        program_.together([&] {
+            desk_.outbox.show_unrecorded(std::string("Das Profil wurde nicht geöffnet.\r") + failure.what());
+        });
     }
 }
 
 void Profiles::save(const std::string &path, bool secrets) {
     const std::string text = profile_text(desk_, profile_, secrets);
     if (const int error = replace_file(path_of(path), text); error != 0)
-        return say("Das Profil konnte nicht gespeichert werden.\r" + german_reason(error));
+        return desk_.outbox.show_unrecorded("Das Profil konnte nicht gespeichert werden.\r" +
+                                            german_reason(error));
     take_over(parse_profile(text, file_name(path)), path, "gespeichert");
-}
-
-void Profiles::say(std::string text) {
-    desk_.outbox.show(Message{.text = std::move(text), .recorded = false});
 }
 
 void Profiles::check(const Profile &profile) {
@@ -141,7 +140,8 @@ void Profiles::fill_dialog(const Section &section, const Values &values) {
     try {
         operator_.fill(section.options, values);
     } catch (const UsageError &failure) {
-        say(std::string("Das Profil füllt diesen Dialog nur zum Teil.\r") + failure.what());
+        desk_.outbox.show_unrecorded(std::string("Das Profil füllt diesen Dialog nur zum Teil.\r") +
+                                     failure.what());
     }
 }
 

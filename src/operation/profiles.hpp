@@ -24,7 +24,6 @@ class Profiles {
   private:
     void ask_to_open();
     void ask_to_save();
-    void say(std::string text); ///< in no record: a record has no files that it opens
     void check(const Profile &profile);
     void fill_main_window(const Profile &profile);
     void follow_dialogs();

@@ -28,9 +28,8 @@ std::vector<LogLine> shown_lines(const Recorder &recorder, std::size_t &from) {
 void save(Desk &desk, Recorder &recorder, const FileAnswer &answer) {
     const int error = answer.path.empty() ? 0 : replace_file(path_of(answer.path), recorder.transcript());
     if (error != 0)
-        desk.outbox.show(
-            Message{.text = "Das Protokoll konnte nicht gespeichert werden.\r" + german_reason(error),
-                    .recorded = false});
+        desk.outbox.show_unrecorded("Das Protokoll konnte nicht gespeichert werden.\r" +
+                                    german_reason(error));
 }
 
 } // namespace

@@ -1,0 +1,19 @@
+#include "operation/order.hpp"
+
+namespace telvox::operation {
+
+void add(Order &order, const Values &values) {
+    for (const auto &[name, given] : values)
+        if (find_option(*order.job, name))
+            order.values.emplace(name, given);
+}
+
+const char *missing_option(const Order &order) {
+    for (const Option &option : order.job->options)
+        if (option.required && !order.find(option.name))
+            return option.name;
+    const char *also = order.job->also_needs;
+    return also && !order.find(also) ? also : nullptr;
+}
+
+} // namespace telvox::operation
