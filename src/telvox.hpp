@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/file_dialogs.hpp"
+#include "core/files/settings_file.hpp"
 #include "core/help_viewer.hpp"
 #include "core/messages.hpp"
 #include "core/network.hpp"
 #include "core/port_scan.hpp"
-#include "core/settings_file.hpp"
 #include "core/timer.hpp"
 #include "link/link.hpp"
 #include "link/recorder.hpp"

@@ -1,8 +1,8 @@
-#include "core/files.hpp"
+#include "core/files/files.hpp"
+#include "core/files/remembered.hpp"
+#include "core/files/settings_file.hpp"
 #include "core/port_choice.hpp"
-#include "core/remembered.hpp"
 #include "core/serial_format.hpp"
-#include "core/settings_file.hpp"
 #include "core/text.hpp"
 #include "link/receive_buffer.hpp"
 

@@ -1,9 +1,9 @@
 // Lists of devices: tables as spreadsheets write them, what a list refuses, the results beside it, and which
 // rows may run.
 
-#include "core/device_list.hpp"
-#include "core/list_run.hpp"
-#include "core/result_file.hpp"
+#include "core/lists/device_list.hpp"
+#include "core/lists/list_run.hpp"
+#include "core/lists/result_file.hpp"
 #include "core/usage_error.hpp"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 // The rules of the GPRS and IP-telemetry dialogs, and what they read: list files, addresses, numbers.
 
+#include "core/files/list_files.hpp"
 #include "core/ip_address.hpp"
-#include "core/list_files.hpp"
 #include "core/text.hpp"
 #include "rig/rig.hpp"
 

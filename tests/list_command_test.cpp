@@ -1,7 +1,7 @@
 // Lists on the command line: the built program, simulated devices and devices with faults, and what stands in
 // the result file afterwards.
 
-#include "core/result_file.hpp"
+#include "core/lists/result_file.hpp"
 #include "operation/list_order.hpp"
 #include "rig/cli_program.hpp"
 #include "rig/served_devices.hpp"

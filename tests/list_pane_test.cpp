@@ -1,6 +1,6 @@
 // The window's list of devices, against a simulated device that is carried from cabinet to cabinet.
 
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 #include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
 #include "rig/bench.hpp"

@@ -1,6 +1,6 @@
 // The list of devices through its real widgets.
 
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 #include "desktop/window_set.hpp"
 #include "operation/list_pane.hpp"
 #include "rig/rig.hpp"

@@ -1,7 +1,7 @@
 // Profiles: what is saved comes back, what is wrong changes nothing, dialogs get and keep their part.
 
 #include "cli/call.hpp"
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 #include "operation/profiles.hpp"
 #include "rig/rig.hpp"
 

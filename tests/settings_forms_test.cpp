@@ -1,7 +1,7 @@
 // The serial settings with their file, the number lists, and the help's table of contents.
 
+#include "core/files/list_files.hpp"
 #include "core/help_topics.hpp"
-#include "core/list_files.hpp"
 #include "rig/rig.hpp"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "cli/call.hpp"
 
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 #include "core/usage_error.hpp"
 
 namespace telvox::cli {

@@ -1,6 +1,6 @@
 #include "cli/output.hpp"
 
-#include "core/system_error.hpp"
+#include "core/files/system_error.hpp"
 
 #include <algorithm>
 #include <cerrno>

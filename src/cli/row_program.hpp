@@ -2,7 +2,7 @@
 
 #include "cli/call.hpp"
 #include "cli/output.hpp"
-#include "core/result_file.hpp"
+#include "core/lists/result_file.hpp"
 #include "operation/operator.hpp"
 #include "ports/qt_ports.hpp"
 

@@ -2,8 +2,8 @@
 
 #include "cli/interrupt.hpp"
 #include "cli/row_program.hpp"
-#include "core/files.hpp"
-#include "core/list_run.hpp"
+#include "core/files/files.hpp"
+#include "core/lists/list_run.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"

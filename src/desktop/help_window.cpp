@@ -1,6 +1,6 @@
 #include "desktop/help_window.hpp"
 
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 
 #include <QBoxLayout>
 #include <QFile>

@@ -56,9 +56,7 @@ inline constexpr const char *check_line =
     "Gerät mit Spannung versorgt wird.";
 
 /// The report that has both lines, for a step that ends its job with it.
-inline std::string no_connection_check(const Desk &) {
-    return std::string(no_connection).append(check_line);
-}
+inline std::string no_connection_check(const Desk &) { return std::string(no_connection).append(check_line); }
 
 /// Sends one command that the device does not answer, and goes on with the next step.
 constexpr Step command(Counter number, const char *status, RowText send, milliseconds wait = {}) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/device_list.hpp"
+#include "core/lists/device_list.hpp"
 #include "operation/profile.hpp"
 
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "operation/list_pane.hpp"
 
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 #include "operation/list_order.hpp"

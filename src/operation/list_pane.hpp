@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/result_file.hpp"
+#include "core/lists/result_file.hpp"
 #include "operation/main_window_state.hpp"
 #include "operation/operator.hpp"
 #include "operation/order.hpp"

@@ -1,7 +1,7 @@
 #include "operation/profile.hpp"
 
-#include "core/files.hpp"
-#include "core/system_error.hpp"
+#include "core/files/files.hpp"
+#include "core/files/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 

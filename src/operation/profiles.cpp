@@ -1,7 +1,7 @@
 #include "operation/profiles.hpp"
 
-#include "core/files.hpp"
-#include "core/system_error.hpp"
+#include "core/files/files.hpp"
+#include "core/files/system_error.hpp"
 #include "core/usage_error.hpp"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 
 #include "operation/option.hpp"
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings_file.hpp"
+#include "core/files/settings_file.hpp"
 #include "operation/order.hpp"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #include "ports/common_options.hpp"
 
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/version.hpp"

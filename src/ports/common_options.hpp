@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/settings_file.hpp"
+#include "core/files/settings_file.hpp"
 #include "core/usage_error.hpp"
 
 #include <map>

@@ -1,6 +1,6 @@
 #include "ports/os.hpp"
 
-#include "core/system_error.hpp"
+#include "core/files/system_error.hpp"
 #include "ports/line.hpp"
 
 #include <cerrno>

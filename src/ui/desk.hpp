@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/file_dialogs.hpp"
+#include "core/files/remembered.hpp"
+#include "core/files/settings_file.hpp"
 #include "core/messages.hpp"
 #include "core/port_scan.hpp"
-#include "core/remembered.hpp"
 #include "core/session.hpp"
-#include "core/settings_file.hpp"
 #include "sequencer/panel.hpp"
 #include "ui/frm_about.hpp"
 #include "ui/frm_einstellungen.hpp"

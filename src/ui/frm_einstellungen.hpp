@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/files/settings_file.hpp"
 #include "core/session.hpp"
-#include "core/settings_file.hpp"
 #include "ui/form.hpp"
 
 #include <string>

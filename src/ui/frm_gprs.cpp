@@ -1,6 +1,6 @@
 #include "ui/frm_gprs.hpp"
 
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 #include "core/text.hpp"
 #include "ui/frm_modem.hpp"
 

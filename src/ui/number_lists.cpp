@@ -1,6 +1,6 @@
 #include "ui/number_lists.hpp"
 
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 
 namespace telvox {
 

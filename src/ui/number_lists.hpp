@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/files/settings_file.hpp"
 #include "core/service_numbers.hpp"
 #include "core/session.hpp"
-#include "core/settings_file.hpp"
 #include "ui/form.hpp"
 
 #include <vector>

@@ -1,5 +1,5 @@
-#include "core/files.hpp"
-#include "core/system_error.hpp"
+#include "core/files/files.hpp"
+#include "core/files/system_error.hpp"
 #include "ui/jobs.hpp"
 
 namespace telvox {

@@ -1,7 +1,7 @@
-#include "core/remembered.hpp"
+#include "core/files/remembered.hpp"
 
-#include "core/files.hpp"
-#include "core/list_files.hpp"
+#include "core/files/files.hpp"
+#include "core/files/list_files.hpp"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "core/files.hpp"
+#include "core/files/files.hpp"
 
 #include <cerrno>
 #include <fstream>

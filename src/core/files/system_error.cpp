@@ -1,4 +1,4 @@
-#include "core/system_error.hpp"
+#include "core/files/system_error.hpp"
 
 #include <algorithm>
 #include <cerrno>

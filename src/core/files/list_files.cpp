@@ -1,4 +1,4 @@
-#include "core/list_files.hpp"
+#include "core/files/list_files.hpp"
 
 #include "core/text.hpp"
 

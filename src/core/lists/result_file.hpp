@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/append_file.hpp"
-#include "core/device_list.hpp"
+#include "core/files/append_file.hpp"
+#include "core/lists/device_list.hpp"
 #include "core/session.hpp"
 
 #include <ctime>

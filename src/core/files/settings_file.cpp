@@ -1,8 +1,8 @@
-#include "core/settings_file.hpp"
+#include "core/files/settings_file.hpp"
 
-#include "core/files.hpp"
-#include "core/list_files.hpp"
-#include "core/system_error.hpp"
+#include "core/files/files.hpp"
+#include "core/files/list_files.hpp"
+#include "core/files/system_error.hpp"
 
 #include <array>
 #include <fstream>

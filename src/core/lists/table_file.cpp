@@ -1,7 +1,7 @@
-#include "core/table_file.hpp"
+#include "core/lists/table_file.hpp"
 
-#include "core/files.hpp"
-#include "core/system_error.hpp"
+#include "core/files/files.hpp"
+#include "core/files/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 

@@ -1,4 +1,4 @@
-#include "core/device_list.hpp"
+#include "core/lists/device_list.hpp"
 
 #include "core/text.hpp"
 #include "core/usage_error.hpp"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/result_file.hpp"
+#include "core/lists/result_file.hpp"
 
 #include <deque>
 #include <map>

@@ -1,4 +1,4 @@
-#include "core/append_file.hpp"
+#include "core/files/append_file.hpp"
 
 #include <cerrno>
 #include <system_error>

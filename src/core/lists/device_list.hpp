@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/table_file.hpp"
+#include "core/lists/table_file.hpp"
 
 #include <functional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "core/list_run.hpp"
+#include "core/lists/list_run.hpp"
 
 #include <utility>
 
