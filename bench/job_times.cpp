@@ -220,16 +220,17 @@ struct NoScan final : PortScan {
     int number_of(const std::string &) override { return 0; }
 };
 
-struct RealJob final : MessageBoxes {
+struct RealJob final : MessageBoxes, Observer {
     explicit RealJob(const JobCase &what) : job(what) {
-        timer.tick = [this] {
-            program.Timer1_Timer();
-            if (!program.busy() && took < 0)
-                took = clock.elapsed();
-        };
+        timer.tick = [this] { program.Timer1_Timer(); };
+        program.desk.observers.add(*this);
         port.event = [this](CommEvent reason) { program.comSeriell_OnComm(reason); };
     }
     void show(const Message &, Answered) override {}
+    void ended(const JobEnd &end) override {
+        outcome = end.outcome;
+        took = clock.elapsed();
+    }
     void start() {
         clock.start();
         launch(program, job);
@@ -251,6 +252,7 @@ struct RealJob final : MessageBoxes {
                    {"/nonexistent", {}}};
     QElapsedTimer clock;
     qint64 took = -1;
+    Outcome outcome = Outcome::refused;
 };
 
 int measure(int argc, char **argv) {
@@ -273,7 +275,7 @@ int measure(int argc, char **argv) {
     for (const auto &job : running) {
         const auto waits = static_cast<double>(on_turned_clock(job->job).count());
         const double ratio = static_cast<double>(job->took) / waits;
-        const bool well = job->program.outcome() == Outcome::succeeded && job->took >= 0;
+        const bool well = job->outcome == Outcome::succeeded && job->took >= 0;
         worst = std::max(worst, well ? ratio : 99);
         std::printf("%-30s %10.0f %10lld %8.4f%s\n", job->job.name, waits, static_cast<long long>(job->took),
                     ratio, well ? "" : "  FAILED");

@@ -25,18 +25,19 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .outbox = desk.outbox,
                   .families = family_of_job,
                   .reports = device_reports,
-                  .changes_device = changes_device}),
+                  .changes_device = changes_device,
+                  .started = [this](const Button &by) { starts_.push_back(&by); },
+                  .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}),
       network_({.Winsock = ports.Winsock,
                 .processes = ports.processes,
                 .Timer2 = ports.Timer2,
                 .outbox = desk.outbox,
-                .session = desk.session,
                 .data_folder = desk.folders.settings,
-                .log_listeners = desk.log_listeners}) {
+                .observers = desk.observers,
+                .started = [this](const Button &by) { starts_.push_back(&by); },
+                .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}) {
     desk.folders = std::move(folders);
-    desk.status_listeners.emplace_back([this](std::string_view text) {
-        recorder_.note(RecordLine::Kind::done, "status " + std::string(text));
-    });
+    desk.observers.add(*this);
     connect_main_window(desk, sequencer_);
     connect_small_dialogs(desk, sequencer_);
     connect_ethernet(desk, sequencer_, network_, ethernet_dialogues);
@@ -93,14 +94,26 @@ template <class Handler> void Telvox::event(Handler &&handler) {
         handler();
         for (Form *form : desk.forms)
             form->compute();
-        if (!std::exchange(following_, true)) {
-            for (const auto &follower : followers)
-                follower();
-            following_ = false;
-        }
+        if (depth_ == 1)
+            tell_observers();
     }
     if (depth_ == 0)
         after_event();
+}
+
+/// What they do about an end may end something else.
+void Telvox::tell_observers() {
+    while (!starts_.empty() || !ends_.empty()) {
+        for (const Button *by : std::exchange(starts_, {}))
+            desk.observers.tell(&Observer::started, *by);
+        for (const JobEnd &end : std::exchange(ends_, {}))
+            desk.observers.tell(&Observer::ended, end);
+    }
+    desk.observers.tell(&Observer::happened);
+}
+
+void Telvox::status(std::string_view text) {
+    recorder_.note(RecordLine::Kind::done, "status " + std::string(text));
 }
 
 void Telvox::record_format(std::string Session::*format) {
@@ -129,15 +142,11 @@ void Telvox::together(const std::function<void()> &events) { event(events); }
 
 void Telvox::rehearse(const std::function<void()> &events) {
     struct Rehearsal {
-        explicit Rehearsal(Telvox &of) : program(of) {
-            program.recorder_.pause(true);
-            program.following_ = true;
-        }
+        explicit Rehearsal(Telvox &of) : program(of) { program.recorder_.pause(true); }
         ~Rehearsal() {
             before.restore();
             (void)program.desk.outbox.take();
             program.recorder_.pause(false);
-            program.following_ = false;
         }
         Telvox &program;
         const Snapshot before{program.desk};
@@ -154,12 +163,10 @@ void Telvox::after_event() {
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
     const Progress progress = sequencer_.progress();
     desk.frmModem.show_progress(progress, sequencer_.busy() ? !progress.hangs_up : network_.busy());
-    redraw();
+    desk.observers.tell(&Observer::draw);
     for (auto &[message, answered] : desk.outbox.take()) {
         if (message.recorded)
             recorder_.note(RecordLine::Kind::done, record_of(message));
-        for (const auto &listener : listeners)
-            listener(message);
         if (!answered)
             ports_.boxes.show(message, {});
         else
@@ -187,7 +194,6 @@ void Telvox::click(Button &button) {
         return;
     if (button.recorded)
         recorder_.input("click", recorded(button), {});
-    last_clicked_ = &button;
     event([&] { button.clicked(); });
 }
 

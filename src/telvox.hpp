@@ -23,7 +23,7 @@ namespace telvox {
 /// The program put together. Everything that happens to it is an event: a click, a key, a tick, received
 /// bytes. One event runs one handler to its end; then every window is drawn again and waiting boxes are
 /// shown. All of it runs on one thread.
-class Telvox {
+class Telvox : private Observer {
   public:
     /// The outside that the program was given; all of it outlives the program.
     struct Ports {
@@ -40,9 +40,6 @@ class Telvox {
 
     /// Starts the session: reset, and the settings read from the folder.
     Telvox(const Ports &ports, DataFolders folders);
-
-    /// Called after every event; the owner draws the windows.
-    std::function<void()> redraw = [] {};
 
     // Events. A control that is not usable takes none of them.
     void click(Button &button);
@@ -96,17 +93,7 @@ class Telvox {
 
     /// A job runs, or an action on the network.
     [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy(); }
-    /// The button that was clicked last, nullptr if none was.
-    [[nodiscard]] const Button *last_clicked() const { return last_clicked_; }
-    /// How the last job or action came out; meaningful once the session is idle again.
-    [[nodiscard]] Outcome outcome() const { return desk.session.outcome; }
-
     [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
-
-    /// Run after each event's handler, before anything is drawn; events that they cause are part of it.
-    std::vector<std::function<void()>> followers;
-    /// Hear each message that the user is shown.
-    std::vector<std::function<void(const Message &)>> listeners;
 
     Desk desk;
     /// What went over the line since the program started.
@@ -115,6 +102,8 @@ class Telvox {
   private:
     /// Runs a handler; then, when it is the outermost, draws and shows.
     template <class Handler> void event(Handler &&handler);
+    void tell_observers();
+    void status(std::string_view text) override;
     void after_event();
     void record_format(std::string Session::*format);
     void record_choice(const ComboBox &list);
@@ -129,9 +118,10 @@ class Telvox {
     Sequencer sequencer_;
     NetworkTools network_;
     int depth_ = 0; ///< events that are happening, one within the other
-    const Button *last_clicked_ = nullptr;
-    bool following_ = false; ///< a follower runs, or must not
-    bool leaving_ = false;   ///< the program ends as soon as the session is idle
+    // Of the event that happens, not yet told.
+    std::vector<const Button *> starts_;
+    std::vector<JobEnd> ends_;
+    bool leaving_ = false; ///< the program ends as soon as the session is idle
     bool gone_ = false;
 };
 

@@ -51,14 +51,15 @@ struct Gallery : Form {
     Log tboLog{*this, "tboLog"};
 };
 
-class GalleryTest : public testing::Test {
+class GalleryTest : public testing::Test, private Observer {
   protected:
     GalleryTest() {
-        rig.program.redraw = [this] { binder.draw(); };
+        rig.program.desk.observers.add(*this);
         binder.draw();
         window.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
     }
+    void draw() override { binder.draw(); }
     template <class Kind> Kind *add(const char *name) {
         auto *widget = new Kind(&window);
         widget->setObjectName(name);

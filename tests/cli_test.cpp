@@ -197,7 +197,7 @@ TEST(CliCall, ReportsAPortThatCannotBeOpenedAsTheWindowWould) {
     FilledDesk desk;
     desk.rig.open_failure = "not there";
     EXPECT_EQ(desk.refusal("alarmtest --schnittstelle COM5"), "");
-    EXPECT_EQ(desk.rig.program.outcome(), Outcome::failed);
+    EXPECT_EQ(desk.rig.outcome(), Outcome::failed);
     ASSERT_EQ(desk.rig.boxes.size(), 1u);
     EXPECT_EQ(desk.rig.boxes[0].text, "COM 5 konnte nicht geöffnet werden.\rnot there");
 }
@@ -222,7 +222,7 @@ TEST(CliCall, TakesANumberWithItsProtocolsFromTheLists) {
 TEST(CliCall, LeavesTheChecksToTheForm) {
     FilledDesk desk;
     EXPECT_EQ(desk.refusal("parametrieren --typ gsm --schnittstelle 3"), "");
-    EXPECT_EQ(desk.rig.program.outcome(), Outcome::refused);
+    EXPECT_EQ(desk.rig.outcome(), Outcome::refused);
     ASSERT_EQ(desk.rig.boxes.size(), 1u);
     EXPECT_THAT(desk.rig.boxes[0].text, HasSubstr("Service-Center Nummer"));
     EXPECT_EQ(desk.at_the_form.named_by_check(parse_call({"parametrieren"})), "--service-center");

@@ -260,7 +260,7 @@ TEST(NetworkDialogue, EndsInOneBoxWhateverTheModuleDoes) {
             const std::string where = "case " + std::to_string(number) + (gateway ? " gateway" : " address");
             ASSERT_EQ(bench.rig.boxes.size(), 1u) << where;
             EXPECT_EQ(bench.rig.boxes[0].text, box) << where;
-            EXPECT_EQ(bench.rig.program.outcome(), done ? Outcome::succeeded : Outcome::failed) << where;
+            EXPECT_EQ(bench.rig.outcome(), done ? Outcome::succeeded : Outcome::failed) << where;
             EXPECT_TRUE(bench.desk.frmGateway.cbuEthernet_GW_Abbruch.enabled &&
                         bench.desk.frmIPoEthernet.cbuEthernet_Abbruch.enabled)
                 << where;
@@ -331,8 +331,11 @@ TEST(NetworkDialogue, PingsOutputLiesInTheDataFolder) {
 TEST(NetworkDialogue, TheLogIsPlainTextOfLimitedSizeAndLeavingEndsEverything) {
     Rig rig;
     Desk &desk = rig.program.desk;
-    std::string heard;
-    desk.log_listeners.emplace_back([&](std::string_view text) { heard += text; });
+    struct : Observer {
+        void logged(std::string_view text) override { heard += text; }
+        std::string heard;
+    } listener;
+    desk.observers.add(listener);
     rig.program.choose(desk.frmModem.optEthernet);
     rig.program.click(desk.frmModem.mnuGateway);
     rig.program.enter(desk.frmGateway.tboIP, "192.168.0.100");
@@ -340,7 +343,7 @@ TEST(NetworkDialogue, TheLogIsPlainTextOfLimitedSizeAndLeavingEndsEverything) {
     rig.program.process_ended({.output = "64 bytes from 192.168.0.100: ttl=64\n"});
     rig.program.Winsock_DataArrival("\x1B[2J\xFC\a\xE2\x82\xAC\r\n\x7F");
     EXPECT_THAT(desk.frmGateway.tboShell.text, EndsWith("ttl=64\n[2Jü€\n"));
-    EXPECT_EQ(heard, desk.frmGateway.tboShell.text);
+    EXPECT_EQ(listener.heard, desk.frmGateway.tboShell.text);
     for (int i = 0; i < 100; ++i)
         rig.program.Winsock_DataArrival(std::string(5000, 'x') + "ü");
     EXPECT_LE(desk.frmGateway.tboShell.text.size(), 65536u);

@@ -37,6 +37,7 @@ TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
     Desk &desk = rig.program.desk;
     rig.choose_cable_port(3);
     Link link(rig.port);
+    std::vector<JobEnd> ends;
     Sequencer sequencer({.desk = desk,
                          .panel = desk,
                          .jobs = desk.jobs,
@@ -46,9 +47,11 @@ TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
                          .outbox = desk.outbox,
                          .families = lost_family,
                          .reports = device_reports,
-                         .changes_device = changes_device});
+                         .changes_device = changes_device,
+                         .started = [](const Button &) {},
+                         .ended = [&](JobEnd end) { ends.push_back(std::move(end)); }});
     const auto run = [&](CounterOf counter) {
-        EXPECT_TRUE(sequencer.start({.counter = counter}));
+        EXPECT_TRUE(sequencer.start({.counter = counter}, desk.frmModem.cbuTest));
         const milliseconds start = rig.now;
         while (sequencer.busy() && rig.now - start < milliseconds{100'000}) {
             rig.now = rig.timer.due;
@@ -65,6 +68,10 @@ TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
     EXPECT_EQ(run(&JobState::byteParametrier_Counter), 100 + 10 * 2000)
         << "five times the waits of the table";
     EXPECT_EQ(run(&JobState::byteAlarmtest_Counter), 200);
+    ASSERT_EQ(ends.size(), 2u) << "each end is told once";
+    EXPECT_EQ(ends[0].by, &desk.frmModem.cbuTest);
+    EXPECT_EQ(ends[0].outcome, Outcome::failed);
+    EXPECT_EQ(ends[0].said.at(0).text, "Das Telvox-A antwortet nicht wie erwartet.");
 }
 
 TEST(Sequencer, ResetKeepsWhatOutlivesAJob) {

@@ -295,7 +295,7 @@ TEST(SimulatedChange, IsFollowedByTheNextJobAndTakenBack) {
         const auto ends_well = [&](const char *what) {
             bench.run(milliseconds{300'000});
             EXPECT_FALSE(bench.rig.boxes.empty() || p.busy()) << what;
-            EXPECT_EQ(p.outcome(), Outcome::succeeded) << what << " " << bench.rig.boxes.back().text;
+            EXPECT_EQ(bench.rig.outcome(), Outcome::succeeded) << what << " " << bench.rig.boxes.back().text;
         };
         const auto change = [&](const char *baud, const char *parity, const char *bits) {
             p.click(bench.f.mnuEinstellungen);

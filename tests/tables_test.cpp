@@ -311,7 +311,7 @@ TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
                 }
                 EXPECT_TRUE(rig.run_until_idle(milliseconds{120000}));
                 EXPECT_LE(rig.boxes.size(), 1u);
-                EXPECT_TRUE(rig.boxes.size() == 1 || rig.program.outcome() == Outcome::succeeded);
+                EXPECT_TRUE(rig.boxes.size() == 1 || rig.outcome() == Outcome::succeeded);
                 EXPECT_FALSE(rig.port.is_open);
                 EXPECT_FALSE(rig.timer.on);
             }

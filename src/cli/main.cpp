@@ -38,6 +38,30 @@ class PrintedBoxes final : public MessageBoxes {
     bool despite_;
 };
 
+/// Watches the one job of the call.
+class Watched final : public Observer {
+  public:
+    Watched(Outputs &out, bool trace) : out_(out), trace_(trace), log_(out.remarks, trace) {}
+
+    void ended(const JobEnd &job) override {
+        outcome = job.outcome;
+        log_.end(went_well(outcome));
+        QCoreApplication::quit();
+    }
+    void status(std::string_view text) override {
+        if (!trace_) // it is in the trace
+            out_.remarks.line(std::string(text));
+    }
+    void logged(std::string_view text) override { log_.take(text); }
+
+    Outcome outcome = Outcome::refused;
+
+  private:
+    Outputs &out_;
+    bool trace_;
+    cli::ShownLog log_;
+};
+
 int exit_code(Outcome outcome) {
     switch (outcome) {
     case Outcome::succeeded:
@@ -63,16 +87,8 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
             if (line.of_dialogue())
                 out.remarks.line(text_of(line));
         };
-    else
-        program.desk.status_listeners.emplace_back(
-            [&](std::string_view text) { out.remarks.line(std::string(text)); });
-    cli::ShownLog log(out.remarks, call.trace);
-    program.desk.log_listeners.emplace_back([&](std::string_view text) { log.take(text); });
-
-    program.redraw = [&] {
-        if (!program.busy())
-            QCoreApplication::quit();
-    };
+    Watched job(out, call.trace);
+    program.desk.observers.add(job);
     int interrupted = 0;
     cli::on_interrupt([&](int code) {
         interrupted = code;
@@ -80,19 +96,14 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     });
 
     operation::Operator at_the_form(program, ports.scan);
-    const auto values_follow = [&] {
-        const Outcome outcome = program.outcome();
-        return call.job->result && (call.job->look || went_well(outcome));
-    };
+    const auto values_follow = [&] { return call.job->result && (call.job->look || went_well(job.outcome)); };
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
     if (!at_the_form.work(call))
         return cli::job_failed;
     if (program.busy())
         application.exec();
-    const bool ended_well = went_well(program.outcome());
-    log.end(ended_well);
-    const bool kept = !ended_well || at_the_form.keep(call);
+    const bool kept = !went_well(job.outcome) || at_the_form.keep(call);
     program.Form_Unload();
     if (interrupted != 0)
         return interrupted;
@@ -100,7 +111,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         out.results.line(result);
     if (call.job->look)
         return cli::job_succeeded;
-    if (program.outcome() == Outcome::refused)
+    if (job.outcome == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
             out.remarks.line("telvox-cli: siehe " + option);
     if (!kept) {
@@ -108,7 +119,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
                          program.desk.session.strCOMparameter_direkt);
         return cli::job_failed;
     }
-    return exit_code(program.outcome());
+    return exit_code(job.outcome);
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {

@@ -21,51 +21,47 @@ RowProgram::RowProgram(const Call &call, Order order, std::string label, std::sh
             if (line.kind != RecordLine::Kind::input)
                 out_.remarks.line(label_ + ": " + text_of(line));
         };
-    program_.desk.log_listeners.emplace_back([this](std::string_view text) { log_.take(text); });
-    program_.redraw = [this] { look_whether_over(); };
+    program_.desk.observers.add(*this);
 }
 
 void RowProgram::start() {
     try {
         at_the_form_.work(order_);
     } catch (const UsageError &error) { // what was there when the list was checked has gone
-        said_ = error.what();
+        refusal_ = error.what();
     }
-    pressed_ = true;
-    look_whether_over();
+    if (!program_.busy() && !result_)
+        end({.outcome = RowOutcome::failed, .message = refusal_});
 }
 
 void RowProgram::cancel() { program_.cancel(); }
 
-void RowProgram::look_whether_over() {
-    if (!pressed_ || program_.busy() || std::exchange(ending_, true))
-        return;
-    // Boxes of the handler that has ended the job are still to come.
-    QMetaObject::invokeMethod(
-        &alive_, [tell = over] { tell(); }, Qt::QueuedConnection);
+void RowProgram::ended(const JobEnd &job) {
+    Attempt attempt{.outcome = row_outcome(job.outcome)};
+    if (went_well(job.outcome) && order_.job->result)
+        attempt.message = found_out(*order_.job, program_.desk);
+    else
+        for (const Message &message : job.said)
+            attempt.message = joined_lines(at_the_form_.by_path(message.text));
+    log_.end(went_well(job.outcome));
+    end(std::move(attempt));
+}
+
+void RowProgram::end(Attempt attempt) {
+    result_ = std::move(attempt);
+    over();
 }
 
 void RowProgram::show(const Message &message, Answered answered) {
     const std::string text = joined_lines(at_the_form_.by_path(message.text));
+    refusal_ = text;
     if (!answered)
-        said_ += (said_.empty() ? "" : " ") + text;
-    else
-        out_.remarks.line(label_ + ": " + text +
-                          (!message.asks   ? ""
-                           : call_.despite ? " (Ja)"
-                                           : " (Nein; --trotzdem bedeutet Ja)"));
-    if (answered)
-        answered(!message.asks || call_.despite);
-}
-
-Attempt RowProgram::result() {
-    const Outcome outcome = program_.outcome();
-    const bool well = went_well(outcome);
-    log_.end(well);
-    if (well && order_.job->result)
-        said_ = found_out(*order_.job, program_.desk);
-    program_.Form_Unload();
-    return {.outcome = row_outcome(outcome), .message = said_};
+        return;
+    out_.remarks.line(label_ + ": " + text +
+                      (!message.asks   ? ""
+                       : call_.despite ? " (Ja)"
+                                       : " (Nein; --trotzdem bedeutet Ja)"));
+    answered(!message.asks || call_.despite);
 }
 
 } // namespace telvox::cli

@@ -9,24 +9,28 @@
 namespace telvox::cli {
 
 /// The program that does one row of a list, with ports of its own.
-class RowProgram final : public MessageBoxes {
+class RowProgram final : public MessageBoxes, private Observer {
   public:
     /// `label` names the row in remarks. Numbers of ports are those of the map.
     RowProgram(const Call &call, Order order, std::string label, std::shared_ptr<PortMap> map,
                const DataFolders &folders, Outputs &out);
 
-    /// Called once when the job is over, as an event of its own, so that the program may be destroyed.
+    ~RowProgram() { program_.Form_Unload(); }
+
+    /// Called once when the job is over, in the middle of its last event.
     std::function<void()> over = [] {};
     void start();
     /// The user ends the list: a call is hung up first.
     void cancel();
     /// How it came out, once it is over; time and port are left to the caller.
-    [[nodiscard]] Attempt result();
+    [[nodiscard]] const Attempt &result() const { return *result_; }
 
     void show(const Message &message, Answered answered) override;
 
   private:
-    void look_whether_over();
+    void ended(const JobEnd &end) override;
+    void logged(std::string_view text) override { log_.take(text); }
+    void end(Attempt attempt);
 
     const Call &call_;
     Order order_;
@@ -36,10 +40,8 @@ class RowProgram final : public MessageBoxes {
     ShownLog log_;
     Telvox program_;
     Operator at_the_form_;
-    QObject alive_; ///< what is still to be called goes with it
-    std::string said_;
-    bool pressed_ = false;
-    bool ending_ = false;
+    std::string refusal_; ///< the last thing that was said before the job began
+    std::optional<Attempt> result_;
 };
 
 } // namespace telvox::cli

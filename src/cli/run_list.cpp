@@ -59,7 +59,7 @@ class ListCommand {
         at_cables_; ///< row, by resource and job
     std::optional<ListRun> run_;
     std::map<std::size_t, std::unique_ptr<RowProgram>> running_;
-    std::vector<std::pair<std::size_t, Attempt>> over_; ///< not yet noted
+    std::vector<std::size_t> over_; ///< rows, not yet noted
     bool unwritten_ = false;
 };
 
@@ -161,19 +161,23 @@ void ListCommand::start_rows() {
     }
 }
 
+/// The others that are over by now come before the results are noted, and wait for the disk together.
 void ListCommand::row_over(std::size_t row) {
-    Attempt attempt = running_.at(row)->result();
-    running_.erase(row);
-    attempt.time = local_time(std::time(nullptr));
-    attempt.port = ways_[row].label;
-    over_.emplace_back(row, std::move(attempt));
-    if (over_.size() == 1) // the others that are over by now come before it, and wait for the disk together
+    over_.push_back(row);
+    if (over_.size() == 1)
         QMetaObject::invokeMethod(
             QCoreApplication::instance(), [this] { note_results(); }, Qt::QueuedConnection);
 }
 
 void ListCommand::note_results() {
-    const auto over = std::exchange(over_, {});
+    std::vector<std::pair<std::size_t, Attempt>> over;
+    for (const std::size_t row : std::exchange(over_, {})) {
+        Attempt attempt = running_.at(row)->result();
+        running_.erase(row);
+        attempt.time = local_time(std::time(nullptr));
+        attempt.port = ways_[row].label;
+        over.emplace_back(row, std::move(attempt));
+    }
     if (const std::string why = results_->append(over); !why.empty()) {
         out_.remarks.line("telvox-cli: " + why);
         unwritten_ = true;

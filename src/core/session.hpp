@@ -159,9 +159,9 @@ struct IptSettings {
     int mode = 0; ///< 0 off, 2 unscrambled, 3 scrambled
 };
 
-/// How the last start came out.
+/// How a start came out.
 enum class Outcome {
-    refused,   ///< a check said no, nothing was sent (or nothing was started yet)
+    refused,   ///< a check said no, nothing was sent
     failed,    ///< ended with an error, or its port could not be opened
     cancelled, ///< ended by the user
     succeeded, ///< went to its end
@@ -190,7 +190,6 @@ struct Session {
     std::string strSMS_Protokoll;
     std::string strSMS_Protokoll_ISDN;
     std::string strSMS_Protokoll_ISDN_fern;
-    Outcome outcome = Outcome::refused; ///< of the last job, or of the last action on the network
     Counter bytePortzaehler = 0;
     Counter byteISDN_Anschlussart = 0;       ///< 0 point to multipoint, 1 point to point
     bool boolKommunikations_Fehler7 = false; ///< survives every reset

@@ -188,13 +188,13 @@ WindowSet::WindowSet(Telvox &program) : program_(program) {
     for (const char *size : {"16", "32", "48", "128"})
         icon.addFile(QString(":/bilder/telvox-%1.png").arg(size));
     QApplication::setWindowIcon(icon);
-    program_.redraw = [this] { draw(); };
+    program_.desk.observers.add(*this);
     countdown_.setInterval(500);
     connect(&countdown_, &QTimer::timeout, this, [this] { program_.refresh(); });
 }
 
 WindowSet::~WindowSet() {
-    program_.redraw = [] {};
+    program_.desk.observers.remove(*this);
     const auto main = made_.find(&program_.desk.frmModem);
     QWidget *window = main == made_.end() ? nullptr : main->second.window;
     made_.clear();

@@ -10,7 +10,7 @@ namespace telvox::desktop {
 
 /// The program's windows: each is made when its form opens for the first time, shown while it is open, and
 /// drawn again after every event.
-class WindowSet final : public QObject {
+class WindowSet final : public QObject, public Observer {
   public:
     explicit WindowSet(Telvox &program);
     ~WindowSet() override;
@@ -18,7 +18,7 @@ class WindowSet final : public QObject {
     /// Called once, when the main window's form has closed.
     std::function<void()> ended = [] {};
 
-    void draw();
+    void draw() override;
     [[nodiscard]] QWidget &window(Form &form) { return *made(form).window; }
     [[nodiscard]] Binder &binder(Form &form) { return *made(form).binder; }
     /// The window that the user works in: a dialog if one is open.

@@ -32,12 +32,14 @@ std::string plain_text(std::string_view bytes) {
 
 } // namespace
 
-void NetworkTools::start(const NetworkAction &action, NetworkTask task, NetworkPane pane) {
+void NetworkTools::start(const NetworkAction &action, NetworkTask task, NetworkPane pane, const Button &by) {
     if (busy())
         return c_.outbox.show(already_running);
     action_ = action;
     task_ = std::move(task);
     pane_.emplace(pane);
+    by_ = &by;
+    c_.started(by);
     pane_->log.clear();
     pane_->progress = 0;
     pane_->running = true;
@@ -163,11 +165,12 @@ void NetworkTools::Timer2_Timer() {
     finish(done ? Outcome::succeeded : Outcome::failed, done ? action_.done : action_.failed);
 }
 
-void NetworkTools::finish(Outcome outcome, const char *box) {
+void NetworkTools::finish(Outcome outcome, std::string box) {
     stop();
-    pane_->progress = pane_->progress_maximum;
-    c_.session.outcome = outcome;
-    c_.outbox.show(box);
+    if (outcome != Outcome::cancelled)
+        pane_->progress = pane_->progress_maximum;
+    c_.ended({.by = by_, .outcome = outcome, .said = {{.text = box}}});
+    c_.outbox.show(std::move(box));
 }
 
 void NetworkTools::stop() {
@@ -186,21 +189,19 @@ void NetworkTools::cancel() {
         return;
     const TelnetState &state = telnet_.state();
     const bool told = stage_ == Stage::dialogue && (state.gateway_sent || state.address_sent);
-    abandon();
-    c_.outbox.show(cancelled(told));
+    finish(Outcome::cancelled, cancelled(told));
 }
 
 void NetworkTools::abandon() {
     if (!busy())
         return;
     stop();
-    c_.session.outcome = Outcome::cancelled;
+    c_.ended({.by = by_, .outcome = Outcome::cancelled, .said = {}});
 }
 
 void NetworkTools::log(std::string &into, std::string_view text) const {
     const std::string plain = plain_text(text);
-    for (const auto &hear : c_.log_listeners)
-        hear(plain);
+    c_.observers.tell(&Observer::logged, std::string_view(plain));
     into += plain;
     if (into.size() <= longest_log)
         return;

@@ -2,7 +2,7 @@
 
 #include "core/messages.hpp"
 #include "core/network.hpp"
-#include "core/session.hpp"
+#include "core/observer.hpp"
 #include "net/ping.hpp"
 #include "net/telnet.hpp"
 
@@ -53,15 +53,17 @@ class NetworkTools {
         Processes &processes;
         Timer &Timer2;
         Outbox &outbox;
-        Session &session;
         const std::filesystem::path &data_folder;
-        const std::vector<std::function<void(std::string_view)>> &log_listeners;
+        const Observers &observers; ///< hear what goes into the log
+        /// Take the beginning of each action, and its end.
+        std::function<void(const Button &)> started;
+        std::function<void(JobEnd)> ended;
     };
 
     explicit NetworkTools(const Context &context) : c_(context) {}
 
-    /// Starts an action. Not while another one runs; a box says so.
-    void start(const NetworkAction &action, NetworkTask task, NetworkPane pane);
+    /// Starts an action by this button. Not while another one runs; a box says so.
+    void start(const NetworkAction &action, NetworkTask task, NetworkPane pane, const Button &by);
     [[nodiscard]] bool busy() const { return stage_ != Stage::idle; }
 
     /// Half a second of `Timer2`: the bar goes on, and a dialogue without progress ends.
@@ -93,7 +95,7 @@ class NetworkTools {
     void after_entry(const ProcessEnd &end);
     void after_ping(const ProcessEnd &end);
     [[nodiscard]] std::string through_file(const std::string &output) const;
-    void finish(Outcome outcome, const char *box);
+    void finish(Outcome outcome, std::string box);
     void say(std::string_view text) { log(pane_->log, text); }
 
     Context c_;
@@ -101,7 +103,8 @@ class NetworkTools {
     NetworkAction action_;
     NetworkTask task_;
     std::optional<NetworkPane> pane_;
-    ShellCommand command_; ///< that runs, or ran last
+    const Button *by_ = nullptr; ///< that started it
+    ShellCommand command_;       ///< that runs, or ran last
     TelnetDialogue telnet_;
 };
 

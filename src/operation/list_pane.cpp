@@ -42,8 +42,7 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Now now)
     main_.cbuListe_starten.clicked = [this] { start(); };
     main_.cbuListe_ueberspringen.clicked = [this] { skip(); };
     main_.cbuListe_schliessen.clicked = [this] { close(); };
-    program_.followers.emplace_back([this] { follow(); });
-    program_.listeners.emplace_back([this](const Message &message) { listen(message); });
+    desk_.observers.add(*this);
 }
 
 void ListPane::ask_to_open() {
@@ -148,43 +147,39 @@ void ListPane::close() {
 }
 
 /// The row's job may also be started by its own button, after the user has put something right in the form.
-void ListPane::follow() {
-    if (!work_)
-        return;
-    const bool busy = program_.busy();
-    const bool of_row =
-        current_ != none && filled_ && program_.last_clicked() == &button_of(work_->orders[current_]);
-    if (busy != std::exchange(was_busy_, busy)) {
-        if (busy) {
-            said_.clear();
-            running_ = of_row ? current_ : none;
-        } else if (running_ != none)
-            row_ended(std::exchange(running_, none));
-        show();
-    } else if (!busy && of_row && program_.outcome() == Outcome::failed) {
-        row_ended(current_); // its port could not be opened
-        show();
-    }
+bool ListPane::of_row(const Button &by) const {
+    return work_ && filled_ && current_ != none && &by == &button_of(work_->orders[current_]);
 }
 
-void ListPane::row_ended(std::size_t row) {
-    const Outcome outcome = std::exchange(desk_.session.outcome, Outcome::refused); // it counts once
-    for (const auto &entry : desk_.outbox.waiting())
-        listen(entry.message);
-    const JobCommand &job = *work_->orders[row].job;
-    const bool well = went_well(outcome);
-    if (well && job.result)
-        said_ = found_out(job, desk_);
+void ListPane::started(const Button &by) {
+    if (of_row(by))
+        running_ = current_;
+}
+
+void ListPane::ended(const JobEnd &end) {
+    if (running_ == none || !of_row(*end.by))
+        return;
+    const std::size_t row = std::exchange(running_, none);
+    const Order &order = work_->orders[row];
+    const bool well = went_well(end.outcome);
+    std::string said;
+    for (const Message &message : end.said)
+        said = joined_lines(message.text);
     const bool kept =
-        keep(row, {.outcome = row_outcome(outcome),
+        keep(row, {.outcome = row_outcome(end.outcome),
                    .port = operator_.by_path(main_.optFernverbindung.value ? main_.cobModem_Port.text
                                                                            : main_.cobSchnittstelle.text),
-                   .message = said_});
+                   .message = well && order.job->result ? found_out(*order.job, desk_) : said});
     if (!kept || !well)
         return;
-    if (Form &form = *button_of(work_->orders[row]).form; &form != &main_)
+    if (Form &form = *button_of(order).form; &form != &main_)
         program_.close(form);
     go_on();
+}
+
+void ListPane::happened() {
+    if (work_)
+        show();
 }
 
 bool ListPane::keep(std::size_t row, Attempt attempt) {
@@ -193,11 +188,6 @@ bool ListPane::keep(std::size_t row, Attempt attempt) {
     if (!failure.empty())
         desk_.outbox.show_unrecorded(failure);
     return failure.empty();
-}
-
-void ListPane::listen(const Message &message) {
-    if (!message.asks)
-        said_ = joined_lines(message.text);
 }
 
 void ListPane::go_on() {

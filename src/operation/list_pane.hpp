@@ -15,7 +15,7 @@ namespace telvox::operation {
 
 /// The window's list of devices: the chosen row fills the form, its job is started with one key, and what
 /// became of it is in the result file before the next device is begun.
-class ListPane {
+class ListPane : private Observer {
   public:
     using Now = std::function<std::time_t()>;
 
@@ -39,9 +39,10 @@ class ListPane {
     void start();
     void skip();
     void close();
-    void follow();
-    void row_ended(std::size_t row);
-    void listen(const Message &message);
+    [[nodiscard]] bool of_row(const Button &by) const;
+    void started(const Button &by) override;
+    void ended(const JobEnd &end) override;
+    void happened() override;
     bool keep(std::size_t row, Attempt attempt);
     void go_on();
     [[nodiscard]] std::size_t next_open() const;
@@ -60,8 +61,6 @@ class ListPane {
     std::size_t current_ = none;
     bool filled_ = false; ///< the form holds the current row
     std::size_t running_ = none;
-    bool was_busy_ = false;
-    std::string said_; ///< the last message since the row's job was started
 };
 
 } // namespace telvox::operation

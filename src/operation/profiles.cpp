@@ -50,7 +50,7 @@ Profiles::Profiles(Telvox &program, PortScan &ports)
     const auto entries = recent_entries(main);
     for (std::size_t i = 0; i < entries.size(); ++i)
         entries[i]->clicked = [this, i] { open(std::string(desk_.remembered.profiles.at(i))); };
-    program.followers.emplace_back([this] { follow_dialogs(); });
+    desk_.observers.add(*this);
     show_recent();
 }
 
@@ -117,7 +117,7 @@ void Profiles::fill_main_window(const Profile &profile) {
     operator_.fill_main_window(profile.main);
 }
 
-void Profiles::follow_dialogs() {
+void Profiles::happened() {
     for (const Section &section : sections()) {
         const bool open = section.form(desk_).open, was_open = open_.contains(&section);
         if (open == was_open)

@@ -11,7 +11,7 @@ namespace telvox::operation {
 
 /// The profiles of the window: they are opened and saved from its menu. What one says of a dialog is put into
 /// it whenever it opens, and follows what the user makes of it there.
-class Profiles {
+class Profiles : private Observer {
   public:
     /// `program` has just been made: what it holds now is what a profile begins with that names a variant.
     Profiles(Telvox &program, PortScan &ports);
@@ -26,7 +26,7 @@ class Profiles {
     void ask_to_save();
     void check(const Profile &profile);
     void fill_main_window(const Profile &profile);
-    void follow_dialogs();
+    void happened() override;
     void fill_dialog(const Section &section, const Values &values);
     void take_over(Profile profile, const std::string &path, const std::string &what_happened);
     void show_recent();

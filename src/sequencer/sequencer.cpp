@@ -45,15 +45,14 @@ bool Sequencer::ready(const Launch &launch) {
         c_.outbox.show(already_running);
         return false;
     }
-    c_.session.outcome = Outcome::refused;
     return all_hold(launch.checks, c_.desk, c_.panel, c_.outbox);
 }
 
-bool Sequencer::start(const Launch &launch) {
+bool Sequencer::start(const Launch &launch, const Button &by) {
     if (!ready(launch))
         return false;
     c_.jobs.cable_only = launch.cable_only;
-    if (!open_port(launch)) {
+    if (!open_port(launch, by)) {
         c_.jobs = {};
         return false;
     }
@@ -68,6 +67,8 @@ bool Sequencer::start(const Launch &launch) {
     c_.panel.prz_Eingaben_deaktivieren();
     c_.link.last_command.clear();
     receiver_.begin();
+    c_.started(by);
+    end_ = {.by = &by, .outcome = Outcome::failed, .said = {}};
     under_.clear();
     rejected_.clear();
     changed_device_ = heard_ = false;
@@ -79,7 +80,7 @@ bool Sequencer::start(const Launch &launch) {
     return true;
 }
 
-bool Sequencer::open_port(const Launch &launch) {
+bool Sequencer::open_port(const Launch &launch, const Button &by) {
     SerialPort &port = c_.link.comSeriell;
     if (!port.PortOpen()) {
         const int number = func_Port_Auswahl(c_.panel.selected_port(), c_.outbox);
@@ -97,10 +98,12 @@ bool Sequencer::open_port(const Launch &launch) {
     const std::string cause = port.PortOpen(true);
     if (cause.empty())
         return true;
-    c_.session.outcome = Outcome::failed;
-    c_.outbox.show({.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
-                    .title = port_error_title,
-                    .icon = Icon::exclamation});
+    c_.started(by);
+    const Message message{.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
+                          .title = port_error_title,
+                          .icon = Icon::exclamation};
+    c_.ended({.by = &by, .outcome = Outcome::failed, .said = {message}});
+    c_.outbox.show(message);
     return false;
 }
 
@@ -214,19 +217,21 @@ void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
         return fail(LineEnd::by_mode, {.text = step.message(c_.desk)});
     // A query has no message; what its fields show says it all.
-    c_.session.outcome = rejected_.empty() || !step.message.given() ? Outcome::succeeded : Outcome::objected;
-    Message message{.text = step.message.given() ? step.message(c_.desk) : ""};
-    // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
-    step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
-    if (!step.message.given())
-        return;
-    if (!rejected_.empty()) {
+    const bool tells = step.message.given(), objected = tells && !rejected_.empty();
+    Message message{.text = tells ? step.message(c_.desk) : ""};
+    if (objected) {
         message.icon = Icon::exclamation;
         message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
         for (const std::string &name : rejected_)
             message.text += "\r" + name;
     }
-    c_.outbox.show(std::move(message));
+    end_.outcome = objected ? Outcome::objected : Outcome::succeeded;
+    if (tells)
+        end_.said.push_back(message);
+    // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
+    step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
+    if (tells)
+        c_.outbox.show(std::move(message));
 }
 
 void Sequencer::start_hang_up() {
@@ -255,7 +260,8 @@ void Sequencer::hang_up_step() {
 }
 
 void Sequencer::fail(LineEnd line, Message message) {
-    c_.session.outcome = Outcome::failed;
+    end_.outcome = Outcome::failed;
+    end_.said = {message};
     finish(line);
     c_.outbox.show(std::move(message));
 }
@@ -266,15 +272,21 @@ void Sequencer::finish(LineEnd line) {
         close_port();
     c_.timer.Enabled(false);
     prz_Initialisieren();
-    if (hang_up)
-        start_hang_up();
+    hang_up ? start_hang_up() : tell_end();
+}
+
+void Sequencer::tell_end() {
+    if (end_.by)
+        c_.ended(std::exchange(end_, {}));
 }
 
 void Sequencer::cancel() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
+    const Message message{.text = cancelled(changed_device_)};
+    end_.said = {message};
     abandon();
-    c_.outbox.show(cancelled(changed_device_));
+    c_.outbox.show(message);
 }
 
 bool Sequencer::give_up_dialling() {
@@ -295,7 +307,7 @@ Progress Sequencer::progress() const {
 void Sequencer::abandon() {
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return;
-    c_.session.outcome = Outcome::cancelled;
+    end_.outcome = Outcome::cancelled;
     finish(LineEnd::by_mode);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/messages.hpp"
+#include "core/observer.hpp"
 #include "core/session.hpp"
 #include "core/timer.hpp"
 #include "link/link.hpp"
@@ -11,6 +12,7 @@
 #include "sequencer/progress.hpp"
 #include "sequencer/step.hpp"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +35,9 @@ class Sequencer {
         const Reports &reports;
         /// Whether a command line changes something in a device.
         bool (*changes_device)(std::string_view command);
+        /// Take the beginning of each job, and the end of each that began.
+        std::function<void(const Button &)> started;
+        std::function<void(JobEnd)> ended;
     };
 
     explicit Sequencer(const Context &context)
@@ -41,16 +46,13 @@ class Sequencer {
     /// A counter, job flag, armed flag, read step or hang-up is active.
     [[nodiscard]] bool busy() const { return c_.jobs != JobState{}; }
 
-    /// How the last job came out; meaningful once the session is idle again.
-    [[nodiscard]] Outcome outcome() const { return c_.session.outcome; }
-
     /// Whether a job could start: none runs, and its checks hold. Otherwise a box says why not.
     bool ready(const Launch &launch);
 
-    /// The one start of every job. If it is ready: the port opened if it is closed, its format applied, DTR
-    /// raised, the values taken over, flag and counter set, the inputs locked, the timer on. Returns whether
-    /// the job runs; if not, nothing has changed.
-    bool start(const Launch &launch);
+    /// The one start of every job, by this button. If it is ready: the port opened if it is closed, its
+    /// format applied, DTR raised, the values taken over, flag and counter set, the inputs locked, the timer
+    /// on. Returns whether the job runs; if not, nothing has changed. A port that cannot be opened ends it.
+    bool start(const Launch &launch, const Button &by);
 
     /// One period of `Timer1`: empties the receive buffer, reports an armed flag that is still set, runs the
     /// step of each running counter, and last the hang-up. A job that has nothing to wait for, or goes round
@@ -86,7 +88,7 @@ class Sequencer {
     /// A job may take this many times the waits of its tables, whatever the device answers.
     static constexpr int patience = 5;
 
-    bool open_port(const Launch &launch);
+    bool open_port(const Launch &launch, const Button &by);
     void run_jobs();
     void run(const Step &step, const Job &job);
     void send(const Step &step, const Job &job);
@@ -99,6 +101,7 @@ class Sequencer {
     void start_hang_up();
     void fail(LineEnd line, Message message);
     void finish(LineEnd line);
+    void tell_end();
 
     Context c_;
     Receiver receiver_;
@@ -107,6 +110,7 @@ class Sequencer {
     std::vector<CounterOf> timed_; ///< the counters of those tables
     std::string under_;            ///< what the last command is called, should the device reject it
     std::vector<std::string> rejected_;
+    JobEnd end_{}; ///< of the job that runs, or hangs up; told when the line is down
     bool changed_device_ = false;
     bool heard_ = false; ///< the device has sent something
     Progress progress_;

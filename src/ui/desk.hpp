@@ -4,6 +4,7 @@
 #include "core/files/remembered.hpp"
 #include "core/files/settings_file.hpp"
 #include "core/messages.hpp"
+#include "core/observer.hpp"
 #include "core/port_scan.hpp"
 #include "core/session.hpp"
 #include "sequencer/panel.hpp"
@@ -71,10 +72,7 @@ struct Desk final : Panel {
     /// What the last look at the serial ports found.
     std::vector<PortInfo> ports;
 
-    /// Hears every status text, also those that a handler replaces before the window is drawn again.
-    std::vector<std::function<void(std::string_view)>> status_listeners;
-    /// Hear what goes into the log of a network dialog: ping's answers and what the module says.
-    std::vector<std::function<void(std::string_view)>> log_listeners;
+    Observers observers;
 
     /// What no record may show: PIN, passwords and keys, as entered and as a job sends them.
     [[nodiscard]] std::vector<std::string> secrets() const {
@@ -94,8 +92,7 @@ struct Desk final : Panel {
     }
     void status(std::string_view text) override {
         if (frmModem.StatusBar.text != text)
-            for (const auto &listener : status_listeners)
-                listener(text);
+            observers.tell(&Observer::status, text);
         frmModem.StatusBar.text = text;
     }
     void focus(Control &field) override { field.form->wants_focus = &field; }

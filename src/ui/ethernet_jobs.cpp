@@ -104,7 +104,8 @@ class NetworkButtons {
 
     void check_gateway_address() {
         if (hold(pinged_address))
-            network_.start(check_gateway, {.address = gateway_.tboIP.text}, pane_of(gateway_));
+            network_.start(check_gateway, {.address = gateway_.tboIP.text}, pane_of(gateway_),
+                           gateway_.cbuVerbindung_pruefen);
     }
 
     void set_gateway() {
@@ -122,7 +123,7 @@ class NetworkButtons {
                 {.address = gateway_.tboIP.text,
                  .dialogue = dialogues_.gateway,
                  .values = {.gateway = gateway_.tboGateway.text, .netmask = gateway_.tboNetzmaske.text}},
-                pane_of(gateway_));
+                pane_of(gateway_), gateway_.cbuEthernet_GW_Konfigurieren);
     }
 
     void check_address() {
@@ -130,7 +131,7 @@ class NetworkButtons {
         if (hold(first ? new_address : present_address))
             network_.start(first ? check_new : check_present,
                            {.address = (first ? address_.tboNeue_IP : address_.tboAlte_IP).text},
-                           pane_of(address_));
+                           pane_of(address_), address_.cbuVerbindung_pruefen);
     }
 
     void set_address() {
@@ -141,21 +142,19 @@ class NetworkButtons {
         const std::string &wanted = address_.tboNeue_IP.text;
         if (address_.optIP_Erstkonfiguration.value) {
             if (hold(mac_address))
-                network_.start(give_first, {.address = wanted, .mac = address_.mac()}, pane_of(address_));
+                network_.start(give_first, {.address = wanted, .mac = address_.mac()}, pane_of(address_),
+                               address_.cbuEthernet_IP_aendern);
         } else if (hold(present_address)) {
             network_.start(change_address,
                            {.address = address_.tboAlte_IP.text,
                             .dialogue = dialogues_.address,
                             .values = {.address = wanted}},
-                           pane_of(address_));
+                           pane_of(address_), address_.cbuEthernet_IP_aendern);
         }
     }
 
   private:
-    bool hold(std::span<const Check> checks) {
-        desk_.session.outcome = Outcome::refused;
-        return all_hold(checks, desk_, desk_, desk_.outbox);
-    }
+    bool hold(std::span<const Check> checks) { return all_hold(checks, desk_, desk_, desk_.outbox); }
 
     Desk &desk_;
     NetworkTools &network_;
@@ -171,9 +170,8 @@ void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
     desk.frmModem.mnuIPuPort.clicked = opens(desk.frmEthernet);
     desk.frmModem.mnuGateway.clicked = opens(desk.frmGateway);
     desk.frmModem.mnuIP_over_Ethernet.clicked = opens(desk.frmIPoEthernet);
-    desk.frmEthernet.cbuEthernet_Konfigurieren.clicked =
-        starts_and_closes(sequencer, set_address, desk.frmEthernet);
-    desk.frmGateway.cbuEthernet_GW_Kabel.clicked = starts_and_closes(sequencer, set_gateway, desk.frmGateway);
+    starts_and_closes(desk.frmEthernet.cbuEthernet_Konfigurieren, sequencer, set_address);
+    starts_and_closes(desk.frmGateway.cbuEthernet_GW_Kabel, sequencer, set_gateway);
     NetworkButtons buttons(desk, network, dialogues);
     const auto presses = [&](void (NetworkButtons::*action)()) {
         return [buttons, action]() mutable { (buttons.*action)(); };

@@ -132,20 +132,23 @@ void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer) {
              desk.jobs.boolIPT_parametrieren || desk.jobs.boolIPT_lesen);
     };
 
-    const auto ask_and_start = [&](const Launch &launch, std::span<const Question> questions) {
+    const auto ask_and_start = [&](const Launch &launch, std::span<const Question> questions,
+                                   const Button &by) {
         if (sequencer.ready(launch))
-            ask_all(desk, questions, [&] { sequencer.start(launch); });
+            ask_all(desk, questions, [&] { sequencer.start(launch, by); });
     };
     const bool &remote = main.optFernverbindung.value;
     desk.frmGPRS.cbuGPRS_schreiben.clicked = [&, ask_and_start] {
         desk.frmGPRS.limit_keep_alive(); // a key press starts the job without the box losing the focus
-        ask_and_start(remote ? gprs_write_remote : gprs_write_direct, gprs_questions);
+        ask_and_start(remote ? gprs_write_remote : gprs_write_direct, gprs_questions,
+                      desk.frmGPRS.cbuGPRS_schreiben);
     };
     desk.frmIPT.cbuIPT_schreiben.clicked = [&, ask_and_start] {
-        ask_and_start(remote ? ipt_write_remote : ipt_write_direct, ipt_questions);
+        ask_and_start(remote ? ipt_write_remote : ipt_write_direct, ipt_questions,
+                      desk.frmIPT.cbuIPT_schreiben);
     };
-    desk.frmGPRS.cbuGPRS_lesen.clicked = [&] { sequencer.start(gprs_read); };
-    desk.frmIPT.cbuIPT_lesen.clicked = [&] { sequencer.start(ipt_read); };
+    starts(desk.frmGPRS.cbuGPRS_lesen, sequencer, gprs_read);
+    starts(desk.frmIPT.cbuIPT_lesen, sequencer, ipt_read);
 
     const auto close = [&](Form &form) {
         return [&] {

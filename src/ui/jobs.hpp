@@ -40,14 +40,16 @@ void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
     return [&form] { form.load(); };
 }
 
-/// A button's handler that starts a job, which takes its window's values with it: the window closes if it
-/// runs.
-[[nodiscard]] inline std::function<void()> starts_and_closes(Sequencer &sequencer, const Launch &launch,
-                                                             Form &form) {
-    return [&] {
-        if (sequencer.start(launch))
-            form.unload();
+/// Has a button start a job, which takes its window's values with it: the window closes if it runs.
+inline void starts_and_closes(Button &button, Sequencer &sequencer, const Launch &launch) {
+    button.clicked = [&] {
+        if (sequencer.start(launch, button))
+            button.form->unload();
     };
+}
+/// Has a button start a job in a window that stays open.
+inline void starts(Button &button, Sequencer &sequencer, const Launch &launch) {
+    button.clicked = [&] { sequencer.start(launch, button); };
 }
 
 } // namespace telvox

@@ -98,10 +98,12 @@ constexpr Launch recognise = {.checks = recognise_checks,
 void connect_main_window(Desk &desk, Sequencer &sequencer) {
     FrmModem &main = desk.frmModem;
     const bool &remote = main.optFernverbindung.value;
-    main.cbuParametrieren.clicked = [&] { sequencer.start(configure(desk)); };
-    main.cbuErkennen.clicked = [&] { sequencer.start(recognise); };
-    main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct); };
-    main.cbuAlarm_aus.clicked = [&] { sequencer.start(remote ? alarm_off_remote : alarm_off_direct); };
+    main.cbuParametrieren.clicked = [&] { sequencer.start(configure(desk), main.cbuParametrieren); };
+    starts(main.cbuErkennen, sequencer, recognise);
+    main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct, main.cbuTest); };
+    main.cbuAlarm_aus.clicked = [&] {
+        sequencer.start(remote ? alarm_off_remote : alarm_off_direct, main.cbuAlarm_aus);
+    };
 
     main.mnuInfo.clicked = opens(desk.frmAbout);
     main.cbuSC_Uebersicht.clicked = [&] {

@@ -24,8 +24,6 @@ constexpr Launch change_interface = {
         },
 };
 
-void prz_Schnittstelleneinstellungen_aendern(Sequencer &sequencer) { sequencer.start(change_interface); }
-
 /// Saves what the dialog shows and closes it; it stays open when that fails.
 void save(Desk &desk) {
     FrmEinstellungen &form = desk.frmEinstellungen;
@@ -53,7 +51,7 @@ void leave(Desk &desk) {
 void connect_settings(Desk &desk, Sequencer &sequencer) {
     FrmEinstellungen &form = desk.frmEinstellungen;
     desk.frmModem.mnuEinstellungen.clicked = opens(form);
-    form.cmdUART_Einstellung_aendern.clicked = [&] { prz_Schnittstelleneinstellungen_aendern(sequencer); };
+    starts(form.cmdUART_Einstellung_aendern, sequencer, change_interface);
     form.cmdOK.clicked = [&] { save(desk); };
     form.cmdCancel.clicked = [&] { leave(desk); };
 }

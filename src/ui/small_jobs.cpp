@@ -66,14 +66,13 @@ void connect_small_dialogs(Desk &desk, Sequencer &sequencer) {
     main.mnuISDN_Anschluss.clicked = opens(desk.frmAnschlussart);
     main.mnuStatus_abfragen.clicked = opens(desk.frmGSM_Status);
 
-    desk.frmPin.cbuPin_Eingabe.clicked = starts_and_closes(sequencer, set_pin, desk.frmPin);
-    desk.frmMSN.cbuMSN_einstellen.clicked = starts_and_closes(sequencer, set_msn, desk.frmMSN);
-    desk.frmAnschlussart.cmdAnschlussart_einstellen.clicked =
-        starts_and_closes(sequencer, set_line_type, desk.frmAnschlussart);
-    desk.frmGSM_Status.cbuPIN_Status.clicked = [&] { sequencer.start(query_pin); };
-    desk.frmGSM_Status.cbuReg_zustand.clicked = [&] { sequencer.start(query_registration); };
-    desk.frmGSM_Status.cbuSignalstaerke.clicked = [&] { sequencer.start(query_signal); };
-    desk.frmGSM_Status.cbuIMEI.clicked = [&] { sequencer.start(query_imei); };
+    starts_and_closes(desk.frmPin.cbuPin_Eingabe, sequencer, set_pin);
+    starts_and_closes(desk.frmMSN.cbuMSN_einstellen, sequencer, set_msn);
+    starts_and_closes(desk.frmAnschlussart.cmdAnschlussart_einstellen, sequencer, set_line_type);
+    starts(desk.frmGSM_Status.cbuPIN_Status, sequencer, query_pin);
+    starts(desk.frmGSM_Status.cbuReg_zustand, sequencer, query_registration);
+    starts(desk.frmGSM_Status.cbuSignalstaerke, sequencer, query_signal);
+    starts(desk.frmGSM_Status.cbuIMEI, sequencer, query_imei);
 }
 
 } // namespace telvox

@@ -65,8 +65,7 @@ Rig::Rig(DataFolders folders)
                .help = &help,
                .files = &files},
               std::move(folders)) {
-    program.desk.status_listeners.emplace_back(
-        [this](std::string_view text) { note("status " + std::string(text)); });
+    program.desk.observers.add(*this);
 }
 
 void Rig::note(const std::string &event) { journal.push_back(std::to_string(now.count()) + " | " + event); }

@@ -19,7 +19,7 @@ std::string bytes_of(std::string_view text);
 
 /// Simulated outside: a port, timers, a socket, programs and boxes that write a journal, and a clock that the
 /// test turns.
-class Rig {
+class Rig : private Observer {
   public:
     /// Without folders of a test's own there are none, and not even the superuser can make them.
     explicit Rig(DataFolders folders = {"/dev/null/none", {}});
@@ -32,6 +32,8 @@ class Rig {
     /// Bytes arrive from the line, in pieces of `piece` bytes (0: all at once), without time passing.
     void arrive(std::string_view bytes, std::size_t piece = 0);
     void note(const std::string &event);
+    /// How the last job or action that began came out.
+    [[nodiscard]] Outcome outcome() const { return ends.empty() ? Outcome::refused : ends.back().outcome; }
 
     /// The user closes the oldest box that somebody waits for: OK or Ja, or else Nein.
     void answer(bool yes);
@@ -43,6 +45,7 @@ class Rig {
     milliseconds now{0};
     Journal journal;
     std::vector<Message> boxes;
+    std::vector<JobEnd> ends;
     std::vector<Answered> answers;    ///< of the boxes that are still open
     std::vector<PortInfo> busy_ports; ///< ports that are there but cannot be opened
     std::vector<int> free_ports{3};
@@ -61,6 +64,9 @@ class Rig {
     std::function<void(const ShellCommand &)> on_run = [](const ShellCommand &) {};
 
   private:
+    void status(std::string_view text) override { note("status " + std::string(text)); }
+    void ended(const JobEnd &end) override { ends.push_back(end); }
+
     struct FakePort final : SerialPort {
         explicit FakePort(Rig &owner) : rig(owner) {}
         void CommPort(int value) override { number = value; }
