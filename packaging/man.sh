@@ -32,7 +32,7 @@ function plain(text) {
     if (line != "") print plain(line)
     next
 }
-/^ / { sub(/^ +/, ""); if (/^COM [0-9]/) print ".br"; print plain($0); next }
+/^ / { sub(/^ +/, ""); if (/^(COM [0-9]+|[a-z-]+): /) print ".br"; print plain($0); next }
 {
     if (!closing++) print ".SH EIN\\- UND AUSGABE, ERGEBNIS"
     else if (gap) print ".PP"

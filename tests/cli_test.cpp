@@ -65,6 +65,7 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"alarmtest --typ=gsm --typ isdn", "--typ ist doppelt"},
         {"alarmtest --mitschnitt=1", "nimmt keinen Wert"},
         {"alarmtest --simulator --simulator", "doppelt"},
+        {"alarmtest --simulator-fall nix", "gibt es nicht"},
         {"alarmtest --port 3", "--port erwartet"},
         {"alarmtest --port 0=/dev/x", "--port erwartet"},
         {"alarmtest --port 16=/dev/x", "--port erwartet"},

@@ -28,7 +28,8 @@ offers 'pin --port 3 = /dev/nul' '/dev/null'
 offers 'pin --schnittstelle /dev/nul' '/dev/null'
 offers 'gprs-schreiben --aus /etc/hostna' '/etc/hostname'
 offers 'liste /etc/hostna' '/etc/hostname'
-offers 'liste x.csv --si' '--simulator'
+offers 'liste x.csv --si' '--simulator --simulator-fall'
+offers 'pin --simulator-fall netz-a' 'netz-abgewiesen netz-aus'
 offers 'pin --datenordner /us' '/usr'
 
 # Whatever the help of a job names is offered.

@@ -10,6 +10,7 @@
 #include "simulator/gsm.hpp"
 #include "simulator/isdn.hpp"
 #include "simulator/local_modem.hpp"
+#include "simulator/situations.hpp"
 #include "simulator/world.hpp"
 
 #include "rig/player.hpp"
@@ -272,6 +273,83 @@ TEST(SimulatedGprs, IsWrittenInACall) {
     EXPECT_THAT(site.run(desk.frmGPRS.cbuGPRS_schreiben), HasSubstr("erfolgreich parametriert"));
     EXPECT_EQ(site.unit->memory.settings["GPRSAPN"], "internet");
     EXPECT_TRUE(site.unit->memory.saved);
+}
+
+/// Each situation that the simulator can be started in shows a person what its name says.
+TEST(SimulatedGprs, IsFoundInEverySituation) {
+    const char *const silent = "Es konnte keine Verbindung";
+    struct Case {
+        const char *situation;
+        Button &(*job)(Desk &desk);
+        const char *shows;
+        bool remote = false;
+    };
+    const auto write = [](Desk &d) -> Button & { return d.frmGPRS.cbuGPRS_schreiben; };
+    const auto read = [](Desk &d) -> Button & { return d.frmGPRS.cbuGPRS_lesen; };
+    const auto write_ipt = [](Desk &d) -> Button & { return d.frmIPT.cbuIPT_schreiben; };
+    const auto read_ipt = [](Desk &d) -> Button & { return d.frmIPT.cbuIPT_lesen; };
+    const auto alarm = [](Desk &d) -> Button & { return d.frmModem.cbuParametrieren; };
+    const auto off = [](Desk &d) -> Button & { return d.frmModem.cbuAlarm_aus; };
+    const auto pin = [](Desk &d) -> Button & { return d.frmGSM_Status.cbuPIN_Status; };
+    const auto network = [](Desk &d) -> Button & { return d.frmGSM_Status.cbuReg_zustand; };
+    const auto change = [](Desk &d) -> Button & {
+        d.frmEinstellungen.cboSchnittstelle_aendern.set(true);
+        d.frmEinstellungen.cobSchnittstelle_Baud_soll.write("9600");
+        return d.frmEinstellungen.cmdUART_Einstellung_aendern;
+    };
+    const auto recognise = [](Desk &d) -> Button & { return d.frmModem.cbuErkennen; };
+    const Case cases[] = {
+        {"rueckmeldungen", alarm, "erfolgreich"},
+        {"ablehnung", write, "nicht angenommen:\rAccess Point Name wird konfiguriert"},
+        {"ablehnung", write_ipt, "nicht angenommen:\rIP-Telemetrie Benutzer wird eingestellt"},
+        {"ablehnung", alarm, "nicht angenommen:\rAlarmeingang wird konfiguriert"},
+        {"datenverbindung", read, "erfolgreich ausgelesen"},
+        {"stumm", write, silent},
+        {"stumm", alarm, "Kommunikationsfehler: 31."},
+        {"stumm", off, "Kommunikationsfehler: 33."},
+        {"stumm", write, "Es konnte keine Verbindung hergestellt werden.", true},
+        {"fremd", write, "nicht wie ein Telvox-A GPRS"},
+        {"fremd", recognise, "nicht wie ein Telvox-A."},
+        {"verstummt", write, "Kommunikationsfehler: 73."},
+        {"verstummt", write_ipt, "Kommunikationsfehler: 74."},
+        {"verstummt", alarm, "Kommunikationsfehler: 32."},
+        {"ohne-alarmtext", alarm, "Kommunikationsfehler: 74."},
+        {"lesefehler", read, "Lesefehler: 713"},
+        {"lesefehler", read_ipt, "Lesefehler: 717"},
+        {"fremde-werte", read, "erfolgreich ausgelesen"},
+        {"umstellung", change, "Kommunikationsfehler: 77."},
+        {"keine-sim", pin, "keine SIM-Karte"},
+        {"pin-falsch", pin, "PIN falsch"},
+        {"puk", pin, "PUK eingeben"},
+        {"netz-aus", network, "keine Suche nach Netz"},
+        {"netz-suche", network, "Suche nach GSM Netz"},
+        {"netz-abgewiesen", network, "abgewiesen"},
+        {"netz-unbekannt", network, "unbekannt"},
+        {"roaming", network, "eingebucht, roaming"},
+        {"keine-fernkonfiguration", write, "Das Telvox-A antwortet nicht.", true},
+        {"anruf-bricht", write, "unterbrochen", true},
+        {"anruf-bricht", write_ipt, "unterbrochen", true},
+        {"adapter-weg", write, "ging verloren."},
+        {"adapter-weg", read_ipt, "ging verloren."},
+    };
+    std::set<std::string_view> seen{"adapter-belegt",
+                                    "adapter-klemmt"}; // the port's own, which a bench lacks
+    for (const auto &[name, job, shows, remote] : cases) {
+        SCOPED_TRACE(std::string(name) + ": " + shows);
+        seen.insert(name);
+        const auto *situation = simulator::find_situation(name);
+        ASSERT_TRUE(situation);
+        GprsSite site(remote);
+        situation->begin(*site.unit);
+        Desk &desk = site.bench->rig.program.desk;
+        for (MenuEntry *entry : {&desk.frmModem.mnuGPRS_konfig, &desk.frmModem.mnuIPT_konfig,
+                                 &desk.frmModem.mnuStatus_abfragen, &desk.frmModem.mnuEinstellungen})
+            site.bench->rig.program.click(*entry);
+        const std::string box = site.run(job(desk));
+        EXPECT_THAT(box + desk.frmGSM_Status.tboStatus.text + desk.frmGSM_Status.tboReg_zustand.text,
+                    HasSubstr(shows));
+    }
+    EXPECT_EQ(seen.size(), simulator::situations().size());
 }
 
 /// A device gets another serial format, is configured in it, and gets its first one back.

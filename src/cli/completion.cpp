@@ -13,8 +13,17 @@ std::string word_at(const std::string &line, std::size_t from) {
     return line.substr(from, line.find(' ', from) - from);
 }
 
+std::string names_of_situations() {
+    std::string names;
+    for (const auto &situation : simulator::situations())
+        names += (names.empty() ? "" : " ") + std::string(situation.name);
+    return names;
+}
+
 /// What the option takes: its words, or its value as the help writes it ("DATEI -").
 std::string values_of(const JobCommand &job, const std::string &name, std::string value) {
+    if (name == "--simulator-fall")
+        return names_of_situations();
     const Option *option = find_option(job, name);
     if (!option || option->words.empty()) {
         std::replace(value.begin(), value.end(), '|', ' ');

@@ -4,7 +4,6 @@
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/version.hpp"
-#include "simulator/device.hpp"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -90,6 +89,12 @@ bool take_common_option(Arguments &arguments, CommonOptions &options) {
         arguments.once();
         arguments.no_value();
         options.simulator = true;
+    } else if (name == "--simulator-fall") {
+        const std::string fall = arguments.value();
+        options.situations.push_back(simulator::find_situation(fall));
+        if (!options.situations.back())
+            throw UsageError("--simulator-fall: Fall \"" + fall + "\" gibt es nicht, siehe --help");
+        options.simulator = true;
     } else if (name == "--version") {
         arguments.no_value();
         options.version = true;
@@ -112,11 +117,17 @@ std::string common_options_help() {
     for (int number = 1; number <= last_port; ++number)
         if (const std::string device = simulator::description_of_port(number); !device.empty())
             devices += help_line("", port_entry(number) + ": " + device);
+    std::string situations;
+    for (const auto &[name, purpose, begin] : simulator::situations())
+        situations += help_line("", std::string(name) + ": " + std::string(purpose));
     return help_line("--port N=GERÄT", "nennt ein Gerät \"COM N\" (N von 1 bis 15); mehrfach möglich. "
                                        "Sonst vergibt das System die Nummern.") +
            help_line("--datenordner ORDNER", "Ordner von Com.ini und der Listendateien") +
            help_line("--version", "nennt die Version") +
-           help_line("--simulator", "simulierte Geräte (ein mit --port genanntes geht vor):") + devices;
+           help_line("--simulator", "simulierte Geräte (ein mit --port genanntes geht vor):") + devices +
+           help_line("--simulator-fall NAME", "wie --simulator; das GPRS-Gerät (am Kabel und im Anruf) "
+                                              "zeigt einen Fall, mehrfach möglich:") +
+           situations;
 }
 
 std::string version_text(std::string_view program) {

@@ -2,6 +2,7 @@
 
 #include "core/files/settings_file.hpp"
 #include "core/usage_error.hpp"
+#include "simulator/situations.hpp"
 
 #include <map>
 #include <optional>
@@ -17,6 +18,8 @@ struct CommonOptions {
     std::map<int, std::string> ports; ///< devices named by "--port", by COM number
     std::string data_folder;          ///< "--datenordner"; empty: the usual folders
     bool simulator = false;
+    std::vector<const simulator::Situation *>
+        situations;       ///< "--simulator-fall": of the simulated GPRS devices
     bool version = false; ///< asks for nothing but the version
 };
 

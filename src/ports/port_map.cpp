@@ -38,6 +38,8 @@ PortMap::PortMap(const CommonOptions &options, Present present)
       present_(std::move(present)),
       asks_system_(options.ports.empty()) {
     clock_.start();
+    for (const auto *situation : options.situations)
+        simulator::begin(*situation, *world_);
     for (const auto &[number, device] : options.ports)
         ports_[number].device = device;
     for (int number = 1; options.simulator && number <= last_port; ++number) {

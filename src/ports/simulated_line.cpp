@@ -39,6 +39,8 @@ class SimulatedLine final : public QObject, public Line {
 
     void write(std::string_view bytes) override {
         device_.receive(bytes, now());
+        if (device_.plug() == simulator::Plug::pulled)
+            report_(CommEvent::lost);
         sleep();
     }
 
@@ -86,7 +88,7 @@ class SimulatedLine final : public QObject, public Line {
 } // namespace
 
 Opened open_simulated_line(SimulatedPort &port, const SerialFormat &format, Report report) {
-    if (port.in_use)
+    if (port.in_use || port.device->plug() == simulator::Plug::occupied)
         return {nullptr, port_busy};
     return {std::make_unique<SimulatedLine>(port, format, std::move(report)), {}};
 }

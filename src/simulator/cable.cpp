@@ -8,6 +8,7 @@ void Cable::open(bool on, Time now) {
     while (to_unit_.next())
         hear();
     open_ = on;
+    plug_ = Plug::works;
     to_host_.clear();
     unit_->release(now);
 }
@@ -22,7 +23,9 @@ void Cable::dtr(bool, Time now) { run(now); }
 
 void Cable::receive(std::string_view bytes, Time now) {
     run(now);
-    if (open_)
+    if (const auto fault = unit_->fault_at(bytes); fault == Fault::jams || fault == Fault::unplugs)
+        plug_ = fault == Fault::jams ? Plug::jammed : Plug::pulled;
+    if (open_ && plug_ == Plug::works)
         to_unit_.send(bytes, host_, now);
 }
 

@@ -20,6 +20,7 @@ class Cable final : public Device {
     std::string transmit(Time now) override;
     [[nodiscard]] bool carrier(Time now) override;
     [[nodiscard]] std::optional<Time> next() const override;
+    [[nodiscard]] Plug plug() const override { return unit_->occupied ? Plug::occupied : plug_; }
 
   private:
     void run(Time now);
@@ -30,6 +31,7 @@ class Cable final : public Device {
     Wire to_unit_;
     Wire to_host_;
     bool open_ = false;
+    Plug plug_ = Plug::works; ///< since the port was opened
 };
 
 } // namespace telvox::simulator

@@ -14,6 +14,14 @@ namespace telvox::simulator {
 /// Time since the simulation began. It only ever comes in with a call, so a test can turn it.
 using Time = std::chrono::milliseconds;
 
+/// How the host's adapter does.
+enum class Plug {
+    works,
+    occupied, ///< another program has it open
+    jammed,   ///< lets nothing more out
+    pulled,
+};
+
 /// The far end of a simulated serial line: a device on its cable, or a local modem. It knows bytes, pins and
 /// time.
 class Device {
@@ -33,6 +41,7 @@ class Device {
     [[nodiscard]] virtual bool carrier(Time now) = 0;
     /// When `transmit` or `carrier` next has something new; nothing while the device is silent.
     [[nodiscard]] virtual std::optional<Time> next() const = 0;
+    [[nodiscard]] virtual Plug plug() const { return Plug::works; }
 };
 
 /// The earlier of two times, of which each may be missing.

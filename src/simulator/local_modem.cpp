@@ -172,7 +172,8 @@ Reply LocalModem::dial(std::string_view number) {
     if (digit == '\0' || state_ == State::escaped)
         return refused;
     const auto subscriber = subscribers_.find(digit);
-    called_ = subscriber == subscribers_.end() ? nullptr : subscriber->second;
+    const bool answers = subscriber != subscribers_.end() && !subscriber->second->silent;
+    called_ = answers ? subscriber->second : nullptr;
     state_ = State::dialling;
     timer_ = now_ + (busy ? busy_tone : called_ ? called_->nature().ring : ring_limit);
     return {.verdict = Verdict::asks};

@@ -60,6 +60,8 @@ Reply Mobile::shared_command(std::string_view line) {
 Reply Mobile::sim_state() const {
     if (!sim_present)
         return refused;
+    if (sim_blocked)
+        return {.text = "+CPIN: SIM PUK"};
     return {.text = sim_pin.empty() || memory.pin == sim_pin ? "+CPIN: READY" : "+CPIN: SIM PIN"};
 }
 

@@ -14,6 +14,7 @@ void Unit::call(Time now) {
 void Unit::release(Time now) {
     now_ = now;
     access_ = Access::cable;
+    deaf_ = false;
     stars_ = 0;
     line_.clear();
     for (const auto &saying : sayings_)
@@ -60,7 +61,7 @@ Reply Unit::save_format() {
 }
 
 void Unit::hear(char byte, Time now) {
-    if (!awake(now))
+    if (!awake(now) || deaf_)
         return;
     now_ = now;
     if (online) {
@@ -91,12 +92,30 @@ void Unit::run_line(std::string_view line) {
     if (access_ == Access::cable && !asking())
         line.remove_prefix(std::min(line.find("AT"), line.size()));
     if (!line.empty() || asking())
-        answer(command(line));
+        answer(obey(line));
+}
+
+Reply Unit::obey(std::string_view line) {
+    const auto fault = fault_at(line);
+    if (!fault)
+        return command(line);
+    if (fault == Fault::refuses)
+        return refused;
+    deaf_ = fault == Fault::deafens;
+    if (deaf_)
+        command(line);
+    return {.verdict = Verdict::asks, .drops_line = fault == Fault::breaks_off};
+}
+
+std::optional<Fault> Unit::fault_at(std::string_view line) const {
+    const auto found = std::find_if(faults.begin(), faults.end(),
+                                    [&](const auto &entry) { return line.starts_with(entry.first); });
+    return found == faults.end() ? std::nullopt : std::optional{found->second};
 }
 
 void Unit::knock(char byte) {
     stars_ = byte == '*' ? stars_ + 1 : 0;
-    if (nature_->remote && nature_->stars > 0 && stars_ == nature_->stars)
+    if (admits && nature_->remote && nature_->stars > 0 && stars_ == nature_->stars)
         greet();
 }
 

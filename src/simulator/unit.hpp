@@ -51,6 +51,16 @@ struct Nature {
     std::string_view connect = "CONNECT 2400"; ///< what a modem reports of the connection
 };
 
+/// What a device with a fault does with a command instead of running it.
+enum class Fault {
+    unanswered, ///< nothing
+    refuses,    ///< refuses it
+    breaks_off, ///< ends the call
+    deafens,    ///< runs it without an answer, and hears nothing more until the line is closed
+    jams,       ///< the adapter keeps it to itself
+    unplugs,    ///< the adapter goes away
+};
+
 /// Serial format that every device leaves the factory with.
 inline constexpr SerialFormat factory_format{2400, 'e', 8, 1};
 
@@ -86,6 +96,7 @@ class Unit {
     /// Whether it has power and has started.
     [[nodiscard]] bool awake(Time now) const { return !silent && now >= awake_at_; }
     void hear(char byte, Time now);
+    [[nodiscard]] std::optional<Fault> fault_at(std::string_view line) const;
     /// When the device next says something.
     [[nodiscard]] std::optional<Time> next() const;
     /// Takes what it says next; only when there is a next.
@@ -104,6 +115,10 @@ class Unit {
     /// Bytes pass through to a peer instead of being commands, until "+++" with silence around it.
     bool online = false;
     bool keeps_online = false; ///< switch: does not heed the escape
+    bool occupied = false;     ///< switch: another program has its cable
+    bool admits = true;        ///< switch: lets callers into its configuration
+    /// Switch: commands, by their beginning, that it has a fault at.
+    std::map<std::string, Fault, std::less<>> faults;
 
   protected:
     /// Runs a command line.
@@ -144,11 +159,13 @@ class Unit {
     void say(std::string bytes, const Reply &reply = {});
     void greet();
     void knock(char byte);
+    Reply obey(std::string_view line);
     void run_line(std::string_view line);
     void check_password(std::string_view line);
 
     const Nature *nature_;
     Access access_ = Access::cable;
+    bool deaf_ = false; ///< by a fault
     Time now_{0};
     Time awake_at_{0};
     Memory stored_; ///< what the device has after a start

@@ -19,10 +19,11 @@ struct World {
     std::shared_ptr<Ethernet> ethernet = std::make_shared<Ethernet>("00-05-B6-00-1C-03", "192.168.0.100");
     /// Without an address.
     std::shared_ptr<Ethernet> factory_new = std::make_shared<Ethernet>("00-05-B6-00-1C-04");
+    std::shared_ptr<Gprs> called_gprs = std::make_shared<Gprs>();
     Subscribers called{{'1', std::make_shared<Analog>()},
                        {'2', std::make_shared<Isdn>()},
                        {'3', std::make_shared<Gsm>(Generation::older)},
-                       {'4', std::make_shared<Gprs>()}};
+                       {'4', called_gprs}};
     Network network{{ethernet, factory_new}};
 
     /// What stands on a port, null for a port without a device. A device hangs on one cable at a time; it

@@ -36,6 +36,8 @@ class Bench {
             }
             rig.turn_to(next);
             rig.arrive(device_.transmit(rig.now));
+            if (device_.plug() == simulator::Plug::pulled && std::exchange(rig.port.is_open, false))
+                rig.program.comSeriell_OnComm(CommEvent::lost);
             if (const bool now = device_.carrier(rig.now); now != carrier) {
                 carrier = now;
                 if (rig.port.watches)
