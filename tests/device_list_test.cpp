@@ -169,7 +169,7 @@ class ListFiles : public testing::Test {
 };
 
 TEST_F(ListFiles, ResultsAreReadBackByWhatTheRowIsKnownBy) {
-    const DeviceList list = list_of({"=1+1", "'-", "doppelt", "doppelt", "", "Süd; \"A\""});
+    const DeviceList list = list_of({"=1+1", "'-", "doppelt", "doppelt", "", "Süd; \"A\"", "nie"});
     {
         ResultFile file(results, list);
         for (std::size_t i = 0; i + 1 < list.rows.size(); ++i)
@@ -178,7 +178,8 @@ TEST_F(ListFiles, ResultsAreReadBackByWhatTheRowIsKnownBy) {
                                       .port = "COM " + std::to_string(i),
                                       .message = "+Fehler\r\rZeile " + std::to_string(i)}),
                       "");
-        EXPECT_EQ(file.append(2, {.outcome = RowOutcome::objected}), "");
+        EXPECT_EQ(file.append({{2, {.outcome = RowOutcome::begun}}, {2, {.outcome = RowOutcome::objected}}}),
+                  "");
         EXPECT_THAT(refusal(), HasSubstr("Die Datei wird von einem anderen Programm benutzt."));
     }
     EXPECT_THAT(bytes(),
@@ -187,7 +188,8 @@ TEST_F(ListFiles, ResultsAreReadBackByWhatTheRowIsKnownBy) {
     EXPECT_THAT(last(list),
                 ElementsAre("erfolgreich@COM 0: +Fehler Zeile 0", "mit Ablehnungen@COM 1: +Fehler Zeile 1",
                             "mit Ablehnungen@: ", "abgebrochen@COM 3: +Fehler Zeile 3 (offen)",
-                            "übersprungen@COM 4: +Fehler Zeile 4", ""));
+                            "übersprungen@COM 4: +Fehler Zeile 4",
+                            "begonnen, Ausgang unbekannt@COM 5: +Fehler Zeile 5 (offen)", ""));
     // Sorted anew, a unique name keeps its result; one that has become unique has the last of that name.
     EXPECT_THAT(last(list_of({"neu", "doppelt", "=1+1"})),
                 ElementsAre("", "mit Ablehnungen@: ", "erfolgreich@COM 0: +Fehler Zeile 0"));

@@ -21,13 +21,16 @@ constexpr std::string_view header = "\xEF\xBB\xBFzeile;name;zeit;schnittstelle;e
 constexpr std::size_t columns = 6;
 constexpr std::size_t most_attempts = 200000;
 
-constexpr std::array<std::pair<RowOutcome, const char *>, 5> words = {{
+constexpr std::array<std::pair<RowOutcome, const char *>, 6> words = {{
     {RowOutcome::succeeded, "erfolgreich"},
     {RowOutcome::objected, "mit Ablehnungen"},
     {RowOutcome::failed, "fehlgeschlagen"},
     {RowOutcome::cancelled, "abgebrochen"},
     {RowOutcome::skipped, "übersprungen"},
+    {RowOutcome::begun, "begonnen"},
 }};
+
+const char *written_word(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
 
 /// Whether a spreadsheet would compute the cell, or the cell looks like one that was kept from it.
 bool like_a_formula(std::string_view text) {
@@ -68,9 +71,13 @@ RowOutcome row_outcome(Outcome outcome) {
                                            : RowOutcome::failed;
 }
 
-const char *word_of(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
+const char *word_of(RowOutcome outcome) {
+    return outcome == RowOutcome::begun ? "begonnen, Ausgang unbekannt" : written_word(outcome);
+}
 
-bool is_done(RowOutcome outcome) { return outcome != RowOutcome::failed && outcome != RowOutcome::cancelled; }
+bool is_done(RowOutcome outcome) {
+    return outcome != RowOutcome::failed && outcome != RowOutcome::cancelled && outcome != RowOutcome::begun;
+}
 
 std::string local_time(std::time_t time) {
     std::array<char, 32> text{};
@@ -146,8 +153,8 @@ std::string ResultFile::append(std::vector<std::pair<std::size_t, Attempt>> atte
     for (auto &[row, attempt] : attempts) {
         const Identity &of = rows_.at(row);
         const std::array<std::string, columns> fields = {
-            std::to_string(of.line),   kept_a_text(of.name),     attempt.time,
-            kept_a_text(attempt.port), word_of(attempt.outcome), kept_a_text(attempt.message)};
+            std::to_string(of.line),   kept_a_text(of.name),          attempt.time,
+            kept_a_text(attempt.port), written_word(attempt.outcome), kept_a_text(attempt.message)};
         lines += table_row(fields) + "\r\n";
         last_[row] = std::move(attempt);
     }

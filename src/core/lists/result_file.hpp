@@ -10,17 +10,18 @@
 
 namespace telvox {
 
-/// How an attempt at a row came out.
-enum class RowOutcome { succeeded, objected, failed, cancelled, skipped };
+/// How an attempt at a row came out; `begun` where nobody noted that: the program was killed meanwhile, and
+/// the device may have been changed.
+enum class RowOutcome { succeeded, objected, failed, cancelled, skipped, begun };
 /// What a job's outcome is for its row.
 [[nodiscard]] RowOutcome row_outcome(Outcome outcome);
 
-/// As the result file and the user read it.
+/// As the user reads it.
 [[nodiscard]] const char *word_of(RowOutcome outcome);
 /// Whether the row needs no further attempt.
 [[nodiscard]] bool is_done(RowOutcome outcome);
 
-/// One attempt at a row, or its being skipped.
+/// One attempt at a row, its begin, or its being skipped.
 struct Attempt {
     RowOutcome outcome{};
     std::string time;    ///< "2026-11-23 14:05:09"; see local_time
@@ -34,9 +35,10 @@ struct Attempt {
 /// Where a list's results stand: "pumpen-ergebnis.csv" beside "pumpen.csv".
 [[nodiscard]] std::filesystem::path result_path(const std::filesystem::path &list);
 
-/// The results of a list: a table beside it that gets a line per attempt, on the disk before anything else
-/// happens, so that what a laptop that dies has done is not done again. A row is known by its name if no
-/// other row of the list has it, else by name and line.
+/// The results of a list: a table beside it that gets a line when an attempt begins and one when it has
+/// ended, on the disk before anything else happens, so that what a laptop that dies has done, or was about to
+/// do, is not done again unasked. A row is known by its name if no other row of the list has it, else by name
+/// and line.
 class ResultFile {
   public:
     /// Opens the file and reads what it holds; a last line that was not written to its end is taken off.
@@ -47,10 +49,10 @@ class ResultFile {
     /// The row's last attempt; none if there was none.
     [[nodiscard]] const std::optional<Attempt> &last(std::size_t row) const { return last_.at(row); }
     [[nodiscard]] bool done(std::size_t row) const { return last(row) && is_done(last(row)->outcome); }
-    /// Notes an attempt. Returns why it could not be written (German), empty when it was; it counts as the
-    /// last one all the same.
+    /// Notes an attempt, or that one begins. Returns why it could not be written (German), empty when it was;
+    /// it counts as the last one all the same.
     [[nodiscard]] std::string append(std::size_t row, Attempt attempt);
-    /// Notes attempts that ended together: the disk is waited for once.
+    /// Notes attempts that ended, or begin, together: the disk is waited for once.
     [[nodiscard]] std::string append(std::vector<std::pair<std::size_t, Attempt>> attempts);
 
   private:
