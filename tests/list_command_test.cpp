@@ -72,7 +72,7 @@ TEST_F(ListCommand, DoesDevicesOfAllVariantsWithFaultsInBetween) {
           "stumm;gsm;" +
           mute +
           ";alarm-aus;;;;;\n"
-          "fern;analog;;alarm-aus;;fern;6;1;falsch\n");
+          "fern;analog;;alarm-aus;;fern;6;2;falsch\n");
     EXPECT_EQ(run(), 1);
     EXPECT_EQ(err, "");
     const auto lines = lines_of_output();
@@ -88,7 +88,7 @@ TEST_F(ListCommand, DoesDevicesOfAllVariantsWithFaultsInBetween) {
             "vorhanden.",
             HasSubstr("Zeile 10, stumm, " + mute +
                       ": fehlgeschlagen: Fehler bei der Parametrierung. Kommunikationsfehler: 33."),
-            HasSubstr("Zeile 11, fern, COM 6: fehlgeschlagen: Konfigurations Passwort nicht korrekt."),
+            HasSubstr("Zeile 11, fern, COM 6: fehlgeschlagen: Das Telvox-A antwortet nicht."),
             "10 Zeilen: 7 erfolgreich, 3 fehlgeschlagen. Ergebnisse: " + result_path(list).string()));
     const auto at = [&](const char *text) {
         return std::find_if(lines.begin(), lines.end(),

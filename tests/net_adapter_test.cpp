@@ -201,6 +201,8 @@ bool in_own_namespace(const QString &tests, std::string &why) {
         return false;
     }
     qputenv(in_namespace, "1");
+    for (const char *of_this_run : {"GTEST_TOTAL_SHARDS", "GTEST_SHARD_INDEX"})
+        qunsetenv(of_this_run);
     QString output;
     EXPECT_TRUE(
         run("unshare",
