@@ -236,12 +236,12 @@ TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
 }
 
 TEST_F(SettingsFile, LiesBesideTheProgramWhereItCan) {
-    EXPECT_EQ(choose_data_folders(folder, "/user").settings, folder);
+    EXPECT_EQ(choose_data_folders(folder, "/user", false).settings, folder);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 0) << "the probe was left behind";
-    for (const char *kept_clean : {"/proc", "/usr/bin"})
-        EXPECT_EQ(choose_data_folders(kept_clean, "/user").settings, "/user");
+    EXPECT_EQ(choose_data_folders("/proc", "/user", false).settings, "/user");
+    EXPECT_EQ(choose_data_folders(folder, "/user", true).settings, "/user") << "installed";
     write("");
-    EXPECT_EQ(choose_data_folders(folder, "/user").settings, folder);
+    EXPECT_EQ(choose_data_folders(folder, "/user", true).settings, folder) << "on a stick";
 }
 
 } // namespace

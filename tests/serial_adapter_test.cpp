@@ -2,15 +2,17 @@
 // end. Real time, so every wait is polled with a limit.
 
 #include "ports/os.hpp"
-#include "ports/qt_serial_port.hpp"
+#include "ports/qt_port_scan.hpp"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QSemaphore>
 #include <QSerialPort>
 #include <QThread>
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -266,6 +268,28 @@ TEST(Ports, GetTheLowestFreeNumbersAndKeepThem) {
     EXPECT_EQ(ports.find(2)->device, "/dev/ttyUSB2");
     EXPECT_EQ(ports.number_of("/dev/ttyUSB0"), 1) << "comes back to its number";
     EXPECT_EQ(ports.number_of("/dev/other"), 4);
+}
+
+TEST(Ports, AScanDoesNotWaitForOneThatIsSilent) {
+    static_assert(QtPortScan::longest < 2s);
+    const auto asked = std::make_shared<std::atomic<int>>(0);
+    const auto answers = std::make_shared<QSemaphore>();
+    const auto try_it = [asked, answers](const std::string &device) {
+        if (device == "/dev/silent" && ++*asked == 1)
+            answers->acquire();
+        return device == "/dev/busy" ? port_busy : os::Refusal{};
+    };
+    PortMap ports(named({{3, "/dev/silent"}, {4, "/dev/busy"}, {5, "/dev/free"}}));
+    const auto scan = std::make_unique<QtPortScan>(ports, try_it, 100ms);
+    for (int round = 0; round < 2; ++round) {
+        std::vector<std::string> said;
+        for (const PortInfo &port : scan->ports())
+            said.push_back(port.in_short);
+        EXPECT_THAT(said, ElementsAre("antwortet nicht", "von einem anderen Programm belegt", ""));
+    }
+    EXPECT_EQ(*asked, 1) << "one that is silent is not asked again";
+    answers->release();
+    EXPECT_TRUE(wait_for([&] { return scan->ports()[0].refusal.empty(); })) << "until it has answered";
 }
 
 TEST(Ports, NamedDevicesAreTheOnlyRealOnes) {

@@ -1,6 +1,7 @@
 #include "cli/output.hpp"
 
 #include "core/files/system_error.hpp"
+#include "ports/os.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,8 +12,7 @@ void Output::line(std::string text) {
     std::replace(text.begin(), text.end(), '\r', '\n');
     text += '\n';
     errno = 0;
-    const bool taken = std::fwrite(text.data(), 1, text.size(), stream_) == text.size();
-    note(std::fflush(stream_) == 0 && taken);
+    note(os::print(text, stream_));
 }
 
 std::string Output::end() {

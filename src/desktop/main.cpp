@@ -75,27 +75,28 @@ int main(int argc, char **argv) {
     try {
         call = parse(Arguments(os::arguments(argc, argv)));
     } catch (const UsageError &error) {
-        std::fprintf(stderr, "telvox: %s\n", error.what());
+        static_cast<void>(os::print(std::string("telvox: ") + error.what() + "\n", stderr));
         return 2;
     }
     if (call.options.version) {
-        std::fputs(version_text("telvox").c_str(), stdout);
-        return 0;
+        return os::print(version_text("telvox"), stdout) ? 0 : 1;
     }
     if (call.help) {
-        std::printf("Aufruf: telvox [Optionen]\n\n%s%s",
-                    help_line("--profil DATEI", "füllt das Fenster mit einem Profil").c_str(),
-                    common_options_help().c_str());
-        return 0;
+        return os::print("Aufruf: telvox [Optionen]\n\n" +
+                             help_line("--profil DATEI", "füllt das Fenster mit einem Profil") +
+                             common_options_help(),
+                         stdout)
+                   ? 0
+                   : 1;
     }
     if (!os::has_display()) {
-        std::fputs("telvox: Es gibt hier keine grafische Oberfläche; ohne sie arbeitet telvox-cli.\n",
-                   stderr);
+        static_cast<void>(os::print(
+            "telvox: Es gibt hier keine grafische Oberfläche; ohne sie arbeitet telvox-cli.\n", stderr));
         return 1;
     }
     QApplication application(argc, argv);
     QApplication::setApplicationName("telvox");
-    QApplication::setStyle(new desktop::ReadableStyle);
+    desktop::follow_system_colours(application);
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     // Qt's own texts, such as the menus of text boxes; nobody sees one before the window.
     QTranslator german;

@@ -31,6 +31,31 @@ QColor faint(const QColor &color, const QColor &ground, double enough) {
     return color;
 }
 
+/// Whether the palette of the platform is a dark one.
+bool is_dark() {
+    const QPalette palette = QGuiApplication::palette();
+    return luminance(palette.color(QPalette::Window)) < luminance(palette.color(QPalette::WindowText));
+}
+
+/// Changes what lies beneath the style when the colours change between light and dark.
+class ColourWatch final : public QObject {
+  public:
+    explicit ColourWatch(QObject *parent) : QObject(parent) { choose(); }
+    bool eventFilter(QObject *, QEvent *event) override {
+        if (event->type() == QEvent::ApplicationPaletteChange && is_dark() != dark_)
+            choose();
+        return false;
+    }
+
+  private:
+    void choose() {
+        dark_ = is_dark();
+        const bool own = dark_ && QGuiApplication::platformName() == "windows";
+        QApplication::setStyle(own ? new ReadableStyle("fusion") : new ReadableStyle);
+    }
+    bool dark_ = false;
+};
+
 } // namespace
 
 double contrast(const QColor &a, const QColor &b) {
@@ -80,6 +105,10 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
     const QRectF outline = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
     round ? painter->drawEllipse(outline) : painter->drawRect(outline);
     painter->restore();
+}
+
+void follow_system_colours(QApplication &application) {
+    application.installEventFilter(new ColourWatch(&application));
 }
 
 } // namespace telvox::desktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QApplication>
 #include <QProxyStyle>
 
 namespace telvox::desktop {
@@ -21,5 +22,9 @@ class ReadableStyle final : public QProxyStyle {
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
 };
+
+/// Gives the program this style, and Windows in dark colours Qt's own beneath it: that of the system has no
+/// dark one. Follows when the user changes the colours.
+void follow_system_colours(QApplication &application);
 
 } // namespace telvox::desktop

@@ -4,9 +4,9 @@
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/version.hpp"
+#include "ports/os.hpp"
 
 #include <QCoreApplication>
-#include <QStandardPaths>
 #include <algorithm>
 #include <sstream>
 #include <system_error>
@@ -108,8 +108,7 @@ DataFolders data_folders(const CommonOptions &options) {
     const auto program = path_of(QCoreApplication::applicationDirPath().toStdString());
     if (const auto data = path_of(options.data_folder); !data.empty())
         return {.settings = data, .lists = list_folders(data, program)};
-    const QString user = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return choose_data_folders(program, path_of(user.toStdString()) / "telvox");
+    return choose_data_folders(program, os::settings_folder() / "telvox", os::keeps_folder_clean(program));
 }
 
 std::string common_options_help() {

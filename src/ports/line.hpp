@@ -34,11 +34,8 @@ struct Opened {
     os::Refusal cause;
 };
 
+/// Opens a port of the system, in a thread that has an event loop.
 [[nodiscard]] Opened open_system_line(const std::string &device, const SerialFormat &format, Report report);
 [[nodiscard]] Opened open_simulated_line(SimulatedPort &port, const SerialFormat &format, Report report);
-
-inline const os::Refusal port_busy = {"Die Schnittstelle wird von einem anderen Programm benutzt.",
-                                      "von einem anderen Programm belegt"};
-inline const os::Refusal port_absent = {"Die Schnittstelle ist nicht vorhanden.", "nicht vorhanden"};
 
 } // namespace telvox

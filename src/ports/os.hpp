@@ -2,7 +2,11 @@
 
 #include "core/network.hpp"
 
+#include <cstdio>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// What the operating systems do differently about serial devices, calls and their own programs.
@@ -18,15 +22,24 @@ using PortHandle = int;
 /// The call's arguments behind the program's name, UTF-8.
 [[nodiscard]] std::vector<std::string> arguments(int argc, char **argv);
 
-/// Takes the places of standard streams that the caller has closed, first of all: a serial port that got one
-/// would be sent what is printed. Writing to such a stream fails.
+/// Sees to the standard streams, first of all. The places of those that the caller has closed are taken: a
+/// serial port that got one would be sent what is printed. Writing to such a stream fails. On Windows a
+/// program with windows speaks to the console that it was started from.
 void reserve_standard_streams();
+
+/// Writes a text (UTF-8) to a standard stream, at once; a console of Windows shows it right whatever code
+/// page it has. False if not all of it could be written; `errno` says why.
+[[nodiscard]] bool print(std::string_view text, std::FILE *stream);
 
 /// Whether there is something to draw windows on.
 [[nodiscard]] bool has_display();
 
 /// Whether a device is there.
 [[nodiscard]] bool exists(const std::string &device);
+
+/// The one name of a device, for comparing: behind all links, or without the prefix that Windows allows.
+/// Never opens it. The name as given where there is no such device.
+[[nodiscard]] std::string real_name(const std::string &device);
 
 /// Whether the system itself numbers its ports ("COM7"), and the number of such a name; 0 for other names.
 extern const bool ports_have_numbers;
@@ -42,6 +55,10 @@ struct Refusal {
 /// Why a device cannot be opened as a serial port by this user; empty if nothing speaks against it.
 [[nodiscard]] Refusal refusal(const std::string &device);
 
+/// Whether a port can be opened, where that is seen without the rest of what a job does with it; nothing
+/// where it takes an opening as a job's.
+[[nodiscard]] std::optional<Refusal> probe(const std::string &device);
+
 /// Keeps every other program off the open port, also one with all rights. False if another one has it.
 [[nodiscard]] bool claim(PortHandle port);
 
@@ -50,6 +67,14 @@ struct Refusal {
 
 /// Whether bytes that were handed to the system are still waiting to leave the open port.
 [[nodiscard]] bool output_pending(PortHandle port);
+
+/// The folder for what programs keep of a user's settings, each in one of its own.
+[[nodiscard]] std::filesystem::path settings_folder();
+
+/// Whether settings lie beside the program only where some lie there already, because it was installed: below
+/// /usr only the package manager writes, and on Windows everywhere, as no program's folder is told from a
+/// stick.
+[[nodiscard]] bool keeps_folder_clean(const std::filesystem::path &program_folder);
 
 /// Whose tools for the network there are.
 extern const Processes::Tools tools;
@@ -62,3 +87,15 @@ extern const Processes::Tools tools;
 [[nodiscard]] std::string console_text(const std::string &bytes);
 
 } // namespace telvox::os
+
+namespace telvox {
+
+inline const os::Refusal port_busy = {"Die Schnittstelle wird von einem anderen Programm benutzt.",
+                                      "von einem anderen Programm belegt"};
+inline const os::Refusal port_absent = {"Die Schnittstelle ist nicht vorhanden.", "nicht vorhanden"};
+inline const os::Refusal port_unusable = {"Das Gerät lässt sich nicht als serielle Schnittstelle einrichten.",
+                                          "lässt sich nicht einrichten"};
+/// Of a port that was asked by a scan, which does not wait for it.
+inline const os::Refusal port_silent = {"Die Schnittstelle antwortet nicht.", "antwortet nicht"};
+
+} // namespace telvox

@@ -1,8 +1,9 @@
 #include "ports/os.hpp"
 
 #include "core/files/system_error.hpp"
-#include "ports/line.hpp"
 
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -47,6 +48,11 @@ void reserve_standard_streams() {
         ::close(taken);
 }
 
+bool print(std::string_view text, std::FILE *stream) {
+    const bool taken = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    return std::fflush(stream) == 0 && taken;
+}
+
 bool has_display() {
 #ifdef __APPLE__
     return true;
@@ -57,6 +63,11 @@ bool has_display() {
 }
 
 bool exists(const std::string &device) { return ::access(device.c_str(), F_OK) == 0; }
+
+std::string real_name(const std::string &device) {
+    const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
+    return real.isEmpty() ? device : real.toStdString();
+}
 
 const bool ports_have_numbers = false;
 int port_number(const std::string &) { return 0; }
@@ -82,6 +93,8 @@ Refusal refusal(const std::string &device) {
     return {};
 }
 
+std::optional<Refusal> probe(const std::string &) { return std::nullopt; } // locks are the port's to see
+
 bool claim(PortHandle port) {
     // The exclusive mode that the port sets itself does not hold against the superuser, this lock does.
     return ::flock(port, LOCK_EX | LOCK_NB) == 0;
@@ -103,6 +116,14 @@ bool output_pending(PortHandle port) {
         return (transmitter & TIOCSER_TEMT) == 0;
 #endif
     return false;
+}
+
+std::filesystem::path settings_folder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString();
+}
+
+bool keeps_folder_clean(const std::filesystem::path &program_folder) {
+    return program_folder.native().starts_with("/usr/");
 }
 
 const Processes::Tools tools = Processes::Tools::of_linux;

@@ -3,7 +3,6 @@
 #include "core/port_choice.hpp"
 #include "ports/os.hpp"
 
-#include <QFileInfo>
 #include <QSerialPortInfo>
 #include <algorithm>
 #include <tuple>
@@ -26,7 +25,9 @@ auto natural_key(const PresentPort &port) {
 std::vector<PresentPort> present_ports() {
     std::vector<PresentPort> present;
     for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
-        if (const std::string device = info.systemLocation().toStdString(); os::exists(device))
+        if (const std::string device =
+                (os::ports_have_numbers ? info.portName() : info.systemLocation()).toStdString();
+            os::exists(device))
             present.push_back({device, info.description().toStdString()});
     std::sort(present.begin(), present.end(),
               [](const PresentPort &a, const PresentPort &b) { return natural_key(a) < natural_key(b); });
@@ -77,11 +78,8 @@ std::string PortMap::identity(int number) {
     return port && !port->simulated ? identity(port->device) : port_entry(number);
 }
 
-// Paths of one device differ (links by name and by connector), so devices are compared behind all links.
-std::string PortMap::identity(const std::string &device) {
-    const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
-    return real.isEmpty() ? device : real.toStdString();
-}
+// Paths of one device differ: links by name and by connector.
+std::string PortMap::identity(const std::string &device) { return os::real_name(device); }
 
 PortInfo PortMap::info(int number) const {
     const auto found = ports_.find(number);

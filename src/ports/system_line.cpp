@@ -2,7 +2,6 @@
 #include "ports/os.hpp"
 
 #include <QDeadlineTimer>
-#include <QFileInfo>
 #include <QSerialPort>
 #include <QThread>
 #include <QTimer>
@@ -48,8 +47,7 @@ class SystemLine final : public QObject, public Line {
         if (const os::Refusal refusal = os::refusal(device); !refusal.empty())
             return refusal;
         // One device, one lock: behind all links, as other programs that lock ports see it.
-        const QString real = QFileInfo(QString::fromStdString(device)).canonicalFilePath();
-        port_.setPortName(real.isEmpty() ? QString::fromStdString(device) : real);
+        port_.setPortName(QString::fromStdString(os::real_name(device)));
         apply(port_, format); // before opening, or the first bytes run in another format
         if (!port_.open(QIODevice::ReadWrite))
             return cause_of_failure();
@@ -125,8 +123,7 @@ class SystemLine final : public QObject, public Line {
         case QSerialPort::OpenError:
             return port_busy;
         default:
-            return {"Das Gerät lässt sich nicht als serielle Schnittstelle einrichten.",
-                    "lässt sich nicht einrichten"};
+            return port_unusable;
         }
     }
 

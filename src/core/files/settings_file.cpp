@@ -86,16 +86,14 @@ void prz_Einstellungen_laden(Session &session, const fs::path &folder) {
     }
 }
 
-DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &user_folder) {
+DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &user_folder, bool kept_clean) {
     std::error_code error;
     const DataFolders beside_the_program{program_folder, list_folders(program_folder, program_folder)};
     if (fs::exists(program_folder / file_name, error))
         return beside_the_program;
-    // Below /usr only the package manager writes, even if the superuser could.
-    const bool packaged = program_folder.generic_u8string().starts_with(u8"/usr/");
     // Whether a folder can be written is only certain once something was written.
     const fs::path probe = program_folder / ".telvox-schreibprobe";
-    const bool writable = !packaged && std::ofstream(probe).is_open();
+    const bool writable = !kept_clean && std::ofstream(probe).is_open();
     fs::remove(probe, error);
     if (writable)
         return beside_the_program;

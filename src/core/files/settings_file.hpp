@@ -34,10 +34,10 @@ struct DataFolders {
     std::vector<std::filesystem::path> lists; ///< the list files, read: looked for in this order
 };
 
-/// Chooses them: the program's own folder if it already holds `Com.ini`, or can be written and is not below
-/// /usr; otherwise the user's configuration folder. The lists may lie there too, or where the program was
-/// installed.
+/// Chooses them: the program's own folder if it already holds `Com.ini`, or can be written and need not be
+/// kept clean; otherwise the user's configuration folder. The lists may lie there too, or where the program
+/// was installed.
 [[nodiscard]] DataFolders choose_data_folders(const std::filesystem::path &program_folder,
-                                              const std::filesystem::path &user_folder);
+                                              const std::filesystem::path &user_folder, bool kept_clean);
 
 } // namespace telvox
