@@ -36,12 +36,13 @@ need() {
 program_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev libgl1 libxkbcommon-x11-0
     qt6-translations-l10n fonts-dejavu-core iputils-ping iproute2)
 
-# build PRESET: configures it once, then builds what changed.
+# build PRESET [OPTION...]: configures it once, with these options, then builds what changed.
 build() {
     local preset=$1
+    shift
     if [ ! -f "build/$preset/build.ninja" ]; then
         say "configuring ($preset)"
-        cmake --preset "$preset" >/dev/null
+        cmake --preset "$preset" "$@" >/dev/null
     fi
     if ninja -C "build/$preset" -n | grep -q 'no work to do'; then
         return

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Builds the Windows programs, their installer and the folder that runs from a stick. Installs what that takes; the
+# paths of both files are printed last. The first call also builds Qt for Windows, see tools/windows_qt.sh.
+source "$(dirname "$0")/../../tools/build.sh"
+source tools/windows_qt.sh
+need "${qt_needs[@]}" nsis icoutils qt6-translations-l10n
+qt_make
+qt_build windows-release
+
+say "packing"
+build=build/windows-release
+made=build/package/windows
+files=$made/telvox
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
+rm -rf "$made"
+mkdir -p "$files"
+cmake --install $build --prefix "$files" >/dev/null
+cp -r share/hilfe "$files"
+cp -r "$qt/lizenzen" "$files"
+cp /usr/share/qt6/translations/qtbase_de.qm "$files"
+# crlf FILE...: as a file for people is expected to end its lines there.
+crlf() { sed -i 's/\r*$/\r/' "$@"; }
+cp share/{SCN,FSN,gprsapn}.dat "$files"
+sed "s/@VERSION@/$version/" packaging/windows/liesmich.txt >"$files/LIESMICH.txt"
+crlf "$files"/*.dat "$files"/LIESMICH.txt "$files"/lizenzen/*
+
+for file in "$files"/*.*; do
+    echo "Delete \"\$INSTDIR\\${file##*/}\""
+done >$made/installed.nsh
+setup=build/package/telvox-$version-setup.exe
+makensis -V2 -INPUTCHARSET UTF8 -NOCD -DVERSION="$version" -DFILES="$files" -DSIZE="$(du -sk "$files" | cut -f1)" \
+    -DICON=$build/packaging/windows/telvox.ico -DINSTALLED=$made/installed.nsh -DTARGET="$made/setup.exe" \
+    packaging/windows/telvox.nsi >$made/nsis.log 2>&1 || { tail -n 20 $made/nsis.log >&2; fail "The installer could not be made."; }
+
+# Settings stay beside the program where a Com.ini stands there already.
+: >"$files/Com.ini"
+zip=build/package/telvox-$version-windows.zip
+(cd $made && cmake -E tar cf telvox.zip --format=zip telvox)
+mv $made/setup.exe "$setup"
+mv $made/telvox.zip "$zip"
+printf '%s\n' "$setup" "$zip"
