@@ -113,7 +113,8 @@ qt_module() {
     shift 3
     if [ ! -f "$build/build.ninja" ]; then
         say "configuring $name for Windows"
-        cmake -S "$source" -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$PWD/tools/mingw.cmake" \
+        cp tools/mingw.cmake "$build.cmake" # this clone may be gone when an interrupted build goes on
+        cmake -S "$source" -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$build.cmake" \
             -DCMAKE_INSTALL_PREFIX="$qt" "$@" >"$qt_log" 2>&1 || qt_stopped "$name could not be configured"
     fi
     say "building $name for Windows (once; half an hour on two cores for all of it)"
