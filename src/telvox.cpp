@@ -4,7 +4,6 @@
 #include "dialogues/families.hpp"
 #include "ui/jobs.hpp"
 #include "ui/port_lists.hpp"
-#include "ui/snapshot.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -140,20 +139,31 @@ void Telvox::tell(const std::string &text) {
 
 void Telvox::together(const std::function<void()> &events) { event(events); }
 
-void Telvox::rehearse(const std::function<void()> &events) {
-    struct Rehearsal {
-        explicit Rehearsal(Telvox &of) : program(of) { program.recorder_.pause(true); }
-        ~Rehearsal() {
-            before.restore();
-            (void)program.desk.outbox.take();
-            program.recorder_.pause(false);
-        }
-        Telvox &program;
-        const Snapshot before{program.desk};
-        const Deeper deeper{program.depth_};
+void Telvox::begin_again(const std::string &what, const std::function<void()> &fill) {
+    struct Pause {
+        explicit Pause(Recorder &of) : recorder(of) { recorder.pause(true); }
+        ~Pause() { recorder.pause(false); }
+        Recorder &recorder;
     };
-    const Rehearsal rehearsal(*this);
-    events();
+    event([&] {
+        recorder_.input("begin", what, {});
+        const Pause pause(recorder_);
+        const std::size_t said = desk.outbox.waiting().size();
+        desk.frmModem.reset();
+        for (const auto code : {&Session::strSMS_Protokoll, &Session::strSMS_Protokoll_ISDN,
+                                &Session::strSMS_Protokoll_ISDN_fern})
+            (desk.session.*code).clear();
+        fill();
+        desk.outbox.forget(said);
+    });
+}
+
+void Telvox::dismiss(Form &form) {
+    if (form.open)
+        event([&] {
+            recorder_.input("dismiss", form.name, {});
+            form.unload();
+        });
 }
 
 void Telvox::after_event() {
@@ -205,44 +215,38 @@ void Telvox::click(MenuEntry &entry) {
     event([&] { entry.clicked(); });
 }
 
-void Telvox::choose(OptionButton &option) {
-    if (!option.usable() || option.value)
+void Telvox::put(Control &control, std::string_view value) {
+    if (!control.usable())
         return;
-    recorder_.input("choose", recorded(option), {});
-    event([&] { option.choose(); });
+    event([&] {
+        if (control.take(value))
+            record(control);
+    });
 }
 
-void Telvox::set(CheckBox &box, bool on) {
-    if (!box.usable())
-        return;
-    recorder_.input(on ? "tick" : "untick", recorded(box), {});
-    event([&] { box.set(on); });
-}
+void Telvox::choose(OptionButton &option) { put(option, "ein"); }
+
+void Telvox::set(CheckBox &box, bool on) { put(box, on ? "ein" : "aus"); }
 
 void Telvox::enter(TextBox &box, std::string_view input) {
     if (!box.usable() || box.read_only)
         return;
-    event([&] { box.text = box.filtered(input); });
-    recorder_.input("enter", recorded(box), box.secret ? Mask::hidden : box.text);
+    event([&] {
+        box.text = box.filtered(input);
+        record(box);
+    });
 }
 
-void Telvox::select(ComboBox &list, std::string_view entry) {
-    if (list.usable() &&
-        (list.editable || std::find(list.items.begin(), list.items.end(), entry) != list.items.end()))
-        event([&] {
-            list.write(entry);
-            record_choice(list);
-        });
-}
+void Telvox::select(ComboBox &list, std::string_view entry) { put(list, entry); }
 
 /// A port is recorded by its number: which ports there are is part of what is played.
-void Telvox::record_choice(const ComboBox &list) {
-    const bool cable = &list == &desk.frmModem.cobSchnittstelle;
-    if (!cable && &list != &desk.frmModem.cobModem_Port)
-        return recorder_.input("pick", recorded(list), list.text);
-    const auto number = list.text.find_first_of("0123456789");
-    if (number != std::string::npos)
-        recorder_.input(cable ? "cable" : "modem", list.text.substr(number), {});
+void Telvox::record(const Control &control) {
+    const bool cable = &control == &desk.frmModem.cobSchnittstelle;
+    const auto [verb, value] = control.input();
+    if (!cable && &control != &desk.frmModem.cobModem_Port)
+        return recorder_.input(verb, recorded(control), value);
+    if (const auto number = value.find_first_of("0123456789"); number != std::string::npos)
+        recorder_.input(cable ? "cable" : "modem", value.substr(number), {});
 }
 
 void Telvox::select(ListBox &list, int position) {

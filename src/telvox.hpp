@@ -42,6 +42,8 @@ class Telvox : private Observer {
     Telvox(const Ports &ports, DataFolders folders);
 
     // Events. A control that is not usable takes none of them.
+    /// Gives a control a value as its user would, and leaves it.
+    void put(Control &control, std::string_view value);
     void click(Button &button);
     void click(MenuEntry &entry);
     void choose(OptionButton &option);
@@ -81,9 +83,11 @@ class Telvox : private Observer {
     void set_format(std::string Session::*format, const std::string &value);
     /// Says in the status bar what stands around the jobs: which profile, which device of a list.
     void tell(const std::string &text);
-    /// Events tried out: nothing of them is drawn, said or recorded, and then everything is as before. What
-    /// `events` throws goes on to the caller.
-    void rehearse(const std::function<void()> &events);
+    /// The main window is as at the start but for its ports and formats, and is filled in anew; nothing that
+    /// the filling says is shown. `what` is it filled with, for the record.
+    void begin_again(const std::string &what, const std::function<void()> &fill);
+    /// A dialog that was opened for its job goes without a question.
+    void dismiss(Form &form);
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR, a program or
@@ -106,7 +110,7 @@ class Telvox : private Observer {
     void status(std::string_view text) override;
     void after_event();
     void record_format(std::string Session::*format);
-    void record_choice(const ComboBox &list);
+    void record(const Control &control);
     void connect_the_end();
     void end_running();
     void show_help(std::string_view topic);

@@ -100,8 +100,8 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
 
 TEST(CliCall, TakesValuesInBothSpellings) {
     const Call call = parse_call(words("parametrieren --alarmtext=--Achtung= --typ gsm --port=3=/dev/x=y"));
-    EXPECT_EQ(call.values.at("--alarmtext").value, "--Achtung=");
-    EXPECT_EQ(call.values.at("--typ").value, "gsm");
+    EXPECT_EQ(call.values.at("alarmtext").value, "--Achtung=");
+    EXPECT_EQ(call.values.at("typ").value, "gsm");
     EXPECT_EQ(call.common.ports.at(3), "/dev/x=y");
     EXPECT_TRUE(parse_call(words("--help")).help);
 }
@@ -122,13 +122,16 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"alarmtest --typ isdn --nachricht fax", "--nachricht gibt es nicht mit --typ isdn"},
         {"alarmtest --nachricht fax --service-center 1",
          "--service-center gibt es nicht mit --typ analog --verbindung direkt --nachricht fax"},
-        {"alarmtest --rufnummer-modem 1", "--rufnummer-modem gibt es nicht"},
-        {"alarmtest --modemanschluss 6", "--modemanschluss gibt es nicht"},
-        {"alarmtest --verbindung fern --schnittstelle 3", "--schnittstelle gibt es nicht"},
+        {"alarmtest --rufnummer-modem 1",
+         "--rufnummer-modem: gehört zum Modem; --verbindung auf fern setzen"},
+        {"alarmtest --modemanschluss 6", "--modemanschluss: gehört zum Modem"},
+        {"alarmtest --verbindung fern --schnittstelle 3", "--schnittstelle: gehört zum Kabel"},
+        {"netz-pruefen --ip 1.2.3.4 --verbindung fern --modemanschluss 6",
+         "--modemanschluss gibt es nicht mit --typ ethernet"},
         {"alarmtest --typ ethernet", "alarmtest gibt es nicht mit --typ ethernet"},
         {"parametrieren --typ gprs --verbindung fern", "parametrieren gibt es nicht mit --typ gprs"},
-        {"msn --typ gsm --msn 1", "msn gibt es nur mit --typ isdn"},
-        {"pin --pin 1", "pin: --typ gsm oder gprs fehlt"},
+        {"msn --typ gsm --msn 1", "--typ: msn gibt es nur mit typ isdn"},
+        {"pin --pin 1", "pin gibt es nur mit typ gsm oder gprs"},
         {"msn --msn 12a", "--msn: nur Ziffern und *"},
         {"imei --typ gsm --verbindung fern", "imei gibt es nicht mit --typ gsm --verbindung fern"},
         {"anschlussart --anschlussart s0", "punkt-zu-punkt, mehrgeraete"},
@@ -226,7 +229,7 @@ TEST(CliCall, LeavesTheChecksToTheForm) {
     EXPECT_EQ(desk.rig.outcome(), Outcome::refused);
     ASSERT_EQ(desk.rig.boxes.size(), 1u);
     EXPECT_THAT(desk.rig.boxes[0].text, HasSubstr("Service-Center Nummer"));
-    EXPECT_EQ(desk.at_the_form.named_by_check(parse_call({"parametrieren"})), "--service-center");
+    EXPECT_EQ(desk.at_the_form.named_by_check(parse_call({"parametrieren"})), "service-center");
 }
 
 TEST(CliCall, TakesValuesFromLines) {
@@ -238,11 +241,11 @@ TEST(CliCall, TakesValuesFromLines) {
     };
     const Call call = filled("pin --typ gprs --aus - --schnittstelle 4",
                              "\xEF\xBB\xBF# Gerät 7\r\n\r\ntyp=gsm\r\npin=-\r\nalarmtext= a=b \n");
-    EXPECT_EQ(call.find("--typ")->value, "gprs") << "the option wins";
-    EXPECT_EQ(call.find("--pin")->value, "-");
-    EXPECT_EQ(call.find("--pin")->from, "Standardeingabe, Zeile 4: pin");
-    EXPECT_EQ(call.find("--alarmtext")->value, " a=b ");
-    EXPECT_EQ(filled("pin --typ gsm --pin -", "1234\r\n5678").find("--pin")->value, "1234");
+    EXPECT_EQ(call.find("typ")->value, "gprs") << "the option wins";
+    EXPECT_EQ(call.find("pin")->value, "-");
+    EXPECT_EQ(call.find("pin")->from.text(), "Standardeingabe, Zeile 4: pin");
+    EXPECT_EQ(call.find("alarmtext")->value, " a=b ");
+    EXPECT_EQ(filled("pin --typ gsm --pin -", "1234\r\n5678").find("pin")->value, "1234");
 
     const struct {
         const char *call;

@@ -206,7 +206,7 @@ TEST_F(ListCommand, NothingIsSentOfAListThatIsRefused) {
         {head + "gsm;7;alarm-aus;\n", "hängt schon das Gerät von Zeile 2", {"--port", "7=" + link}},
         {head + "gsm;7;parametrieren;\n", "pumpen.csv, Zeile 3, Spalte service-center: "},
         {head, "--apn gehört nur zu gprs-schreiben", {"--apn", "x"}},
-        {head, "pumpen.csv, Zeile 2: --passwort gibt es nicht", {"--passwort", "x"}},
+        {head, "pumpen.csv, Zeile 2: --passwort gibt es nicht mit", {"--passwort", "x"}},
     };
     for (const auto &[table, because, options] : cases) {
         write(table);

@@ -59,7 +59,8 @@ class Listed : public testing::Test {
     Bench bench{cable};
     Telvox &program = bench.rig.program;
     FrmModem &main = bench.f;
-    ListPane pane{program, bench.rig.scan, [] { return std::time_t{0}; }};
+    operation::Profiles profiles{program, bench.rig.scan};
+    ListPane pane{program, bench.rig.scan, profiles, [] { return std::time_t{0}; }};
 };
 
 constexpr std::size_t name = 1, outcome = 3, message = 6;
@@ -143,7 +144,7 @@ TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
         int number_of(const std::string &) override { return plugged ? 3 : 0; }
         bool plugged = true;
     } scan;
-    ListPane by_path(program, scan, [] { return std::time_t{0}; });
+    ListPane by_path(program, scan, profiles, [] { return std::time_t{0}; });
     std::ofstream(folder / "l.csv") << "name;typ;schnittstelle\nA;gsm;/dev/a\nB;gsm;/dev/b\n";
     by_path.open(text_of(folder / "l.csv"));
     scan.plugged = false;
@@ -159,7 +160,6 @@ TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
 }
 
 TEST_F(Listed, IsInARecordThatPlays) {
-    operation::Profiles profiles(program, bench.rig.scan);
     program.enter(main.tboAlarmmeldung, "von vorhin");
     std::ofstream(folder / "p") << "typ=gsm\nservice-center=+49171\namt=\n";
     profiles.open(text_of(folder / "p"));

@@ -18,7 +18,8 @@ namespace {
 TEST(ListWindow, RowsAreChosenAndStartedByKeys) {
     QTemporaryDir folder;
     Rig rig{{folder.path().toStdString(), {}}};
-    operation::ListPane pane(rig.program, rig.scan);
+    operation::Profiles profiles(rig.program, rig.scan);
+    operation::ListPane pane(rig.program, rig.scan, profiles);
     desktop::WindowSet windows{rig.program};
     windows.draw();
     QWidget &window = windows.window(rig.program.desk.frmModem);

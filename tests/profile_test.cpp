@@ -90,7 +90,7 @@ TEST(Profile, SaysWhichLineIsWrongAndFillsNothing) {
         {"typ=gsm\nempfänger=1\n", "p.telvox, Zeile 2: \"empfänger\" gibt es nicht"},
         {"typ=gsm\r\nempfaenger=12a\r\n", "p.telvox, Zeile 2: empfaenger: nur Ziffern"},
         {"# nichts\n\ntyp=gsm2\n", "Zeile 3: typ: \"gsm2\" gibt es nicht (analog,"},
-        {"typ=ethernet\nempfaenger=12\n", "Zeile 2: empfaenger gibt es nicht mit --typ ethernet"},
+        {"typ=ethernet\nempfaenger=12\n", "Zeile 2: empfaenger gibt es nicht mit typ ethernet"},
         {"alarmtext\n", "Zeile 1: \"alarmtext\" hat nicht die Form name=wert"},
         {"alarmtext=a\nalarmtext=b\n", "Zeile 2: alarmtext ist doppelt"},
         {"alarmtext=a\n[GPRS]\nmsn=1\n", "Zeile 3: \"msn\" gibt es nicht in [GPRS]"},
@@ -122,7 +122,7 @@ TEST(Profile, SaysWhichLineIsWrongAndFillsNothing) {
         desktop.rig.boxes.clear();
     }
     // What the form holds then is a device's.
-    desktop.desk.frmModem.fraListe.visible = true;
+    desktop.profiles.list_is_open = [] { return true; };
     desktop.profiles.open(desktop.write("alarmtext=neu\n"));
     EXPECT_THAT(desktop.rig.boxes.at(0).text, HasSubstr("Zuerst muss die Liste geschlossen werden"));
     EXPECT_TRUE(desktop.desk.remembered.profiles.empty());
@@ -155,14 +155,14 @@ TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
     EXPECT_FALSE(desktop.desk.frmModem.mnuProfil3.visible);
 
     // What a list puts into it is not the next device's.
-    desktop.desk.frmModem.fraListe.visible = true;
+    desktop.profiles.list_is_open = [] { return true; };
     open();
     desktop.program.select(apn, "von einem Gerät");
     close();
     open();
     EXPECT_EQ(apn.text, "zwei");
     close();
-    desktop.desk.frmModem.fraListe.visible = false;
+    desktop.profiles.list_is_open = [] { return false; };
 
     // Without its [GPRS] the dialog opens as it does at the first time.
     desktop.profiles.open(desktop.write("typ=gprs\n"));
@@ -176,17 +176,17 @@ TEST(Profile, IsWhatTheCommandLineTakes) {
                                            "[IP-Telemetrie]\nbenutzer=i\n[PIN]\npin=1\n");
     const struct {
         const char *job, *option, *value;
-    } cases[] = {{"gprs-schreiben", "--benutzer", "g"},
-                 {"ipt-schreiben", "--benutzer", "i"},
-                 {"parametrieren", "--alarmtext", "x"},
-                 {"pin", "--pin", "1"}};
+    } cases[] = {{"gprs-schreiben", "benutzer", "g"},
+                 {"ipt-schreiben", "benutzer", "i"},
+                 {"parametrieren", "alarmtext", "x"},
+                 {"pin", "pin", "1"}};
     for (const auto &[job, option, value] : cases) {
         cli::Call call = cli::parse_call({job, "--aus", file});
         std::istringstream nothing;
         cli::complete_call(call, nothing);
         ASSERT_TRUE(call.find(option)) << job;
         EXPECT_EQ(call.find(option)->value, value);
-        EXPECT_EQ(call.find("--typ")->value, "gprs");
+        EXPECT_EQ(call.find("typ")->value, "gprs");
     }
 }
 

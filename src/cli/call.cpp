@@ -16,14 +16,16 @@ void check_options(const Call &call) {
             throw UsageError(std::string("--speichern gehört nicht zu ") + call.job->name);
         return; // what its rows take is theirs to say
     }
+    if (call.repeat)
+        throw UsageError(std::string("--wiederholen gehört nur zu liste"));
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
-            throw UsageError(name + (name == "--port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
-                             " gehört nur zu " + jobs_with(name));
+            throw UsageError(given.from, (name == "port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
+                                             std::string(" gehört nur zu ") + jobs_with(name));
     if (!call.file.empty())
         return;
     if (const char *missing = missing_option(call))
-        throw UsageError(std::string(call.job->name) + ": " + missing + " fehlt");
+        throw UsageError(std::string(call.job->name) + ": --" + missing + " fehlt");
 }
 
 /// "--port N=GERÄT" names a device to every job; without "=" it is a value like others, the TCP port.
@@ -32,7 +34,7 @@ void take_any_port(Arguments &arguments, Call &call) {
     if (value.find('=') != std::string::npos)
         return take_port(value, call.common);
     arguments.once();
-    call.values["--port"] = {value, "--port"};
+    call.values["port"] = {value, {.name = "port"}};
 }
 
 /// Throws UsageError for a file that is no profile, or none for the job.
@@ -64,6 +66,8 @@ Call parse_call(const std::vector<std::string> &all) {
             flag(call.despite);
         } else if (name == "--speichern") {
             flag(call.save);
+        } else if (name == "--wiederholen") {
+            flag(call.repeat);
         } else if (name == "--aus") {
             arguments.once();
             call.file = arguments.value();
@@ -71,9 +75,9 @@ Call parse_call(const std::vector<std::string> &all) {
             take_any_port(arguments, call);
         } else if (take_common_option(arguments, call.common)) {
             continue;
-        } else if (find_option(name)) {
+        } else if (name.starts_with("--") && find_option(name.substr(2))) {
             arguments.once();
-            call.values[name] = {arguments.value(), name};
+            call.values[name.substr(2)] = {arguments.value(), {.name = name.substr(2)}};
         } else if (!call.job && !name.starts_with("-")) {
             call.job = find_job(name);
             if (!call.job)
@@ -97,9 +101,9 @@ void complete_call(Call &call, std::istream &standard_input) {
         if (!find_option(name)->secret || given.value != "-")
             continue;
         if (!read_line(standard_input, given.value))
-            throw UsageError(name + ": die Standardeingabe ist zu Ende");
+            throw UsageError(given.from, ": die Standardeingabe ist zu Ende");
         if (!valid_utf8(given.value))
-            throw UsageError(name + ": kein gültiger Text (UTF-8)");
+            throw UsageError(given.from, ": kein gültiger Text (UTF-8)");
     }
     if (call.file.empty())
         return;

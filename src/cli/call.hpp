@@ -19,6 +19,7 @@ struct Call : Order {
     Profile profile;  ///< "--aus" of a list, for each row what its job takes
     bool trace = false;
     bool despite = false; ///< "--trotzdem": questions are answered Ja
+    bool repeat = false;  ///< "--wiederholen": rows whose outcome nobody knows too
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete
 };

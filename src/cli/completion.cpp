@@ -24,7 +24,7 @@ std::string names_of_situations() {
 std::string values_of(const JobCommand &job, const std::string &name, std::string value) {
     if (name == "--simulator-fall")
         return names_of_situations();
-    const Option *option = find_option(job, name);
+    const Option *option = find_option(job, name.substr(2));
     if (!option || option->words.empty()) {
         std::replace(value.begin(), value.end(), '|', ' ');
         return value;

@@ -7,7 +7,7 @@ namespace {
 std::string lines(std::span<const Option> options) {
     std::string text;
     for (const Option &option : options)
-        text += help_line(std::string(option.name) + " " + option.value, option.help);
+        text += help_line("--" + std::string(option.name) + " " + option.value, option.help);
     return text;
 }
 
@@ -27,7 +27,8 @@ std::string every_job_takes(const JobCommand *job) {
                      "was daneben angegeben ist, geht vor") +
            help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") +
            (job && job->file
-                ? ""
+                ? help_line("--wiederholen",
+                            "führt auch Zeilen aus, die begonnen wurden und deren Ausgang unbekannt ist")
                 : help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini")) +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +

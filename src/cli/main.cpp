@@ -113,7 +113,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         return cli::job_succeeded;
     if (job.outcome == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
-            out.remarks.line("telvox-cli: siehe " + option);
+            out.remarks.line("telvox-cli: siehe --" + option);
     if (!kept) {
         out.remarks.line("telvox-cli: Das Gerät spricht jetzt mit --com-direkt " +
                          program.desk.session.strCOMparameter_direkt);

@@ -24,6 +24,8 @@ struct Way {
     std::string device;   ///< the path, where the list names the port by it
 };
 
+std::string now() { return local_time(std::time(nullptr)); }
+
 class ListCommand {
   public:
     ListCommand(const Call &call, Outputs &out)
@@ -36,12 +38,13 @@ class ListCommand {
 
   private:
     void prepare();
-    void check_row(std::size_t row);
+    [[nodiscard]] bool is_to_do(std::size_t row) const;
     Way way_of(const Trial &trial);
     void check_cable(std::size_t row, const Order &order, const Trial &trial);
     void start_rows();
     void row_over(std::size_t row);
     void note_results();
+    bool note(std::vector<std::pair<std::size_t, Attempt>> attempts);
     void tell(std::size_t row, const Attempt &attempt);
     int sum_up();
     [[nodiscard]] std::string label(std::size_t row) const { return label_of(list_.rows[row]); }
@@ -70,11 +73,15 @@ int ListCommand::run(QCoreApplication &application) {
         resources.push_back(way.resource);
     run_.emplace(resources);
     for (std::size_t row = 0; row < list_.rows.size(); ++row) {
-        if (!results_->done(row))
+        if (is_to_do(row))
             continue;
         run_->leave_out(row);
         const Attempt &last = *results_->last(row);
-        out_.results.line(label(row) + ": schon erledigt (" + word_of(last.outcome) + ", " + last.time + ")");
+        out_.results.line(label(row) + ": " +
+                          (is_done(last.outcome)
+                               ? "schon erledigt (" + std::string(word_of(last.outcome))
+                               : std::string(word_of(last.outcome)) + " (noch einmal nur mit --wiederholen") +
+                          ", " + last.time + ")");
     }
     int interrupted = 0;
     on_interrupt([&](int code) {
@@ -101,32 +108,23 @@ void ListCommand::prepare() {
     if (std::filesystem::exists(results_path_, error))
         results_.emplace(results_path_, list_);
     ways_.resize(list_.rows.size());
-    for (std::size_t row = 0; row < list_.rows.size(); ++row)
-        if (!results_ || !results_->done(row))
-            check_row(row);
+    try_out(
+        list_, all_, {}, {.folders = folders_, .exists = os::exists, .despite = call_.despite},
+        [&](std::size_t row) { return is_to_do(row); },
+        [&](std::size_t row, const Order &order, const Trial &trial) {
+            ways_[row] = way_of(trial);
+            check_cable(row, order, trial);
+        });
     if (!results_)
         results_.emplace(results_path_, list_);
 }
 
-/// Throws UsageError that names line and column.
-void ListCommand::check_row(std::size_t row) {
-    const std::size_t line = list_.rows[row].line;
-    const auto refuse = [&](const std::string &column, const std::string &why) {
-        throw UsageError(place(list_.source, line, column) + ": " + why);
-    };
-    try {
-        const Order order = order_of(list_, list_.rows[row], all_);
-        const Trial trial = try_out(order, folders_, call_.despite, os::exists);
-        if (!trial.refusal.empty())
-            refuse(trial.option.substr(std::min<std::size_t>(2, trial.option.size())), trial.refusal);
-        ways_[row] = way_of(trial);
-        check_cable(row, order, trial);
-    } catch (const UsageError &error) {
-        const std::string why = error.what();
-        if (why.starts_with(place(list_.source, line)))
-            throw;
-        refuse("", why);
-    }
+/// A row that was begun when the program was killed may have changed its device already, or alarmed somebody.
+bool ListCommand::is_to_do(std::size_t row) const {
+    if (!results_ || !results_->last(row))
+        return true;
+    const RowOutcome last = results_->last(row)->outcome;
+    return last == RowOutcome::begun ? call_.repeat : !is_done(last);
 }
 
 Way ListCommand::way_of(const Trial &trial) {
@@ -149,7 +147,16 @@ void ListCommand::check_cable(std::size_t row, const Order &order, const Trial &
 }
 
 void ListCommand::start_rows() {
-    for (const std::size_t row : run_->start()) {
+    const std::vector<std::size_t> rows = run_->start();
+    std::vector<std::pair<std::size_t, Attempt>> begun;
+    for (const std::size_t row : rows)
+        begun.push_back({row, {.outcome = RowOutcome::begun, .time = now(), .port = ways_[row].label}});
+    const bool noted = begun.empty() || note(std::move(begun));
+    for (const std::size_t row : rows) {
+        if (!noted) {
+            run_->end(row, RowOutcome::cancelled);
+            continue;
+        }
         const Way &way = ways_[row];
         auto map = way.device.empty() ? numbers_
                                       : std::make_shared<PortMap>(CommonOptions{.ports = {{1, way.device}}},
@@ -159,6 +166,17 @@ void ListCommand::start_rows() {
         program->over = [this, row] { row_over(row); };
         program->start();
     }
+}
+
+/// What nobody knows of would be done again, so nothing more starts once something could not be written.
+bool ListCommand::note(std::vector<std::pair<std::size_t, Attempt>> attempts) {
+    const std::string why = results_->append(std::move(attempts));
+    if (why.empty())
+        return true;
+    out_.remarks.line("telvox-cli: " + why);
+    unwritten_ = true;
+    run_->stop();
+    return false;
 }
 
 /// The others that are over by now come before the results are noted, and wait for the disk together.
@@ -174,15 +192,11 @@ void ListCommand::note_results() {
     for (const std::size_t row : std::exchange(over_, {})) {
         Attempt attempt = running_.at(row)->result();
         running_.erase(row);
-        attempt.time = local_time(std::time(nullptr));
+        attempt.time = now();
         attempt.port = ways_[row].label;
         over.emplace_back(row, std::move(attempt));
     }
-    if (const std::string why = results_->append(over); !why.empty()) {
-        out_.remarks.line("telvox-cli: " + why);
-        unwritten_ = true;
-        run_->stop(); // what nobody knows of would be done again
-    }
+    static_cast<void>(note(over));
     for (const auto &[row, attempt] : over) {
         tell(row, attempt);
         run_->end(row, attempt.outcome);
@@ -201,8 +215,10 @@ void ListCommand::tell(std::size_t row, const Attempt &attempt) {
 
 /// Counts the rows by how they stand now, and says what that means for the exit code.
 int ListCommand::sum_up() {
-    constexpr std::array<const char *, 6> words = {"erfolgreich", "mit Ablehnungen", "fehlgeschlagen",
-                                                   "abgebrochen", "übersprungen",    "offen"};
+    constexpr std::array<const char *, 7> words = {"erfolgreich",    "mit Ablehnungen",
+                                                   "fehlgeschlagen", "abgebrochen",
+                                                   "übersprungen",   "begonnen, Ausgang unbekannt",
+                                                   "offen"};
     std::map<std::string, std::size_t> count;
     int code = job_succeeded;
     for (std::size_t row = 0; row < list_.rows.size(); ++row) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <utility>
@@ -67,6 +68,8 @@ class Outbox {
     void show_then(std::string text, std::function<void()> then) {
         waiting_.push_back({Message{.text = std::move(text)}, [go_on = std::move(then)](bool) { go_on(); }});
     }
+    /// Drops all behind the first so many.
+    void forget(std::size_t behind) { waiting_.resize(std::min(behind, waiting_.size())); }
     [[nodiscard]] std::vector<Entry> take() { return std::exchange(waiting_, {}); }
     [[nodiscard]] const std::vector<Entry> &waiting() const { return waiting_; }
 

@@ -18,7 +18,8 @@ struct JobEnd {
     std::vector<Message> said; ///< the boxes that tell of it
 };
 
-/// Watches the program. All of it is told within an event, and what an observer does then is part of the event.
+/// Watches the program. All of it is told within an event, and what an observer does then is part of the
+/// event.
 class Observer {
   public:
     /// A job or action has begun by this button; of a job nothing has been sent yet.
@@ -29,6 +30,8 @@ class Observer {
     virtual void status(std::string_view) {}
     /// What goes into the log of a network dialog: ping's answers and what the module says.
     virtual void logged(std::string_view) {}
+    /// The formats of the serial lines have been saved for good.
+    virtual void settings_saved() {}
     /// A handler has run to its end, nothing is drawn yet.
     virtual void happened() {}
     /// Time to draw the windows again.
@@ -44,7 +47,8 @@ class Observers {
     void add(Observer &observer) { all_.push_back(&observer); }
     void remove(Observer &observer) { std::erase(all_, &observer); }
 
-    template <class... Of, class... Given> void tell(void (Observer::*what)(Of...), const Given &...given) const {
+    template <class... Of, class... Given>
+    void tell(void (Observer::*what)(Of...), const Given &...given) const {
         for (Observer *observer : all_)
             (observer->*what)(given...);
     }

@@ -84,7 +84,11 @@ std::vector<ServiceNumber> entries_with(const std::vector<ServiceNumber> &entrie
     std::copy_if(entries.begin(), entries.end(), std::back_inserter(found), [&](const ServiceNumber &entry) {
         return !entry.number.empty() && comparable(entry.label).find(sought) != std::string::npos;
     });
-    return found;
+    // A whole name is that entry, also if another's name holds it.
+    const auto named = std::find_if(found.begin(), found.end(), [&](const ServiceNumber &entry) {
+        return comparable(entry.label) == sought;
+    });
+    return named == found.end() ? found : std::vector{*named};
 }
 
 } // namespace telvox

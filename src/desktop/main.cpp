@@ -60,7 +60,7 @@ int run(QApplication &application, const Call &call) {
         QCoreApplication::quit();
     };
     operation::Profiles profiles(program, ports.scan);
-    operation::ListPane list(program, ports.scan);
+    operation::ListPane list(program, ports.scan, profiles);
     windows.draw();
     if (!call.profile.empty())
         profiles.open(call.profile);

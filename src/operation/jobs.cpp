@@ -160,16 +160,16 @@ constexpr JobCommand commands[] = {
      .button = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdUART_Einstellung_aendern>,
      .menu = main_window<&FrmModem::mnuEinstellungen>,
      .options = change_rows,
-     .also_needs = "--schnittstelle",
+     .also_needs = "schnittstelle",
      .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
     {.name = "erkennen",
      .help = "stellt fest, was am Kabel hängt; ausgegeben als typ=... und com-direkt=...",
      .button = main_window<&FrmModem::cbuErkennen>,
-     .also_needs = "--schnittstelle",
+     .also_needs = "schnittstelle",
      .result =
          [](Desk &d) {
-             return "typ=" + value_of(*find_option("--typ"), d) +
-                    "\ncom-direkt=" + value_of(*find_option("--com-direkt"), d);
+             return "typ=" + value_of(*find_option("typ"), d) +
+                    "\ncom-direkt=" + value_of(*find_option("com-direkt"), d);
          }},
     {.name = "liste",
      .help = "führt eine Tabelle von Geräten aus, an mehreren Schnittstellen gleichzeitig",
@@ -178,8 +178,8 @@ constexpr JobCommand commands[] = {
      .help = "nennt die Schnittstellenparameter und den Ordner von Com.ini",
      .result =
          [](Desk &d) {
-             return "com-direkt=" + value_of(*find_option("--com-direkt"), d) +
-                    "\ncom-fern=" + value_of(*find_option("--com-fern"), d) +
+             return "com-direkt=" + value_of(*find_option("com-direkt"), d) +
+                    "\ncom-fern=" + value_of(*find_option("com-fern"), d) +
                     "\nordner=" + d.folders.settings.string();
          },
      .look = [](Telvox &) {}},
@@ -267,7 +267,7 @@ std::string found_out(const JobCommand &job, Desk &desk) {
     std::string all;
     for (std::string line; std::getline(lines, line);) {
         const std::string name = line.substr(0, line.find('='));
-        if (const Option *option = find_option(option_name(name)); option && option->secret)
+        if (const Option *option = find_option(name); option && option->secret)
             line = name + "=" + Mask::hidden;
         all += (all.empty() ? "" : ", ") + line;
     }

@@ -9,43 +9,59 @@ namespace telvox::operation {
 
 namespace {
 
+Place cell(const DeviceList &list, const DeviceList::Row &row, std::string column) {
+    return {.kind = Place::Kind::table, .name = std::move(column), .where = place(list.source, row.line)};
+}
+
 const JobCommand &job_of(const DeviceList &list, const DeviceList::Row &row) {
     const JobCommand *job = find_job(row.job);
     if (!job || !job->button)
-        throw UsageError(place(list.source, row.line, std::string(job_column)) + ": den Auftrag \"" +
-                         row.job + "\" gibt es nicht" + (job ? " in einer Liste" : ""));
+        throw UsageError(cell(list, row, std::string(job_column)),
+                         ": den Auftrag \"" + row.job + "\" gibt es nicht" + (job ? " in einer Liste" : ""));
     return *job;
+}
+
+/// The way that the row's port belongs to, where it names one port and no way.
+void imply_way(Order &order, const Place &from) {
+    const bool cable = order.find("schnittstelle"), modem = order.find("modemanschluss");
+    if (cable != modem && !order.find("verbindung"))
+        order.values["verbindung"] = {cable ? "direkt" : "fern", from};
 }
 
 } // namespace
 
-bool is_column(std::string_view name) { return find_option(option_name(name)) != nullptr; }
+std::string column_option(std::string_view name) {
+    if (const Option *option = find_option(name))
+        return option->name;
+    for (const std::span<const Option> options : {way_options(), alarm_options()})
+        for (const Option &option : options)
+            if (name == option.caption)
+                return option.name;
+    return {};
+}
 
-DeviceList read_list(const std::filesystem::path &file) { return read_device_list(file, is_column); }
+DeviceList read_list(const std::filesystem::path &file) { return read_device_list(file, column_option); }
 
-Order cells_of(const DeviceList &list, const DeviceList::Row &row) {
+Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all,
+               const Values &base) {
     Order order{.job = &job_of(list, row)};
     if (const std::string variant = only_variant(*order.job); !variant.empty())
-        order.values["--typ"] = {variant, place(list.source, row.line)};
+        order.values["typ"] = {variant, cell(list, row, "")};
     for (std::size_t i = 0; i < list.columns.size(); ++i) {
         if (row.cells[i].empty())
             continue;
-        const std::string name = option_name(list.columns[i]),
-                          from = place(list.source, row.line, list.columns[i]);
-        if (!find_option(*order.job, name))
-            throw UsageError(from + ": das gehört nicht zum Auftrag " + order.job->name);
-        order.values[name] = {row.cells[i], from};
+        const Place from = cell(list, row, list.columns[i]);
+        if (!find_option(*order.job, from.name))
+            throw UsageError(from, std::string(": das gehört nicht zum Auftrag ") + order.job->name);
+        order.values[from.name] = {row.cells[i], from};
     }
-    return order;
-}
-
-Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all) {
-    Order order = cells_of(list, row);
+    if (!find(all.values, "verbindung") && !find(all.profile.main, "verbindung"))
+        imply_way(order, cell(list, row, ""));
     add(order, all.values);
     add(order, all.profile);
-    if (const char *missing = missing_option(order))
-        throw UsageError(place(list.source, row.line) + ": " + order.job->name + " braucht " +
-                         name_in_file(missing));
+    if (const char *missing = missing_option(order, base))
+        throw UsageError(cell(list, row, ""),
+                         std::string(": ") + order.job->name + " braucht Spalte " + missing);
     return order;
 }
 
@@ -57,7 +73,7 @@ void check_taken(const ForAllRows &all, const DeviceList &list) {
         if (std::none_of(jobs.begin(), jobs.end(), [&, &option = name](const std::string &job) {
                 return find_job(job) && find_option(*find_job(job), option);
             }))
-            throw UsageError(given.from + " gehört nur zu " + jobs_with(name));
+            throw UsageError(given.from, " gehört nur zu " + jobs_with(name));
 }
 
 } // namespace telvox::operation

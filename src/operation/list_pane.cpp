@@ -3,7 +3,7 @@
 #include "core/files/files.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
-#include "operation/list_order.hpp"
+#include "operation/trial.hpp"
 
 #include <algorithm>
 #include <array>
@@ -26,12 +26,15 @@ bool names_ports(const DeviceList &list) {
 
 } // namespace
 
-ListPane::ListPane(Telvox &program, PortScan &ports, Now now)
+ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now)
     : program_(program),
       desk_(program.desk),
       main_(program.desk.frmModem),
+      ports_(ports),
+      profiles_(profiles),
       operator_(program, ports),
       now_(std::move(now)) {
+    profiles.list_is_open = [this] { return work_ != nullptr; };
     main_.mnuListe_oeffnen.clicked = [this] { ask_to_open(); };
     main_.tblListe.chosen = [this](std::size_t row) { choose(row); };
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
@@ -55,20 +58,20 @@ void ListPane::ask_to_open() {
 
 void ListPane::open(const std::string &path) {
     try {
+        if (program_.busy())
+            throw UsageError(already_running);
         DeviceList list = read_list(path_of(path));
-        std::vector<Order> orders;
-        for (const DeviceList::Row &row : list.rows)
-            orders.push_back(cells_of(list, row));
-        check(orders);
+        Values base = work_ ? base_ : main_window_values(desk_, names_ports(list));
+        std::vector<Order> orders = checked(list, base);
         close(); // it may be the same one, and nobody else may write its results
         work_.reset(new Work{list, std::move(orders), ResultFile(result_path(path_of(path)), list)});
+        base_ = std::move(base);
     } catch (const UsageError &failure) {
         return program_.together([&] {
             desk_.outbox.show_unrecorded(std::string("Die Liste wurde nicht geöffnet.\r") + failure.what());
         });
     }
     program_.together([&] {
-        before_.emplace(program_, "list");
         main_.fraListe.visible = true;
         main_.tblListe.columns.assign(own_columns.begin(), own_columns.end());
         for (const std::string &column : work_->list.columns)
@@ -80,38 +83,42 @@ void ListPane::open(const std::string &path) {
     });
 }
 
-/// Every row is filled in once, so that what a field refuses is known before the first device is begun.
-void ListPane::check(const std::vector<Order> &orders) {
-    program_.rehearse([&] {
-        const MainWindowState start = work_ ? *before_ : MainWindowState(program_, "check");
-        for (const Order &order : orders) {
-            start.restore(program_, true);
-            operator_.fill_main_window(order.values);
-            Form &form = *button_of(order).form;
-            form.load();
-            operator_.fill(order.job->options, order.values);
-            form.open = &form == &main_;
-        }
-    });
+/// Every row is tried out, so that what a field refuses is known before the first device is begun. The
+/// buttons are not pressed: what is missing in a row may be what the user enters at each device.
+std::vector<Order> ListPane::checked(const DeviceList &list, const Values &base) const {
+    std::vector<Order> orders;
+    try_out(
+        list, {.values = {}, .profile = {.main = {}, .dialogs = profiles_.in_force().dialogs}}, base,
+        {.folders = desk_.folders,
+         .exists = [&](const std::string &device) { return ports_.number_of(device) != 0; },
+         .presses = false},
+        [](std::size_t) { return true; },
+        [&](std::size_t, const Order &order, const Trial &) { orders.push_back(order); });
+    return orders;
 }
 
 void ListPane::choose(std::size_t row) {
     if (!work_ || program_.busy())
         return;
-    current_ = row;
     program_.together([&] {
-        const bool ports_too = names_ports(work_->list);
-        before_->restore(program_, ports_too);
-        try {
-            operator_.fill_main_window(work_->orders[row].values);
-            filled_ = true;
-        } catch (const UsageError &failure) { // its adapter has been unplugged since
-            before_->restore(program_, ports_too);
-            filled_ = false;
-            desk_.outbox.show_unrecorded(failure.what());
-        }
-        show();
+        if (dialog_) // of another row, whose values it holds
+            program_.dismiss(*std::exchange(dialog_, nullptr));
+        current_ = row;
+        filled_ = fill(row);
     });
+}
+
+/// What was right when the list was opened may have become impossible: its adapter has been unplugged since.
+bool ListPane::fill(std::size_t row) {
+    try {
+        operator_.begin_with(base_);
+        operator_.fill_main_window(work_->orders[row].values);
+        return true;
+    } catch (const UsageError &failure) {
+        operator_.begin_with(base_);
+        desk_.outbox.show_unrecorded(failure.what());
+        return false;
+    }
 }
 
 void ListPane::start() {
@@ -121,24 +128,46 @@ void ListPane::start() {
         choose(current_);
     if (!filled_)
         return;
+    const auto &last = work_->results.last(current_);
+    if (!last || last->outcome != RowOutcome::begun)
+        return start_row();
+    desk_.outbox.ask(label_of(work_->list.rows[current_]) + ": " + word_of(last->outcome) +
+                         ". Noch einmal ausführen?",
+                     [this, row = current_](bool yes) {
+                         if (yes && row == current_ && !program_.busy())
+                             start_row();
+                     });
+}
+
+void ListPane::start_row() {
+    const Order &order = work_->orders[current_];
+    Form &form = *button_of(order).form;
     try {
-        operator_.open_dialog(work_->orders[current_]);
-        operator_.press(work_->orders[current_]);
+        if (&form != &main_ && !form.open) { // else it holds what the user has put right after a failure
+            operator_.open_dialog(order);
+            profiles_.leave_to_others();
+            dialog_ = &form;
+        }
+        operator_.press(order);
     } catch (const UsageError &failure) {
         desk_.outbox.show_unrecorded(failure.what());
     }
 }
 
 void ListPane::skip() {
-    if (current_ != none && !program_.busy() && keep(current_, {.outcome = RowOutcome::skipped}))
-        go_on();
+    if (current_ == none || program_.busy() || !keep(current_, {.outcome = RowOutcome::skipped}))
+        return;
+    desk_.focus(main_.tblListe); // the usual Enter is for the next device
+    go_on();
 }
 
 void ListPane::close() {
-    if (!work_)
+    if (!work_ || program_.busy())
         return;
     program_.together([&] {
-        before_->restore(program_, names_ports(work_->list));
+        if (dialog_)
+            program_.dismiss(*std::exchange(dialog_, nullptr));
+        operator_.begin_with(base_);
         work_.reset();
         current_ = none;
         main_.tblListe.rows = 0;
@@ -152,8 +181,10 @@ bool ListPane::of_row(const Button &by) const {
 }
 
 void ListPane::started(const Button &by) {
-    if (of_row(by))
-        running_ = current_;
+    if (!of_row(by))
+        return;
+    running_ = current_;
+    keep(running_, {.outcome = RowOutcome::begun, .port = port()});
 }
 
 void ListPane::ended(const JobEnd &end) {
@@ -165,21 +196,31 @@ void ListPane::ended(const JobEnd &end) {
     std::string said;
     for (const Message &message : end.said)
         said = joined_lines(message.text);
-    const bool kept =
-        keep(row, {.outcome = row_outcome(end.outcome),
-                   .port = operator_.by_path(main_.optFernverbindung.value ? main_.cobModem_Port.text
-                                                                           : main_.cobSchnittstelle.text),
-                   .message = well && order.job->result ? found_out(*order.job, desk_) : said});
+    const bool kept = keep(row, {.outcome = row_outcome(end.outcome),
+                                 .port = port(),
+                                 .message = well && order.job->result ? found_out(*order.job, desk_) : said});
     if (!kept || !well)
         return;
     if (Form &form = *button_of(order).form; &form != &main_)
-        program_.close(form);
+        program_.dismiss(form);
+    dialog_ = nullptr;
     go_on();
+}
+
+/// They are the computer's, not a device's: they hold for the rows to come.
+void ListPane::settings_saved() {
+    base_["com-direkt"].value = desk_.session.strCOMparameter_direkt;
+    base_["com-fern"].value = desk_.session.strCOMparameter_fern;
 }
 
 void ListPane::happened() {
     if (work_)
         show();
+}
+
+std::string ListPane::port() const {
+    const bool remote = main_.optFernverbindung.value;
+    return operator_.by_path(remote ? main_.cobModem_Port.text : main_.cobSchnittstelle.text);
 }
 
 bool ListPane::keep(std::size_t row, Attempt attempt) {
@@ -219,7 +260,7 @@ std::string ListPane::cell(std::size_t row, std::size_t column) const {
     const DeviceList::Row &device = work_->list.rows[row];
     if (column >= own_columns.size()) {
         column -= own_columns.size();
-        const Option *option = find_option(option_name(work_->list.columns[column]));
+        const Option *option = find_option(work_->list.columns[column]);
         const std::string &value = device.cells[column];
         return option && option->secret && !value.empty() ? Mask::hidden : value;
     }

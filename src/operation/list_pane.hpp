@@ -1,9 +1,8 @@
 #pragma once
 
 #include "core/lists/result_file.hpp"
-#include "operation/main_window_state.hpp"
 #include "operation/operator.hpp"
-#include "operation/order.hpp"
+#include "operation/profiles.hpp"
 
 #include <ctime>
 #include <functional>
@@ -19,10 +18,12 @@ class ListPane : private Observer {
   public:
     using Now = std::function<std::time_t()>;
 
+    /// What the profile in force says of dialogs holds for each row's too.
     ListPane(
-        Telvox &program, PortScan &ports, Now now = [] { return std::time(nullptr); });
+        Telvox &program, PortScan &ports, Profiles &profiles, Now now = [] { return std::time(nullptr); });
 
-    /// Opens a list where it was left, in place of the one that is open; a box says why it could not be.
+    /// Opens a list where it was left, in place of the one that is open; a box says why it could not be. Not
+    /// while a job runs.
     void open(const std::string &path);
 
   private:
@@ -34,16 +35,20 @@ class ListPane : private Observer {
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     void ask_to_open();
-    void check(const std::vector<Order> &orders);
+    [[nodiscard]] std::vector<Order> checked(const DeviceList &list, const Values &base) const;
     void choose(std::size_t row);
+    bool fill(std::size_t row);
     void start();
+    void start_row();
     void skip();
     void close();
     [[nodiscard]] bool of_row(const Button &by) const;
     void started(const Button &by) override;
     void ended(const JobEnd &end) override;
+    void settings_saved() override;
     void happened() override;
     bool keep(std::size_t row, Attempt attempt);
+    [[nodiscard]] std::string port() const;
     void go_on();
     [[nodiscard]] std::size_t next_open() const;
     [[nodiscard]] Button &button_of(const Order &order) const;
@@ -53,13 +58,16 @@ class ListPane : private Observer {
     Telvox &program_;
     Desk &desk_;
     FrmModem &main_;
+    PortScan &ports_;
+    Profiles &profiles_;
     Operator operator_;
     Now now_;
     std::unique_ptr<Work> work_;
-    /// The form without a row: each row is filled in on it, so that none gets what is another's.
-    std::optional<MainWindowState> before_;
+    /// What the form holds without a row: each row is filled in on it, so that none gets what is another's.
+    Values base_;
     std::size_t current_ = none;
-    bool filled_ = false; ///< the form holds the current row
+    bool filled_ = false;    ///< the form holds the current row
+    Form *dialog_ = nullptr; ///< that was opened for the current row
     std::size_t running_ = none;
 };
 

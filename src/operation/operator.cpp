@@ -4,6 +4,7 @@
 #include "core/serial_format.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "operation/profile.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -31,7 +32,7 @@ const Word &word_of(const Option &option, const Given &given) {
             return word;
         known += (known.empty() ? "" : ", ") + std::string(word.word);
     }
-    throw UsageError(given.from + ": \"" + given.value + "\" gibt es nicht (" + known + ")");
+    throw UsageError(given.from, ": \"" + given.value + "\" gibt es nicht (" + known + ")");
 }
 
 std::vector<std::string> split(const std::string &text) {
@@ -41,8 +42,9 @@ std::vector<std::string> split(const std::string &text) {
 
 void check_format(const Given &given) {
     if (!parse_format(given.value))
-        throw UsageError(given.from + ": \"" + given.value +
-                         "\" ist keine Angabe wie 2400,e,8,1 (Baudrate, Parität, Daten- und Stoppbits)");
+        throw UsageError(given.from,
+                         ": \"" + given.value +
+                             "\" ist keine Angabe wie 2400,e,8,1 (Baudrate, Parität, Daten- und Stoppbits)");
 }
 
 std::string no_such_format(const std::string &value) {
@@ -50,31 +52,44 @@ std::string no_such_format(const std::string &value) {
 }
 
 /// Why a field keeps another text than it was given.
-std::string why_not(const Option &option, const std::string &value, const std::string &kept,
-                    KeyFilter accepts, std::size_t limit) {
+std::string why_not(const Option &option, const std::string &value, const TextField &field) {
     Characters characters(value);
     for (auto c = characters.next(); !c.empty(); c = characters.next())
-        if (!accepts(code_point(c)))
-            return rule_of(accepts) + (c == "+" ? "; + als 00 eingeben" : "");
+        if (!field.accepts(code_point(c)))
+            return rule_of(field.accepts) + (c == "+" ? "; + als 00 eingeben" : "");
+    const std::size_t limit = field.max_length;
     if (limit != 0 && length(value) > limit)
         return "mehr als " + std::to_string(limit) + " Zeichen";
-    if (limit != 0 && length(func_Text_prüfen(value)) > limit)
+    if (limit != 0 && field.counted(value) > limit)
         return "mehr als " + std::to_string(limit) + " Zeichen (ß zählt als zwei)";
-    return option.secret ? "nicht möglich" : "nicht möglich, daraus würde \"" + kept + "\"";
+    return option.secret ? "nicht möglich" : "nicht möglich, daraus würde \"" + field.text + "\"";
+}
+
+bool is_number(const TextField &field) {
+    return field.phone_number || field.accepts == digits_plus || field.accepts == digits;
+}
+
+/// What goes into a field: in numbers blanks only help to read.
+std::string plain(const Control &field, std::string value) {
+    if (const auto *text = dynamic_cast<const TextField *>(&field); text && is_number(*text))
+        std::erase(value, ' ');
+    return value;
 }
 
 } // namespace
 
 bool Operator::work(const Order &order) {
-    Values values = order.values;
-    if (const std::string variant = variant_for(order); !variant.empty())
-        values.emplace("--typ", Given{variant, "--typ"});
-    fill_main_window(values);
+    fill_main_window(with_variant(order));
     if (order.save && !save_formats(order))
         return false;
     open_dialog(order);
     press(order);
     return true;
+}
+
+void Operator::fill_in(const Order &order) {
+    fill_main_window(with_variant(order));
+    open_dialog(order);
 }
 
 void Operator::open_dialog(const Order &order) {
@@ -102,10 +117,36 @@ void Operator::fill_main_window(const Values &values) {
             choose(*find_option(name), *given);
     };
     // A variant may depend on the way or reset it, so the way is chosen before it and, if reset, after it.
-    for (const char *name : {"--verbindung", "--typ", "--verbindung"})
+    for (const char *name : {"verbindung", "typ", "verbindung"})
         choose_given(name);
     fill(alarm_options(), values);
     fill(way_options(), values);
+}
+
+void Operator::begin_with(const Values &base) {
+    program_.begin_again(as_row(base), [&] {
+        for (const char *name : {"verbindung", "typ", "verbindung"})
+            if (const Given *given = find(base, name))
+                put_back(*find_option(name), *given);
+        for (const std::span<const Option> options : {alarm_options(), way_options()})
+            for (const Option &option : options)
+                if (const Given *given = find(base, option.name); given && !is_switch(option.name))
+                    put_back(option, *given);
+    });
+}
+
+/// A field that is locked gets its text all the same: it had it.
+void Operator::put_back(const Option &option, const Given &given) {
+    try {
+        put(option, given);
+    } catch (const UsageError &) {
+        auto *field = option.field ? dynamic_cast<TextField *>(&option.field(program_.desk)) : nullptr;
+        if (!field)
+            return;
+        if (const auto port = parse_port_number(given.value); port && dynamic_cast<ComboBox *>(field))
+            program_.offer_port(*port);
+        field->text = field->filtered(given.value);
+    }
 }
 
 bool Operator::keep(const Order &order) {
@@ -116,26 +157,33 @@ bool Operator::keep(const Order &order) {
     return !button.form->open;
 }
 
-std::string Operator::variant_for(const Order &order) {
+/// The order's values, and the variant where its job has only one and none is given or chosen.
+Values Operator::with_variant(const Order &order) {
+    Values values = order.values;
     const std::vector<std::string> possible = split(order.job->variants);
-    const Given *variant = order.find("--typ");
-    if (possible.empty() || (!variant && possible.size() == 1))
-        return only_variant(*order.job);
+    const auto is_possible = [&](const std::string &word) {
+        return std::find(possible.begin(), possible.end(), word) != possible.end();
+    };
+    const Option &option = *find_option("typ");
+    const Given *variant = order.find("typ");
+    if (possible.empty() ||
+        is_possible(variant ? word_of(option, *variant).word : value_of(option, program_.desk)))
+        return values;
     std::string words;
     for (const std::string &word : possible)
         words += (words.empty() ? "" : " oder ") + word;
-    if (!variant)
-        throw UsageError(std::string(order.job->name) + ": --typ " + words + " fehlt");
-    const Word &chosen = word_of(*find_option("--typ"), *variant);
-    if (std::find(possible.begin(), possible.end(), chosen.word) == possible.end())
-        throw UsageError(std::string(order.job->name) + " gibt es nur mit --typ " + words);
-    return chosen.word;
+    const std::string only = std::string(order.job->name) + " gibt es nur mit typ " + words;
+    if (variant)
+        throw UsageError(variant->from, ": " + only);
+    if (possible.size() > 1)
+        throw UsageError(only);
+    values.emplace("typ", Given{possible.front(), {}});
+    return values;
 }
 
 void Operator::fill(std::span<const Option> options, const Values &values) {
     const auto given_of = [&](const Option &option) {
-        const std::string_view name(option.name);
-        return name == "--typ" || name == "--verbindung" ? nullptr : find(values, option.name);
+        return is_switch(option.name) ? nullptr : find(values, option.name);
     };
     for (const Option &option : options)
         if (const Given *given = given_of(option))
@@ -157,12 +205,9 @@ void Operator::put(const Option &option, const Given &given) {
     if (option.pick)
         return pick(*option.pick, given);
     Control &field = option.field(program_.desk);
-    if (auto *box = dynamic_cast<TextBox *>(&field))
-        return enter(option, *box, given);
-    if (auto *check = dynamic_cast<CheckBox *>(&field))
-        return tick(option, *check, given);
-    auto &list = dynamic_cast<ComboBox &>(field);
-    list.editable ? type(option, list, given) : choose_port(list, given);
+    if (auto *list = dynamic_cast<ComboBox *>(&field); list && !list->editable)
+        return choose_port(option, *list, given);
+    enter(option, field, given);
 }
 
 void Operator::put_again(const Option &option, const Given &given) {
@@ -179,39 +224,22 @@ void Operator::choose(const Option &option, const Given &given) {
     program_.choose(button);
 }
 
-void Operator::tick(const Option &option, CheckBox &box, const Given &given) {
-    const bool on = same_word(given.value, "ein");
-    if (!on && !same_word(given.value, "aus"))
-        throw UsageError(given.from + ": \"" + given.value + "\" gibt es nicht (ein, aus)");
-    if (box.value == on)
+void Operator::enter(const Option &option, Control &field, const Given &given) {
+    const auto *text = dynamic_cast<const TextField *>(&field);
+    const std::string value = plain(field, given.value);
+    if (!text && !same_word(value, "ein") && !same_word(value, "aus"))
+        throw UsageError(given.from, ": \"" + value + "\" gibt es nicht (ein, aus)");
+    const std::string wanted = text ? value : in_small_letters(value);
+    if (field.holds() == wanted)
         return;
-    unlock(option, box, given);
-    program_.set(box, on);
+    unlock(option, field, given);
+    program_.put(field, wanted);
+    if (field.holds() != wanted)
+        throw UsageError(given.from, ": " + why_not(option, wanted, *text));
 }
 
-void Operator::enter(const Option &option, TextBox &box, const Given &given) {
-    if (box.text == given.value)
-        return;
-    unlock(option, box, given);
-    program_.enter(box, given.value);
-    program_.leave(box);
-    if (box.text != given.value)
-        throw UsageError(given.from + ": " +
-                         why_not(option, given.value, box.text, box.accepts, box.max_length));
-}
-
-void Operator::type(const Option &option, ComboBox &list, const Given &given) {
-    if (list.text == given.value)
-        return;
+void Operator::choose_port(const Option &option, ComboBox &list, const Given &given) {
     unlock(option, list, given);
-    program_.select(list, given.value);
-    if (list.text != given.value)
-        throw UsageError(given.from + ": " +
-                         why_not(option, given.value, list.text, list.accepts, list.max_length));
-}
-
-void Operator::choose_port(ComboBox &list, const Given &given) {
-    require_usable(given.from, list);
     const int number = port_number(given);
     program_.offer_port(number);
     program_.select(list, port_entry(number));
@@ -225,9 +253,9 @@ int Operator::port_number(const Given &given) {
     const bool device = !numeric && !same_word(given.value.substr(0, 3), "com");
     const int number = device ? ports_.number_of(given.value) : 0;
     if (number == 0)
-        throw UsageError(
-            given.from + ": \"" + given.value +
-            "\" ist weder eine COM-Nummer von 1 bis 15 noch ein vorhandenes Gerät, für das eine frei ist");
+        throw UsageError(given.from, ": \"" + given.value +
+                                         "\" ist weder eine COM-Nummer von 1 bis 15 noch ein vorhandenes "
+                                         "Gerät, für das eine frei ist");
     paths_[port_entry(number)] = given.value;
     return number;
 }
@@ -249,23 +277,27 @@ void Operator::set_combos(const Option &option, const Given &given) {
             program_.select(combos.parity, parity);
     program_.select(combos.stop, std::to_string(format.stop_bits));
     if (combos.settings() != given.value)
-        throw UsageError(given.from + no_such_format(given.value));
+        throw UsageError(given.from, no_such_format(given.value));
 }
 
 void Operator::pick(const Pick &pick, const Given &given) {
     const auto found = entries_with(pick.entries(program_.desk), given.value);
     if (found.empty())
-        throw UsageError(given.from + ": kein Eintrag der Liste enthält \"" + given.value + "\"");
+        throw UsageError(given.from, ": kein Eintrag der Liste enthält \"" + given.value + "\"");
     std::string labels;
     for (const ServiceNumber &entry : found)
         labels += (labels.empty() ? " " : "; ") + single_spaced(entry.label);
     if (found.size() > 1)
-        throw UsageError(given.from + ": mehrere Einträge enthalten \"" + given.value + "\":" + labels);
+        throw UsageError(given.from, ": mehrere Einträge enthalten \"" + given.value + "\":" + labels);
     auto &opens = dynamic_cast<Button &>(pick.opens(program_.desk));
-    require_usable(given.from, opens);
-    program_.click(opens);
     auto &list = dynamic_cast<ListBox &>(pick.list(program_.desk));
-    require_usable(given.from, list); // the other list opens for the other variants
+    program_.click(opens);
+    if (!list.usable()) { // locked, or the other list has opened, for the other variants
+        for (Form *form : {static_cast<Form *>(&program_.desk.frmService_Center),
+                           static_cast<Form *>(&program_.desk.frmServicenummer)})
+            program_.dismiss(*form);
+        throw UsageError(given.from, not_with(given.from));
+    }
     const auto entry = std::find(list.items.begin(), list.items.end(), found[0].label);
     program_.select(list, static_cast<int>(entry - list.items.begin()));
     program_.click(dynamic_cast<Button &>(pick.ok(program_.desk)));
@@ -284,10 +316,10 @@ void Operator::check_formats_shown(const Order &order) const {
     const auto check = [&](const char *option, const SerialCombos &combos) {
         const Given *given = form.open ? order.find(option) : nullptr;
         if (given && combos.settings() != given->value)
-            throw UsageError(given->from + no_such_format(given->value));
+            throw UsageError(given->from, no_such_format(given->value));
     };
-    check("--com-direkt", form.direkt);
-    check("--com-fern", form.fern);
+    check("com-direkt", form.direkt);
+    check("com-fern", form.fern);
 }
 
 void Operator::unlock(const Option &option, const Control &field, const Given &given) {
@@ -295,25 +327,35 @@ void Operator::unlock(const Option &option, const Control &field, const Given &g
         if (field.usable())
             return;
         Control &control = need(program_.desk);
-        require_usable(given.from, control);
-        if (auto *button = dynamic_cast<OptionButton *>(&control))
-            program_.choose(*button);
-        else
-            program_.set(dynamic_cast<CheckBox &>(control), true);
+        if (!control.usable())
+            throw UsageError(given.from, not_with(given.from));
+        program_.put(control, "ein");
     }
-    require_usable(given.from, field);
+    if (field.usable())
+        return;
+    const bool other_way = option.way && value_of(*find_option("verbindung"), program_.desk) != option.way;
+    throw UsageError(given.from, other_way
+                                     ? std::string(": gehört ") + option.belongs_to + "; " +
+                                           given.from.named("verbindung") + " auf " + option.way + " setzen"
+                                     : not_with(given.from));
 }
 
-void Operator::require_usable(const std::string &what, const Control &control) const {
-    if (control.usable())
-        return;
+void Operator::require_usable(const std::string &job, const Control &control) const {
+    if (!control.usable())
+        throw UsageError(job + not_with({}));
+}
+
+/// " gibt es nicht mit --typ gsm --verbindung direkt"
+std::string Operator::not_with(const Place &from) const {
+    const bool call = from.kind == Place::Kind::call;
     std::string situation;
-    for (const char *name : {"--typ", "--verbindung", "--nachricht"}) {
-        const std::string word = value_of(*find_option(name), program_.desk);
-        if (word != "sms")
-            situation += (situation.empty() ? "" : " ") + std::string(name) + " " + word;
-    }
-    throw UsageError(what + " gibt es nicht mit " + situation);
+    for (const char *name : {"typ", "verbindung", "nachricht"})
+        if (const std::string word = value_of(*find_option(name), program_.desk); word != "sms")
+            situation += (situation.empty() ? ""
+                          : call            ? " "
+                                            : ", ") +
+                         (call ? from.named(name) : name) + " " + word;
+    return " gibt es nicht mit " + situation;
 }
 
 std::string Operator::by_path(std::string message) const {

@@ -15,8 +15,13 @@ class Operator {
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     /// Returns false when something else failed on the way, which a message has told.
     bool work(const Order &order);
+    /// All of that but pressing the button.
+    void fill_in(const Order &order);
     /// Fills the main window in: variant and way, then its fields. Throws UsageError.
     void fill_main_window(const Values &values);
+    /// The main window as at the start, filled with what it once held; nothing of what it has held meanwhile
+    /// is left. `Profile` and list begin so.
+    void begin_with(const Values &base);
     /// Opens the dialog that the job's button is in, where it is in one that is not open, and fills its
     /// fields in. Throws UsageError.
     void open_dialog(const Order &order);
@@ -35,21 +40,21 @@ class Operator {
     [[nodiscard]] std::string named_by_check(const Order &order) const;
 
   private:
-    [[nodiscard]] static std::string variant_for(const Order &order);
+    [[nodiscard]] Values with_variant(const Order &order);
     void put(const Option &option, const Given &given);
     void put_again(const Option &option, const Given &given);
+    void put_back(const Option &option, const Given &given);
     void choose(const Option &option, const Given &given);
-    void enter(const Option &option, TextBox &box, const Given &given);
-    void type(const Option &option, ComboBox &list, const Given &given);
-    void tick(const Option &option, CheckBox &box, const Given &given);
-    void choose_port(ComboBox &list, const Given &given);
+    void enter(const Option &option, Control &field, const Given &given);
+    void choose_port(const Option &option, ComboBox &list, const Given &given);
     void set_format(const Option &option, const Given &given);
     void set_combos(const Option &option, const Given &given);
     void pick(const Pick &pick, const Given &given);
     bool save_formats(const Order &order);
     void check_formats_shown(const Order &order) const;
     void unlock(const Option &option, const Control &field, const Given &given);
-    void require_usable(const std::string &what, const Control &control) const;
+    void require_usable(const std::string &job, const Control &control) const;
+    [[nodiscard]] std::string not_with(const Place &from) const;
     int port_number(const Given &given);
 
     Telvox &program_;

@@ -9,22 +9,13 @@ namespace telvox::operation {
 
 namespace {
 
-/// What a field would keep of a value: a device may have anything in store, a line of output has one line.
+/// A device may have anything in store; a line of output has one line.
 std::string kept(const Control &control) {
-    if (const auto *box = dynamic_cast<const TextBox *>(&control))
-        return box->filtered(box->text);
-    if (const auto *list = dynamic_cast<const ComboBox *>(&control))
-        return list->filtered(list->text);
-    if (const auto *check = dynamic_cast<const CheckBox *>(&control))
-        return check->value ? "ein" : "aus";
-    return {};
+    const auto *field = dynamic_cast<const TextField *>(&control);
+    return field ? field->filtered(field->text) : control.holds();
 }
 
 } // namespace
-
-std::string option_name(std::string_view in_file) { return "--" + std::string(in_file); }
-
-std::string name_in_file(std::string_view option) { return std::string(option.substr(2)); }
 
 std::string value_of(const Option &option, Desk &desk) {
     for (const Word &word : option.words)
@@ -45,7 +36,7 @@ std::string value_of(const Option &option, Desk &desk) {
 std::string value_lines(std::span<const Option> options, Desk &desk) {
     std::string lines;
     for (const Option &option : options)
-        lines += name_in_file(option.name) + "=" + value_of(option, desk) + "\n";
+        lines += std::string(option.name) + "=" + value_of(option, desk) + "\n";
     lines.pop_back();
     return lines;
 }

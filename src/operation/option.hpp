@@ -37,7 +37,7 @@ struct Pick {
 /// It chooses one of `words`, or sets a serial format ("2400,e,8,1"), or goes into `field`: a text box, a
 /// check box ("ein", "aus"), a list that can be typed into, or a port list (COM number or device).
 struct Option {
-    const char *name;  ///< "--apn"
+    const char *name;  ///< "apn"
     const char *value; ///< how the help writes its value
     const char *help;
     ControlOf field = nullptr;
@@ -51,11 +51,18 @@ struct Option {
     std::string Session::*format = nullptr;
     SerialCombos FrmEinstellungen::*combos = nullptr;
     const Pick *pick = nullptr; ///< the one entry that contains the value
+    const char *caption = "";   ///< the window's name for it, in small letters, where a column may have it
+    /// The way without which nobody could use the field, and what the port belongs to.
+    const char *way = nullptr;
+    const char *belongs_to = "";
+    /// What of the field's text is its own, where it may hold another field's secret too: what a file gets.
+    std::string (*means)(std::string_view text) = nullptr;
 };
 
-/// "--apn" for the name that a file has for it, "apn"; and the reverse.
-[[nodiscard]] std::string option_name(std::string_view in_file);
-[[nodiscard]] std::string name_in_file(std::string_view option);
+/// The variant or the way: chosen before all else, for the fields depend on it.
+[[nodiscard]] inline bool is_switch(std::string_view option) {
+    return option == "typ" || option == "verbindung";
+}
 
 /// The value that the option's field has now.
 [[nodiscard]] std::string value_of(const Option &option, Desk &desk);

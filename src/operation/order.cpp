@@ -8,12 +8,16 @@ void add(Order &order, const Values &values) {
             order.values.emplace(name, given);
 }
 
-const char *missing_option(const Order &order) {
+const char *missing_option(const Order &order, const Values &base) {
+    const auto missing = [&](const char *name) {
+        const Given *held = find(base, name);
+        return !order.find(name) && (!held || held->value.empty());
+    };
     for (const Option &option : order.job->options)
-        if (option.required && !order.find(option.name))
+        if (option.required && missing(option.name))
             return option.name;
     const char *also = order.job->also_needs;
-    return also && !order.find(also) ? also : nullptr;
+    return also && missing(also) ? also : nullptr;
 }
 
 } // namespace telvox::operation

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/usage_error.hpp"
 #include "operation/jobs.hpp"
 
 #include <map>
@@ -7,13 +8,13 @@
 
 namespace telvox::operation {
 
-/// A value and where it comes from, "--apn" or "datei, Zeile 3: apn", for whoever must correct it.
+/// A value and where it was given.
 struct Given {
     std::string value;
-    std::string from;
+    Place from;
 };
 
-/// By option, "--typ" and so on.
+/// By option, "typ" and so on: what a form holds, or what it is filled in with.
 using Values = std::map<std::string, Given>;
 
 /// The option's value, nullptr if it was not given.
@@ -36,7 +37,8 @@ struct Order {
 /// Adds what the order's job takes of the values; what the order says already stays.
 void add(Order &order, const Values &values);
 
-/// The option without which the order's job means nothing and that is not given, nullptr if there is none.
-[[nodiscard]] const char *missing_option(const Order &order);
+/// The option without which the order's job means nothing and that neither the order nor the form (`base`)
+/// gives, nullptr if there is none.
+[[nodiscard]] const char *missing_option(const Order &order, const Values &base = {});
 
 } // namespace telvox::operation

@@ -2,6 +2,7 @@
 
 #include "core/files/files.hpp"
 #include "core/files/system_error.hpp"
+#include "core/lists/table_file.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 
@@ -23,7 +24,7 @@ constexpr std::string_view first_line = "# Telvox-A Profil\n";
 const Section *dialog_with(const std::string &name, const std::string &from) {
     const Section *found = nullptr;
     for (const Section &section : sections()) {
-        if (!find_option(section.options, option_name(name)))
+        if (!find_option(section.options, name))
             continue;
         if (found)
             throw UsageError(from + "\"" + name + "\" gibt es mehrmals; es gehört hinter eine Zeile [" +
@@ -43,14 +44,14 @@ class Reader {
     Reader(const std::string &source, const JobCommand *job) : source_(source), job_(job) {}
 
     void take(const std::string &line) {
-        from_ = source_ + ", Zeile " + std::to_string(++number_) + ": ";
+        where_ = source_ + ", Zeile " + std::to_string(++number_);
         if (line.empty() || line.starts_with('#'))
             return;
         const auto equals = line.find('=');
         if (line.starts_with('[') && line.ends_with(']'))
             begin(line.substr(1, line.size() - 2));
         else if (equals == std::string::npos)
-            throw UsageError(from_ + "\"" + line + "\" hat nicht die Form name=wert");
+            throw UsageError(where_ + ": " + "\"" + line + "\" hat nicht die Form name=wert");
         else
             take(line.substr(0, equals), line.substr(equals + 1));
     }
@@ -60,33 +61,35 @@ class Reader {
     void begin(const std::string &name) {
         section_ = find_section(name);
         if (!section_)
-            throw UsageError(from_ + "den Abschnitt [" + name + "] gibt es nicht");
+            throw UsageError(where_ + ": " + "den Abschnitt [" + name + "] gibt es nicht");
     }
 
     void take(const std::string &name, const std::string &value) {
-        if (!values_for(name).emplace(option_name(name), Given{value, from_ + name}).second)
-            throw UsageError(from_ + name + " ist doppelt angegeben");
+        const Place from{.kind = Place::Kind::file, .name = name, .where = where_};
+        if (!values_for(name).emplace(name, Given{value, from}).second)
+            throw UsageError(from, " ist doppelt angegeben");
     }
 
     Values &values_for(const std::string &name) {
         if (section_) {
-            if (!find_option(section_->options, option_name(name)))
-                throw UsageError(from_ + "\"" + name + "\" gibt es nicht in [" + section_->name + "]");
+            if (!find_option(section_->options, name))
+                throw UsageError(where_ + ": " + "\"" + name + "\" gibt es nicht in [" + section_->name +
+                                 "]");
             return profile.dialogs[section_];
         }
-        if (job_ ? find_option(*job_, option_name(name)) != nullptr : of_main_window(option_name(name)))
+        if (job_ ? find_option(*job_, name) != nullptr : of_main_window(name))
             return profile.main;
         if (job_)
-            throw UsageError(from_ + "\"" + name + "\" ist keine Angabe von " + job_->name);
-        if (const Section *dialog = dialog_with(name, from_))
+            throw UsageError(where_ + ": " + "\"" + name + "\" ist keine Angabe von " + job_->name);
+        if (const Section *dialog = dialog_with(name, where_ + ": "))
             return profile.dialogs[dialog];
-        throw UsageError(from_ + "\"" + name + "\" gibt es nicht");
+        throw UsageError(where_ + ": " + "\"" + name + "\" gibt es nicht");
     }
 
     const std::string &source_;
     const JobCommand *job_;
     const Section *section_ = nullptr;
-    std::string from_;
+    std::string where_;
     int number_ = 0;
 };
 
@@ -113,7 +116,8 @@ bool has_value(const Option &option, Desk &desk) {
 void append(std::string &text, std::span<const Option> options, const Values &values) {
     for (const Option &option : options)
         if (const auto found = values.find(option.name); found != values.end())
-            text += name_in_file(option.name) + "=" + found->second.value + "\n";
+            text += std::string(option.name) + "=" +
+                    (option.means ? option.means(found->second.value) : found->second.value) + "\n";
 }
 
 } // namespace
@@ -165,7 +169,34 @@ Values values_of(std::span<const Option> options, Desk &desk, bool secrets) {
     Values values;
     for (const Option &option : options)
         if ((!option.secret || secrets) && has_value(option, desk))
-            values[option.name] = {value_of(option, desk), option.name};
+            values[option.name] = {value_of(option, desk), {}};
+    return values;
+}
+
+Values main_window_values(Desk &desk, bool with_ports) {
+    Values values;
+    for (const std::span<const Option> options : {way_options(), alarm_options()})
+        for (const Option &option : options) {
+            const bool port = option.field && dynamic_cast<const ComboBox *>(&option.field(desk));
+            const bool locked = option.field && option.needs.empty() && !option.field(desk).holds().empty();
+            if (port ? with_ports && locked : has_value(option, desk) || locked)
+                values[option.name] = {value_of(option, desk), {}};
+        }
+    return values;
+}
+
+std::string as_row(const Values &values) {
+    std::vector<std::string> fields;
+    for (const auto &[name, given] : values)
+        fields.push_back(name + "=" + (find_option(name)->secret ? Mask::hidden : given.value));
+    return table_row(fields);
+}
+
+Values values_of_row(const std::string &row) {
+    Values values;
+    for (const Table::Row &line : parse_table("sep=;\n" + row, "", 1).rows)
+        for (const std::string &field : line.fields)
+            values[field.substr(0, field.find('='))] = {field.substr(field.find('=') + 1), {}};
     return values;
 }
 

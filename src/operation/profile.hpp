@@ -35,6 +35,14 @@ void add(Order &order, const Profile &profile);
 /// one if `secrets` says so.
 [[nodiscard]] std::string profile_text(Desk &desk, const Profile &known, bool secrets);
 
+/// What the main window holds, also in fields that are locked and could be unlocked by another choice;
+/// secrets too. The chosen ports are this computer's.
+[[nodiscard]] Values main_window_values(Desk &desk, bool with_ports);
+
+/// Values as a table's row of "name=wert", secrets as "***", and back.
+[[nodiscard]] std::string as_row(const Values &values);
+[[nodiscard]] Values values_of_row(const std::string &row);
+
 /// What a dialog's fields hold, as `profile_text` says it.
 [[nodiscard]] Values values_of(std::span<const Option> options, Desk &desk, bool secrets);
 

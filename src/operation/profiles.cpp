@@ -3,6 +3,7 @@
 #include "core/files/files.hpp"
 #include "core/files/system_error.hpp"
 #include "core/usage_error.hpp"
+#include "operation/trial.hpp"
 
 #include <algorithm>
 #include <array>
@@ -43,7 +44,7 @@ std::string menu_caption(std::size_t number, std::string name) {
 } // namespace
 
 Profiles::Profiles(Telvox &program, PortScan &ports)
-    : program_(program), desk_(program.desk), operator_(program, ports), start_(program, "start") {
+    : program_(program), desk_(program.desk), ports_(ports), operator_(program, ports) {
     FrmModem &main = desk_.frmModem;
     main.mnuProfil_oeffnen.clicked = [this] { ask_to_open(); };
     main.mnuProfil_speichern.clicked = [this] { ask_to_save(); };
@@ -75,16 +76,22 @@ void Profiles::ask_to_save() {
 
 void Profiles::open(const std::string &path) {
     try {
-        if (desk_.frmModem.fraListe.visible)
+        if (program_.busy())
+            throw UsageError(already_running);
+        if (list_is_open())
             throw UsageError(
                 "Zuerst muss die Liste geschlossen werden; ein Profil gilt für alle ihre Geräte.");
-        std::error_code error;
-        if (std::filesystem::exists(path_of(path), error) &&
-            !std::filesystem::is_regular_file(path_of(path), error))
-            throw UsageError("\"" + path + "\" ist keine Datei");
         Profile profile = parse_profile(profile_of_file(path), file_name(path));
-        check(profile);
-        program_.together([&] { fill_main_window(profile); });
+        // One that names a variant is for another device, so nothing of the last one is left.
+        const bool anew = find(profile.main, "typ");
+        try_out(profile, anew ? Values{} : main_window_values(desk_, false),
+                {.folders = desk_.folders,
+                 .exists = [&](const std::string &device) { return ports_.number_of(device) != 0; }});
+        program_.together([&] {
+            if (anew)
+                operator_.begin_with({});
+            operator_.fill_main_window(profile.main);
+        });
         take_over(std::move(profile), path, "geöffnet");
     } catch (const UsageError &failure) {
         program_.together([&] {
@@ -101,20 +108,10 @@ void Profiles::save(const std::string &path, bool secrets) {
     take_over(parse_profile(text, file_name(path)), path, "gespeichert");
 }
 
-void Profiles::check(const Profile &profile) {
-    program_.rehearse([&] {
-        fill_main_window(profile);
-        for (const auto &[section, values] : profile.dialogs) {
-            section->form(desk_).load();
-            operator_.fill(section->options, values);
-        }
-    });
-}
-
-void Profiles::fill_main_window(const Profile &profile) {
-    if (find(profile.main, "--typ"))
-        start_.restore(program_, false);
-    operator_.fill_main_window(profile.main);
+void Profiles::leave_to_others() {
+    for (const Section &section : sections())
+        if (section.form(desk_).open)
+            open_.insert(&section);
 }
 
 void Profiles::happened() {
@@ -130,7 +127,7 @@ void Profiles::happened() {
             continue;
         if (const auto values = profile_.dialogs.find(&section); open && values != profile_.dialogs.end())
             fill_dialog(section, values->second);
-        if (!open && !desk_.frmModem.fraListe.visible) // what a list put into it is one device's
+        if (!open && !list_is_open()) // what a list put into it is one device's
             profile_.dialogs[&section] = values_of(section.options, desk_, secrets_);
     }
 }

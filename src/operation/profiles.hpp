@@ -1,9 +1,9 @@
 #pragma once
 
-#include "operation/main_window_state.hpp"
 #include "operation/operator.hpp"
 #include "operation/profile.hpp"
 
+#include <functional>
 #include <set>
 #include <string>
 
@@ -13,19 +13,25 @@ namespace telvox::operation {
 /// it whenever it opens, and follows what the user makes of it there.
 class Profiles : private Observer {
   public:
-    /// `program` has just been made: what it holds now is what a profile begins with that names a variant.
     Profiles(Telvox &program, PortScan &ports);
 
-    /// Opens a profile; a box says why it could not be, and then nothing has changed.
+    /// Opens a profile; a box says why it could not be, and then nothing has changed. Not while a job runs,
+    /// nor while a list is open, whose devices it would be for.
     void open(const std::string &path);
     /// Saves what the windows hold; a box says so if that failed.
     void save(const std::string &path, bool secrets);
 
+    /// The one in force; empty if there is none.
+    [[nodiscard]] const Profile &in_force() const { return profile_; }
+    /// Somebody else fills the dialogs in that open now.
+    void leave_to_others();
+
+    /// Whether a list is open; told by the list.
+    std::function<bool()> list_is_open = [] { return false; };
+
   private:
     void ask_to_open();
     void ask_to_save();
-    void check(const Profile &profile);
-    void fill_main_window(const Profile &profile);
     void happened() override;
     void fill_dialog(const Section &section, const Values &values);
     void take_over(Profile profile, const std::string &path, const std::string &what_happened);
@@ -33,8 +39,8 @@ class Profiles : private Observer {
 
     Telvox &program_;
     Desk &desk_;
+    PortScan &ports_;
     Operator operator_;
-    const MainWindowState start_;
     Profile profile_;      ///< the one in force
     std::string path_;     ///< of it; empty: there is none
     bool secrets_ = false; ///< it holds PIN, passwords or keys

@@ -75,34 +75,106 @@ class Answers final : public MessageBoxes {
     bool despite_;
 };
 
-} // namespace
+/// The program of a trial.
+struct Stage {
+    Stage(const TrialWorld &world, const Values &base)
+        : answers(world.despite), named(world.exists), program(ports(), world.folders) {
+        at_the_form.begin_with(base);
+    }
 
-Trial try_out(const Order &order, const DataFolders &folders, bool despite,
-              const std::function<bool(const std::string &)> &exists) {
     NoPort port;
     NoTimer timer, network_timer;
     NoTcpClient tcp;
     NoProcesses processes;
-    NamedPorts named(exists);
-    Answers answers(despite);
-    Telvox program({.comSeriell = port,
-                    .scan = named,
-                    .Timer1 = timer,
-                    .boxes = answers,
-                    .Timer2 = network_timer,
-                    .Winsock = tcp,
-                    .processes = processes},
-                   folders);
-    Operator at_the_form(program, named);
-    at_the_form.work(order);
-    if (!program.busy())
-        return {.refusal = joined_lines(at_the_form.by_path(answers.last.text)) +
-                           (answers.last.asks ? " (Nein; --trotzdem bedeutet Ja)" : ""),
+    Answers answers;
+    NamedPorts named;
+    Telvox program;
+    Operator at_the_form{program, named};
+
+  private:
+    Telvox::Ports ports() {
+        return {.comSeriell = port,
+                .scan = named,
+                .Timer1 = timer,
+                .boxes = answers,
+                .Timer2 = network_timer,
+                .Winsock = tcp,
+                .processes = processes};
+    }
+};
+
+} // namespace
+
+Trial try_out(const Order &order, const Values &base, const TrialWorld &world) {
+    Stage stage(world, base);
+    Operator &at_the_form = stage.at_the_form;
+    at_the_form.fill_in(order);
+    if (!world.presses)
+        return {};
+    at_the_form.press(order);
+    const Message &said = stage.answers.last;
+    if (!stage.program.busy())
+        return {.refusal = joined_lines(at_the_form.by_path(said.text)) +
+                           (said.asks ? " (Nein; --trotzdem bedeutet Ja)" : ""),
                 .option = at_the_form.named_by_check(order)};
-    const bool remote = program.desk.frmModem.optFernverbindung.value;
+    const bool remote = stage.program.desk.frmModem.optFernverbindung.value;
     const Given *given =
-        port.PortOpen() ? order.find(remote ? "--modemanschluss" : "--schnittstelle") : nullptr;
+        stage.port.PortOpen() ? order.find(remote ? "modemanschluss" : "schnittstelle") : nullptr;
     return {.port = given ? given->value : "", .remote = remote};
+}
+
+void try_out(const Profile &profile, const Values &base, const TrialWorld &world) {
+    Stage stage(world, base);
+    stage.at_the_form.fill_main_window(profile.main);
+    for (const auto &[section, values] : profile.dialogs) {
+        section->form(stage.program.desk).load();
+        stage.at_the_form.fill(section->options, values);
+    }
+}
+
+namespace {
+
+/// Everything that is wrong with a row: what is wrong is taken out, and the rest is tried.
+void try_row(const DeviceList &list, std::size_t row, const ForAllRows &all, const Values &base,
+             TrialWorld world, const RowTried &tried, Mistakes &mistakes) {
+    const DeviceList::Row &of = list.rows[row];
+    const auto at = [&](const std::string &column, const std::string &why) {
+        return UsageError({.kind = Place::Kind::table, .name = column, .where = place(list.source, of.line)},
+                          ": " + why);
+    };
+    const auto in_row = [&](const UsageError &mistake) -> std::string {
+        const bool says_it = mistake.place && mistake.place->kind == Place::Kind::table;
+        return says_it ? mistake.what() : at("", mistake.what()).what();
+    };
+    try {
+        for (Order order = order_of(list, of, all, base);;) {
+            try {
+                const Trial trial = try_out(order, base, world);
+                if (!trial.refusal.empty())
+                    throw at(trial.option, trial.refusal);
+                return tried(row, order, trial);
+            } catch (const UsageError &mistake) {
+                if (!mistake.place || is_switch(mistake.place->name) ||
+                    order.values.erase(mistake.place->name) == 0)
+                    throw;
+                mistakes.add(in_row(mistake));
+                world.presses = false; // what is missing now was there
+            }
+        }
+    } catch (const UsageError &mistake) {
+        mistakes.add(in_row(mistake));
+    }
+}
+
+} // namespace
+
+void try_out(const DeviceList &list, const ForAllRows &all, const Values &base, const TrialWorld &world,
+             const std::function<bool(std::size_t row)> &is_to_do, const RowTried &tried) {
+    Mistakes mistakes;
+    for (std::size_t row = 0; row < list.rows.size() && !mistakes.many(); ++row)
+        if (is_to_do(row))
+            try_row(list, row, all, base, world, tried, mistakes);
+    mistakes.check();
 }
 
 } // namespace telvox::operation

@@ -1,11 +1,21 @@
 #pragma once
 
 #include "core/files/settings_file.hpp"
+#include "operation/list_order.hpp"
 #include "operation/order.hpp"
 
 #include <functional>
 
 namespace telvox::operation {
+
+/// Where something is tried out: on a program of its own, whose ports lead nowhere.
+struct TrialWorld {
+    DataFolders folders;
+    /// Whether a device named by its path is there.
+    std::function<bool(const std::string &device)> exists;
+    bool despite = false; ///< questions are answered Ja
+    bool presses = true;  ///< the button too: its checks and questions have their say, and nothing is sent
+};
 
 /// What became of an order that was tried out.
 struct Trial {
@@ -15,11 +25,19 @@ struct Trial {
     bool remote = false; ///< the port is a modem's
 };
 
-/// Tries an order on a program of its own, whose ports lead nowhere: everything is filled in and the button
-/// is pressed, so that every check and question has its say and nothing is sent. `despite`: questions are
-/// answered Ja; `exists` says whether a device named by its path is there. Throws UsageError for a value or
-/// control that the form refuses.
-[[nodiscard]] Trial try_out(const Order &order, const DataFolders &folders, bool despite,
-                            const std::function<bool(const std::string &device)> &exists);
+/// Tries an order on a form that holds `base`. Throws UsageError for a value or control that the form
+/// refuses.
+[[nodiscard]] Trial try_out(const Order &order, const Values &base, const TrialWorld &world);
+
+/// Tries a profile, with all the dialogs that it fills. Throws UsageError.
+void try_out(const Profile &profile, const Values &base, const TrialWorld &world);
+
+/// Takes a row that would run; may throw UsageError that says why it must not.
+using RowTried = std::function<void(std::size_t row, const Order &order, const Trial &trial)>;
+
+/// Tries the rows of a list that are to be done. Throws UsageError with all mistakes (the first twenty), each
+/// with its line and column.
+void try_out(const DeviceList &list, const ForAllRows &all, const Values &base, const TrialWorld &world,
+             const std::function<bool(std::size_t row)> &is_to_do, const RowTried &tried);
 
 } // namespace telvox::operation

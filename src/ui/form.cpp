@@ -1,7 +1,9 @@
 #include "ui/form.hpp"
 
 #include "core/text.hpp"
+#include "link/mask.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace telvox {
@@ -18,6 +20,20 @@ void OptionButton::choose() {
         if (auto *option = dynamic_cast<OptionButton *>(control); option && option->within == within)
             option->value = option == this;
     clicked();
+}
+
+bool OptionButton::take(std::string_view on) {
+    if (on != "ein" || value)
+        return false;
+    choose();
+    return true;
+}
+
+bool CheckBox::take(std::string_view on) {
+    if (on != "ein" && on != "aus")
+        return false;
+    set(on == "ein");
+    return true;
 }
 
 void CheckBox::set(bool on) {
@@ -107,9 +123,24 @@ std::string TextField::refusal(std::string_view character) const {
     return "Dieses Zeichen passt hier nicht";
 }
 
-void ComboBox::write(std::string_view input) {
-    text = filtered(input);
+bool TextBox::take(std::string_view typed) {
+    text = filtered(typed);
+    lost_focus();
+    return true;
+}
+
+Input TextBox::input() const { return {"enter", secret ? Mask::hidden : text}; }
+
+void ComboBox::write(std::string_view typed) {
+    text = filtered(typed);
     changed();
+}
+
+bool ComboBox::take(std::string_view entry) {
+    if (!editable && std::find(items.begin(), items.end(), entry) == items.end())
+        return false;
+    write(entry);
+    return true;
 }
 
 void Form::load() {

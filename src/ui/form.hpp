@@ -10,6 +10,12 @@ namespace telvox {
 
 class Form;
 
+/// How a record names what the user did to a control: "enter" and the text.
+struct Input {
+    const char *verb = "";
+    std::string value = {};
+};
+
 /// One control of a window as plain values. It registers with its form under its own name; a window's widget
 /// carries the same name and shows these values.
 struct Control {
@@ -20,6 +26,13 @@ struct Control {
 
     /// The user can work with it: its window is open, it and what it stands in are enabled and visible.
     [[nodiscard]] bool usable() const;
+    /// What it holds, as a text: "ein" and "aus" for what is ticked or chosen or not.
+    [[nodiscard]] virtual std::string holds() const { return {}; }
+    /// Takes a value as from its user, through its filter and limit and with its handlers. False, and nothing
+    /// happens, if it has no such value.
+    virtual bool take(std::string_view) { return false; }
+    /// What a record says of the value that it has taken.
+    [[nodiscard]] virtual Input input() const { return {}; }
 
     Form *form;
     const char *name;
@@ -59,6 +72,9 @@ struct OptionButton : Control {
     using Control::Control;
     /// Sets it, clears the others of its frame and runs its click handler, also when a program does it.
     void choose();
+    [[nodiscard]] std::string holds() const override { return value ? "ein" : "aus"; }
+    bool take(std::string_view on) override;
+    [[nodiscard]] Input input() const override { return {"choose"}; }
 
     bool value = false;
     std::function<void()> clicked = [] {};
@@ -68,6 +84,9 @@ struct CheckBox : Control {
     using Control::Control;
     /// Ticks or clears it and runs its click handler.
     void set(bool on);
+    [[nodiscard]] std::string holds() const override { return value ? "ein" : "aus"; }
+    bool take(std::string_view on) override;
+    [[nodiscard]] Input input() const override { return {value ? "tick" : "untick"}; }
 
     bool value = false;
     std::function<void()> clicked = [] {};
@@ -94,6 +113,7 @@ struct TextField : Control {
     [[nodiscard]] std::size_t counted(std::string_view input) const;
     /// Why a typed character does not get in (German, a few words).
     [[nodiscard]] std::string refusal(std::string_view character) const;
+    [[nodiscard]] std::string holds() const override { return text; }
 
     std::string text;
     std::size_t max_length = 0; ///< in characters; 0 is no limit
@@ -105,6 +125,10 @@ struct TextField : Control {
 /// A box of one line, or of several that only the program writes (`multi_line`, then lines end in "\n").
 struct TextBox : TextField {
     using TextField::TextField;
+    /// Typed, and the box is left.
+    bool take(std::string_view typed) override;
+    [[nodiscard]] Input input() const override;
+
     bool read_only = false;
     bool multi_line = false;
     bool secret = false;     ///< a PIN, password or key: in no record
@@ -117,7 +141,9 @@ struct TextBox : TextField {
 struct ComboBox : TextField {
     using TextField::TextField;
     /// Gives it a text and runs `changed`, as typing and picking do, also when a program does it.
-    void write(std::string_view input);
+    void write(std::string_view typed);
+    bool take(std::string_view entry) override;
+    [[nodiscard]] Input input() const override { return {"pick", text}; }
 
     std::vector<std::string> items;
     std::vector<std::string> item_tool_tips; ///< of the entries, as far as it goes
@@ -183,6 +209,7 @@ struct Picture : Control {
 
 struct ProgressBar : Control {
     using Control::Control;
+    [[nodiscard]] std::string holds() const override { return std::to_string(value); }
     int value = 0;
     int maximum = 100;
 };
@@ -232,8 +259,8 @@ class Form {
     /// Comes to the front at the next drawing.
     bool wants_front = false;
 
-  protected:
-    virtual void reset() {} ///< gives the fields their design-time values
+    /// Gives the fields their design-time values.
+    virtual void reset() {}
 
   private:
     friend struct Control;

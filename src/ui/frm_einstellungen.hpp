@@ -108,7 +108,6 @@ class FrmEinstellungen : public Form {
     SerialCombos soll{cobSchnittstelle_Baud_soll, cobSchnittstelle_Bitzahl_soll, cobSchnittstelle_Parity_soll,
                       cobSchnittstelle_Stoppbits_soll};
 
-  protected:
     void reset() override;
 
   private:

@@ -28,7 +28,6 @@ class FrmEthernet : public Form {
     Button cbuEthernet_Konfigurieren{*this, "cbuEthernet_Konfigurieren", "&Konfiguration übertragen"};
     Button cbuEthernet_Abbruch{*this, "cbuEthernet_Abbruch", "&Abbruch"};
 
-  protected:
     void reset() override {
         tboIP.text.clear();
         tboPort.text = "1234";

@@ -43,7 +43,6 @@ class FrmGateway : public Form {
     TextBox tboShell{*this, "tboShell", {}, &fraStatus}; ///< ping's answers and what the module says
     ProgressBar prbFortschritt{*this, "prbFortschritt", {}, &fraStatus};
 
-  protected:
     void reset() override {
         tboIP.text.clear();
         tboGateway.text = "0.0.0.0";

@@ -103,7 +103,6 @@ class FrmGPRS : public Form {
     Button cbuGPRS_lesen{*this, "cbuGPRS_lesen", "Einstellungen &lesen"};
     Button cbuGPRS_Abbrechen{*this, "cbuGPRS_Abbrechen", "&Abbrechen"};
 
-  protected:
     void reset() override;
 
   private:

@@ -36,7 +36,6 @@ class FrmIPoEthernet : public Form {
     TextBox tboShell{*this, "tboShell", {}, &frmStatus}; ///< ping's answers and what the module says
     ProgressBar prbFortschritt{*this, "prbFortschritt", {}, &frmStatus};
 
-  protected:
     void reset() override;
 
   private:

@@ -47,7 +47,6 @@ class FrmIPT : public Form {
     Button cbuIPT_schreiben{*this, "cbuIPT_schreiben", "Einstellungen &schreiben"};
     Button cbuIPT_Abbrechen{*this, "cbuIPT_Abbrechen", "&Abbrechen"};
 
-  protected:
     void reset() override;
 
   private:

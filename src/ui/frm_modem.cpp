@@ -126,10 +126,16 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     show_progress({}, false);
     pzbSchritt.spoken_name = "Fortschritt";
     cbuAbbrechen.tool_tip = "Beendet den laufenden Vorgang (Esc); eine Verbindung wird getrennt.";
+    reset();
+    StatusBar.text = "Bereit";
+}
+
+void FrmModem::reset() {
+    for (TextBox *box : {&tboRufnummer_Modem, &tboRufnummer_Empfaenger, &tboAmt, &tboAlarmmeldung})
+        box->text.clear();
     optDirektverbindung.choose();
     optSMS.choose();
     optAnalog.choose();
-    StatusBar.text = "Bereit";
 }
 
 namespace {
@@ -148,23 +154,6 @@ ModemType FrmModem::modem_type() const {
 
 OptionButton &FrmModem::option_of(ModemType type) {
     return this->*type_options[static_cast<std::size_t>(type)];
-}
-
-std::vector<Control *> FrmModem::inputs() {
-    const Control *const all[] = {&fraModemart,   &fraVerbindungsart, &fraEmpfaenger,   &fraService_Center,
-                                  &fraAlarm_Ziel, &fraPasswort,       &mnuISDN,         &mnuGSM,
-                                  &mnuEthernet,   &lblAlarmmeldung,   &tboAlarmmeldung, &cbuParametrieren,
-                                  &cbuTest,       &cbuAlarm_aus};
-    std::vector<Control *> found;
-    for (Control *control : controls()) {
-        const Control *outermost = control;
-        while (outermost->within)
-            outermost = outermost->within;
-        if (control != &cobSchnittstelle && control != &cobModem_Port &&
-            std::find(std::begin(all), std::end(all), outermost) != std::end(all))
-            found.push_back(control);
-    }
-    return found;
 }
 
 void FrmModem::choose_variant(const Variant &variant) {

@@ -31,9 +31,8 @@ class FrmModem : public Form {
         return {&StatusBar, &lblSchritt, &pzbSchritt, &cbuAbbrechen};
     }
 
-    /// The controls that hold what is entered, with all that depends on it, but not the port lists: those
-    /// hold what this computer has.
-    [[nodiscard]] std::vector<Control *> inputs();
+    /// As at the start of the program, but the port lists as they are: those hold what this computer has.
+    void reset() override;
 
     /// Updates what is computed from the fields: the characters left for the alarm text, and what is
     /// known of the chosen port.

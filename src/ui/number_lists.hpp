@@ -19,7 +19,6 @@ class FrmService_Center : public Form {
     ListBox lstSCNummer{*this, "lstSCNummer"};
     Button cbuOK{*this, "cbuOK", "&OK"};
 
-  protected:
     void reset() override { prz_ServiceCenterNummern_laden(); }
 
   private:
@@ -42,7 +41,6 @@ class FrmServicenummer : public Form {
     ListBox lstServicenummer{*this, "lstServicenummer"};
     Button cbuOK{*this, "cbuOK", "&OK"};
 
-  protected:
     void reset() override { prz_Servicenummern_laden(); }
 
   private:

@@ -28,8 +28,10 @@ constexpr Launch change_interface = {
 void save(Desk &desk) {
     FrmEinstellungen &form = desk.frmEinstellungen;
     if (prz_Einstellungen_speichern(desk.session, desk.folders.settings, form.direkt.texts(),
-                                    form.fern.texts(), desk.outbox))
+                                    form.fern.texts(), desk.outbox)) {
         form.unload();
+        desk.observers.tell(&Observer::settings_saved);
+    }
 }
 
 /// A device whose new format is forgotten cannot be reached any more.

@@ -22,7 +22,6 @@ class FrmPin : public Form {
     Button cbuPin_Eingabe{*this, "cbuPin_Eingabe", "PIN &einstellen"};
     Button cbuAbbruch{*this, "cbuAbbruch", "&Abbruch"};
 
-  protected:
     void reset() override { tboPin.text.clear(); }
 };
 
@@ -44,7 +43,6 @@ class FrmMSN : public Form {
     Button cbuMSN_einstellen{*this, "cbuMSN_einstellen", "MSN &einstellen"};
     Button cbuMSN_Abbruch{*this, "cbuMSN_Abbruch", "&Abbruch"};
 
-  protected:
     void reset() override { tboMSN.text.clear(); }
 };
 
@@ -64,7 +62,6 @@ class FrmAnschlussart : public Form {
     Button cmdAnschlussart_einstellen{*this, "cmdAnschlussart_einstellen", "Anschlussart &einstellen"};
     Button cmdAnschlussart_Abbruch{*this, "cmdAnschlussart_Abbruch", "&Abbruch"};
 
-  protected:
     void reset() override { optMehrgeraeteanschluss.choose(); }
 };
 
@@ -119,7 +116,6 @@ class FrmGSM_Status : public Form {
     TextBox tboIMEI{*this, "tboIMEI"};
     Button cbuSchließen{*this, "cbuSchließen", "&Fenster schließen"};
 
-  protected:
     void reset() override {
         tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = unknown;
         pzbSignalstaerke.value = 0;

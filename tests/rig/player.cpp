@@ -3,7 +3,8 @@
 #include "rig/rig.hpp"
 
 #include "core/text.hpp"
-#include "operation/main_window_state.hpp"
+#include "operation/operator.hpp"
+#include "operation/profile.hpp"
 
 #include <algorithm>
 #include <optional>
@@ -101,7 +102,6 @@ class Player {
     }
 
     Rig rig;
-    std::map<std::string, operation::MainWindowState> kept;
     std::string faults;
     std::optional<int> outputs; ///< the clock stands still after this many outputs
 
@@ -154,26 +154,30 @@ class Player {
             return with<Button>(name, [&](auto &c) { p.click(c); }) ||
                    with<MenuEntry>(name, [&](auto &c) { p.click(c); });
         if (verb == "shows")
-            return with<TextBox>(name, [&](auto &c) { expect(name, visible_lines(c.text), argument); }) ||
-                   with<ComboBox>(name, [&](auto &c) { expect(name, c.text, argument); }) ||
-                   with<ProgressBar>(name, [&](auto &c) { expect(name, c.value, std::stoi(argument)); }) ||
-                   with<OptionButton>(
-                       name,
-                       [&](auto &c) { expect<std::string>(name, c.value ? "set" : "clear", argument); }) ||
-                   with<CheckBox>(name, [&](auto &c) {
-                       expect<std::string>(name, c.value ? "set" : "clear", argument);
-                   });
+            return with<Control>(name, [&](auto &c) {
+                const std::string shown = visible_lines(c.holds());
+                expect<std::string>(name,
+                                    shown == "ein"   ? "set"
+                                    : shown == "aus" ? "clear"
+                                                     : shown,
+                                    argument);
+            });
         if (verb == "close") {
             for (Form *form : p.desk.forms)
                 if (name == form->name)
                     return p.close(*form), true;
             return false;
         }
-        if (verb == "keep")
-            return kept.insert_or_assign(name, operation::MainWindowState(p, name)), true;
-        if (verb == "restore")
-            return kept.contains(name) &&
-                   (kept.at(name).restore(p, argument == operation::MainWindowState::with_ports), true);
+        if (verb == "begin")
+            return operation::Operator(p, rig.scan)
+                       .begin_with(operation::values_of_row(name + (argument.empty() ? "" : " " + argument))),
+                   true;
+        if (verb == "dismiss") {
+            for (Form *form : p.desk.forms)
+                if (name == form->name)
+                    return p.dismiss(*form), true;
+            return false;
+        }
         if (verb == "tell")
             return p.tell(argument.empty() ? name : name + " " + argument), true;
         if (verb == "set")
@@ -388,18 +392,8 @@ std::string seen_after(const Transcript &transcript, std::size_t reply, const st
     for (const std::string &entry : player.rig.journal)
         seen += without_hint(entry) + "\n";
     for (Form *form : player.rig.program.desk.forms) {
-        for (Control *control : form->controls()) {
-            if (const auto *box = dynamic_cast<TextBox *>(control))
-                seen += std::string(box->name) + " " + box->text + "\n";
-            if (const auto *bar = dynamic_cast<ProgressBar *>(control))
-                seen += std::string(bar->name) + " " + std::to_string(bar->value) + "\n";
-            if (const auto *list = dynamic_cast<ComboBox *>(control))
-                seen += std::string(list->name) + " " + list->text + "\n";
-            if (const auto *option = dynamic_cast<OptionButton *>(control); option && option->value)
-                seen += std::string(option->name) + "\n";
-            if (const auto *box = dynamic_cast<CheckBox *>(control); box && box->value)
-                seen += std::string(box->name) + "\n";
-        }
+        for (Control *control : form->controls())
+            seen += std::string(control->name) + " " + control->holds() + "\n";
     }
     return seen;
 }
