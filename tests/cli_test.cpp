@@ -194,7 +194,7 @@ TEST(CliCall, GoesThroughTheMenuToADialogsButton) {
     FilledDesk desk;
     EXPECT_EQ(desk.refusal("anschlussart --typ isdn --anschlussart punkt-zu-punkt --schnittstelle 3"), "");
     EXPECT_TRUE(desk.rig.program.busy());
-    EXPECT_EQ(desk.rig.program.desk.session.byteISDN_Anschlussart, 1);
+    EXPECT_EQ(desk.rig.program.desk.job_values.byteISDN_Anschlussart, 1);
 }
 
 TEST(CliCall, ReportsAPortThatCannotBeOpenedAsTheWindowWould) {

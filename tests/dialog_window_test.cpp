@@ -39,7 +39,7 @@ TEST_F(WindowTest, EnterInADialogPressesItsButton) {
     type("tboMSN", "4711");
     QTest::keyClick(&find<QLineEdit>("tboMSN"), Qt::Key_Return);
     EXPECT_TRUE(rig.program.busy());
-    EXPECT_EQ(desk.session.strMSN, "4711");
+    EXPECT_EQ(desk.job_values.strMSN, "4711");
     EXPECT_FALSE(windows.window(desk.frmMSN).isVisible());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&main_window()));
     QTest::keyClick(&main_window(), Qt::Key_Escape);

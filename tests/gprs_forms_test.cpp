@@ -236,7 +236,7 @@ TEST_F(GprsDialogs, WritingAsksForWhatIsMissing) {
         EXPECT_EQ(start(gprs.cbuGPRS_schreiben, c.answers), c.expected);
         EXPECT_EQ(gprs.wants_focus, c.focus) << c.expected;
         if (rig.program.busy()) {
-            EXPECT_FALSE(number_exceeds(desk.session.gprs.keep_alive, 255))
+            EXPECT_FALSE(number_exceeds(desk.job_values.gprs.keep_alive, 255))
                 << "the key press left it in its box";
             end_job();
         }
@@ -279,8 +279,8 @@ TEST_F(GprsDialogs, TelemetryChecksItsLoginAndKeysOnlyWhereTheyAreUsed) {
         rig.program.set(ipt.chkIPT_Betrieb, c.on);
         EXPECT_EQ(start(ipt.cbuIPT_schreiben, c.answers), c.expected);
         if (rig.program.busy()) {
-            EXPECT_EQ(desk.session.ipt.mode, c.mode);
-            EXPECT_EQ(desk.session.ipt.fixed_key.size(), c.key_length)
+            EXPECT_EQ(desk.job_values.ipt.mode, c.mode);
+            EXPECT_EQ(desk.job_values.ipt.fixed_key.size(), c.key_length)
                 << "the keys are written in every mode";
             end_job();
         }
@@ -357,7 +357,7 @@ TEST_F(GprsDialogs, ClosingAndOpeningWhileAJobRuns) {
     rig.program.click(desk.frmModem.mnuGPRS_konfig);
     EXPECT_FALSE(gprs.open);
     EXPECT_EQ(rig.boxes.back().text, "Es läuft bereits ein Vorgang.");
-    EXPECT_EQ(desk.session.gprs.apn, "taken over");
+    EXPECT_EQ(desk.job_values.gprs.apn, "taken over");
     rig.program.click(desk.frmModem.mnuIPT_konfig); // the other one shows nothing of this job
     EXPECT_TRUE(ipt.open);
     rig.program.close(ipt);

@@ -24,34 +24,32 @@ bool has_step(const Job &job, Counter number) {
     return std::any_of(job.steps.begin(), job.steps.end(), [=](const Step &s) { return s.number == number; });
 }
 
-/// All counter moves that a reply row can make.
-std::vector<Move> moves_of(const Reply &row) {
-    std::vector<Move> moves(row.moves.begin(), row.moves.end());
-    if (row.counter)
-        moves.push_back({nullptr, row.counter, row.becomes});
-    return moves;
-}
-
 const Job *job_of(const Family &family, CounterOf counter) {
     const auto job = std::find_if(family.jobs.begin(), family.jobs.end(),
                                   [=](const Job &j) { return j.counter == counter; });
     return job != family.jobs.end() ? &*job : nullptr;
 }
 
-/// The steps that can be reached from step 1: by `next`, by a reply row that moves the counter.
+/// The steps that can be reached from step 1: by the steps themselves, by a reply row that moves the counter.
 std::set<Counter> reachable(const Family &family, const Job &job) {
     std::set<Counter> reached{1};
+    for (const Reply &row : family.replies)
+        if (row.counter == job.counter)
+            reached.insert(row.becomes);
     for (std::size_t before = 0; before != reached.size();) {
         before = reached.size();
         for (const Step &step : job.steps)
-            if (reached.contains(step.number) && step.next != 0)
-                reached.insert(step.next);
-        for (const Reply &row : family.replies)
-            for (const Move &move : moves_of(row))
-                if (move.counter == job.counter)
-                    reached.insert(move.becomes);
+            if (reached.contains(step.number))
+                for (const Counter to : {step.next, step.otherwise})
+                    if (to != 0)
+                        reached.insert(to);
     }
     return reached;
+}
+
+/// A reply row that leads on from a step that waits.
+bool answers(const Reply &row, const Job &job, const Step &step) {
+    return row.counter == job.counter && (row.awaited == step.awaits || row.clears == step.awaits);
 }
 
 TEST(Tables, LeadEveryJobToAnEnd) {
@@ -69,95 +67,63 @@ TEST(Tables, LeadEveryJobToAnEnd) {
                 const Step &step = job.steps[i];
                 const std::string at = where + std::to_string(step.number);
                 EXPECT_TRUE(reached.contains(step.number)) << at << " is never reached";
-                EXPECT_TRUE(step.next == 0 || has_step(job, step.next)) << at << " goes nowhere";
-                EXPECT_TRUE(step.next != 0 || step.awaits || step.reads != 0 || step.end != End::no)
+                for (const Counter to : {step.next, step.otherwise})
+                    EXPECT_TRUE(to == 0 || has_step(job, to)) << at << " goes nowhere";
+                EXPECT_TRUE(step.otherwise != 0 || step.awaits || step.reads != 0 || step.end != End::no)
                     << at << " waits for nothing";
-                EXPECT_TRUE(step.next != step.number || step.times) << at << " repeats itself for ever";
-                EXPECT_FALSE(step.reads != 0 && (step.next != 0 || step.awaits)) << at;
-                EXPECT_FALSE(step.awaits && step.next != 0) << at << " does not wait for what it awaits";
-                EXPECT_FALSE(step.awaits && step.end != End::no) << at;
-                EXPECT_TRUE(!step.sets || std::any_of(job.steps.begin(), job.steps.end(),
-                                                      [&](const Step &s) { return s.clears == step.sets; }))
-                    << at << " sets what no step clears";
+                EXPECT_TRUE(step.otherwise != step.number || step.times) << at << " repeats itself for ever";
+                EXPECT_NE(step.next, step.answered() ? step.number : Counter{0xFF}) << at;
+                EXPECT_FALSE(step.awaits && step.reads != 0) << at << " is reported in two ways";
+                EXPECT_FALSE((step.awaits || step.answered()) && step.end != End::no) << at;
                 const bool last_of_number =
                     i + 1 == job.steps.size() || job.steps[i + 1].number != step.number;
                 EXPECT_EQ(step.when == nullptr, last_of_number)
                     << at << " leaves a case without a row, or hides one";
                 const Counter before = i > 0 ? job.steps[i - 1].number : Counter{0};
                 EXPECT_TRUE(step.number == before || step.number == before + 1) << at << " is out of order";
-                ends |= step.end != End::no || job.counter == &JobState::byteAnwahl_Counter;
+                ends |= step.end != End::no || !step.starts.empty();
             }
             EXPECT_TRUE(ends) << where << "no end";
+        }
+        for (const Reply &row : family.replies) {
+            const Job *job = row.counter ? job_of(family, row.counter) : nullptr;
+            EXPECT_TRUE(!job || has_step(*job, row.becomes)) << row.contains;
         }
     }
 }
 
-/// The answer to a read command ends the wait for it and leads to the step behind the one that sent it.
-void expect_query_before(const Family &family, const Reply &row) {
-    const std::vector<Move> moves = moves_of(row);
-    EXPECT_TRUE(std::any_of(moves.begin(), moves.end(), [&](const Move &move) {
-        return !move.when && move.counter == row.at.counter && move.becomes == 0;
-    })) << row.contains;
-    const Job *job = job_of(family, row.counter);
-    ASSERT_TRUE(job) << row.contains;
-    EXPECT_EQ(1, std::count_if(job->steps.begin(), job->steps.end(),
-                               [&](const Step &step) {
-                                   return step.reads == row.at.value && step.number + 1 == row.becomes;
-                               }))
-        << row.contains;
-}
-
-TEST(Tables, AnswerAndReportEveryArmedFlag) {
+TEST(Tables, AnswerAndReportEveryStepThatWaits) {
     for (const Family *one : families) {
         const Family &family = *one;
         for (const Job &job : family.jobs) {
             for (const Step &step : job.steps) {
-                if (!step.awaits)
+                const std::string where = std::string(job.name) + ", step " + std::to_string(step.number);
+                for (const Move &move : step.starts)
+                    EXPECT_TRUE(job_of(family, move.counter)) << where << " starts what there is not";
+                if (!step.awaits && step.reads == 0)
                     continue;
-                const auto reports = device_reports.rows;
-                EXPECT_TRUE(std::any_of(reports.begin(), reports.end(),
-                                        [&](const ReportRow &row) { return row.flag == step.awaits; }))
-                    << job.name << " step " << +step.number;
-                const auto answers = [&](const Reply &row) {
-                    const std::vector<Move> moves = moves_of(row);
-                    const bool moves_it = std::any_of(moves.begin(), moves.end(), [&](const Move &move) {
-                        return move.counter == job.counter || job.counter == &JobState::byteAnwahl_Counter;
-                    });
-                    return moves_it && (row.awaited == step.awaits || row.clears == step.awaits);
-                };
-                EXPECT_TRUE(std::any_of(family.replies.begin(), family.replies.end(), answers))
-                    << "no reply for " << job.name << ", step " << +step.number;
-            }
-        }
-        for (const Job &job : family.jobs)
-            for (const Step &step : job.steps)
-                EXPECT_TRUE(step.reads == 0 ||
+                EXPECT_TRUE(step.answered() ||
                             std::any_of(family.replies.begin(), family.replies.end(),
-                                        [&](const Reply &row) {
-                                            return row.at.counter == &JobState::byteGPRS_Leseschritt &&
-                                                   row.at.value == step.reads && row.counter == job.counter;
-                                        }))
-                    << "no reply for " << job.name << ", step " << +step.number;
-        for (const Reply &row : family.replies) {
-            for (const Move &move : moves_of(row)) {
-                const Job *job = job_of(family, move.counter);
-                EXPECT_TRUE(!job || has_step(*job, move.becomes)) << row.contains;
+                                        [&](const Reply &row) { return answers(row, job, step); }))
+                    << "no reply for " << where;
+                EXPECT_TRUE(step.reads != 0 || step.goes_on ||
+                            std::any_of(device_reports.rows.begin(), device_reports.rows.end(),
+                                        [&](const ReportRow &row) { return row.flag == step.awaits; }))
+                    << "no report for " << where;
             }
-            if (row.at.counter == &JobState::byteGPRS_Leseschritt)
-                expect_query_before(family, row);
-            const auto awaits_it = [&](const Job &job) {
-                return std::any_of(job.steps.begin(), job.steps.end(), [&](const Step &step) {
-                    return step.awaits == row.awaited || step.sets == row.awaited;
-                });
-            };
-            const bool by_a_row =
-                std::any_of(family.replies.begin(), family.replies.end(),
-                            [&](const Reply &other) { return row.awaited && other.sets == row.awaited; });
-            EXPECT_TRUE(!row.awaited || by_a_row ||
-                        std::any_of(family.jobs.begin(), family.jobs.end(), awaits_it))
-                << "nobody awaits " << row.contains;
         }
     }
+}
+
+TEST(Tables, NumberStepsByTheirPlaces) {
+    constexpr auto always = [](const JobContext &) { return true; };
+    constexpr auto original =
+        script(Step{.awaits = &JobState::boolKommunikations_Fehler31, .answers = {{{"a"}}}},
+               Step{.when = always, .send = "B"}, Step{.send = "C"}, Step{.send = "D", .end = End::drop});
+    EXPECT_TRUE(original[0].next == 2 && original[0].otherwise == 0) << "it waits";
+    EXPECT_TRUE(original[1].number == 2 && original[1].next == 3 && original[2].number == 2);
+    constexpr auto other = with(original, 3, Step{.send = "E", .goes_on = true});
+    EXPECT_TRUE(other[3].number == 3 && other[3].otherwise == 4 && other.size() == original.size());
 }
 
 TEST(Parsers, TakeALabelledLineOnlyWhenItIsComplete) {
@@ -217,11 +183,14 @@ TEST(ErrorReports, SayWhatFailedAndWhatBecomesOfTheLine) {
          "Kommunikationsfehler: 77.\rUmstellung fehlgeschlagen", false, false},
     };
     Session session;
+    JobValues values;
+    Findings findings;
     JobState all;
     for (auto c = std::rbegin(cases); c != std::rend(cases); ++c) {
         all.*c->flag = true; // the later ones are armed too: the first in order is reported
         for (const bool remote : {false, true}) {
-            const auto report = due_report(device_reports, all, session, ModemType::Analog, remote);
+            values.remote = remote;
+            const auto report = due_report(device_reports, {all, session, values, findings});
             ASSERT_TRUE(report);
             EXPECT_EQ(report->text,
                       std::string(c->text) + ((remote ? c->check_remote : c->check_direct) ? check : ""));
@@ -230,10 +199,12 @@ TEST(ErrorReports, SayWhatFailedAndWhatBecomesOfTheLine) {
     }
     JobState reading;
     reading.byteGPRS_Leseschritt = 12;
-    const auto report = due_report(device_reports, reading, session, ModemType::GPRS, false);
+    values = {.type = ModemType::GPRS};
+    const auto report = due_report(device_reports, {reading, session, values, findings});
     EXPECT_EQ(report.value().text, std::string("Lesefehler: 712") + check);
     EXPECT_EQ(session.byteISDN_Anschlussart, 12);
-    EXPECT_FALSE(due_report(device_reports, JobState{}, session, ModemType::GPRS, false));
+    reading = {};
+    EXPECT_FALSE(due_report(device_reports, {reading, session, values, findings}));
 }
 
 /// Every job of every variant against a line that is full of noise, also in the middle of a call: it ends by

@@ -6,7 +6,7 @@ climbs=0
 report() { [ -z "$2" ] || { printf '%s:\n%s\n' "$1" "$2"; climbs=1; }; }
 
 above=""
-for floor in operation telvox dialogues ui net sequencer link core; do
+for floor in operation telvox ui dialogues net sequencer link core; do
     [ -z "$above" ] || report "$floor includes a floor above" \
         "$(grep -rnE "#include \"(${above#|})[/.]" src/"$floor"*)"
     above="$above|$floor"

@@ -89,12 +89,9 @@ struct JobState {
     bool carrier_up = false;   ///< the dialled call stands, as far as the carrier line shows calls at all
     bool line_dropped = false; ///< it has fallen: what answers now is the local modem itself
     bool text_asked = false;   ///< the device has asked for its alarm text; it does so once per configuration
-    bool answered = false;     ///< a query that the next step does not wait for has had its answer
+    bool answered = false;     ///< a device has answered the search intelligibly
 
     std::optional<ModemType> recognized; ///< variant that has identified itself
-
-    /// The job exists only over the device's own cable, so it counts as direct whatever the connection way.
-    bool cable_only = false;
 
     bool operator==(const JobState &) const = default;
 };
@@ -130,35 +127,6 @@ inline constexpr std::array job_counters = {
     &JobState::byteErkennen_Counter,
 };
 
-/// The mobile-data settings as the running job writes them, taken over when it starts: whatever becomes of
-/// the dialog meanwhile, a device gets one consistent set. The targets are the device's codes: 0 off, 2 by
-/// address, 3 by domain name.
-struct GprsSettings {
-    std::string apn;
-    std::string user;
-    std::string password;
-    std::string ip;
-    std::string ip_port;
-    std::string domain;
-    std::string domain_port;
-    std::string number1; ///< callers that are let in; empty: everybody
-    std::string number2;
-    std::string keep_alive; ///< minutes
-    bool pap = false;
-    int callback1 = 0;
-    int callback2 = 0;
-    int leased_line = 0;
-};
-
-/// The IP-telemetry settings, likewise.
-struct IptSettings {
-    std::string user;
-    std::string password;
-    std::string fixed_key;
-    std::string challenge_key;
-    int mode = 0; ///< 0 off, 2 unscrambled, 3 scrambled
-};
-
 /// How a start came out.
 enum class Outcome {
     refused,   ///< a check said no, nothing was sent
@@ -174,24 +142,16 @@ enum class Outcome {
 
 /// What survives the end of a job.
 struct Session {
-    std::string strCOMparameter_direkt;     ///< format toward the cabled device, e.g. "2400,e,8,1"
-    std::string strCOMparameter_fern;       ///< format toward the local modem, e.g. "9600,n,8,1"
-    std::string strCOMparameter_gewuenscht; ///< format that the device's own interface is to be switched to
-    std::string strPIN;
-    std::string strMSN;
-    std::string str_IP;
-    std::string str_Port;
-    std::string str_Gateway;
-    std::string str_Netzmaske;
-    std::string strGRPS_APN; ///< access point chosen in the GPRS settings dialog
-    GprsSettings gprs;
-    IptSettings ipt;
+    std::string strCOMparameter_direkt; ///< format toward the cabled device, e.g. "2400,e,8,1"
+    std::string strCOMparameter_fern;   ///< format toward the local modem, e.g. "9600,n,8,1"
+    std::string strGRPS_APN;            ///< access point chosen in the GPRS settings dialog
     /// Protocol codes of the chosen service number; they live only as long as the program.
     std::string strSMS_Protokoll;
     std::string strSMS_Protokoll_ISDN;
     std::string strSMS_Protokoll_ISDN_fern;
     Counter bytePortzaehler = 0;
-    Counter byteISDN_Anschlussart = 0;       ///< 0 point to multipoint, 1 point to point
+    /// Where the value began that a GPRS device was asked for last, from 1; of a read that failed its number.
+    Counter byteISDN_Anschlussart = 0;
     bool boolKommunikations_Fehler7 = false; ///< survives every reset
     bool boolFormular_GPRS_aktiv = false;    ///< the GPRS settings dialog is open
     bool boolFormular_IPT_aktiv = false;     ///< the IP-telemetry settings dialog is open

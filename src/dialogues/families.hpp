@@ -9,10 +9,7 @@ namespace telvox {
 /// The step tables and reply rows of a device variant. A variant without tables has no jobs.
 [[nodiscard]] const Family &family_of(ModemType type);
 /// Those of the job that runs: the search for a device belongs to no variant.
-[[nodiscard]] const Family &family_of_job(const Desk &desk);
-
-/// Whether a command line changes something in a device; all but the questions and what only ends a call do.
-[[nodiscard]] bool changes_device(std::string_view command);
+[[nodiscard]] const Family &family_of_job(const JobContext &job);
 
 /// What is reported when a device does not answer.
 extern const Reports device_reports;

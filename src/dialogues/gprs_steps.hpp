@@ -13,67 +13,45 @@ inline constexpr const char *results_on = "Rückmeldungen aktivieren";
 inline constexpr const char *results_off = "Rückmeldungen deaktivieren";
 inline constexpr const char *checking = "Verbindungsprüfung";
 
+/// How a GPRS device shows that it is there: it tells its IMEI.
+constexpr Step check(RowText status, milliseconds wait, FlagOf flag) {
+    return ask("AT**IMEI?", status, wait, flag, {"IMEI: ", whole_imei});
+}
+/// It is sent also on a line that has fallen, and the missing answer says so.
+constexpr Step although_fallen(Step step) {
+    step.on_fall = OnFall::reported;
+    return step;
+}
+
 /// Opening of every job: a device that does not identify itself is taken to be in a data connection, is
 /// escaped from it and hung up. There is no answer to wait for between, and the line takes its time to drop.
 /// In a call it is the local modem that hears the escape and hangs up, which the check that follows finds.
-constexpr auto gprs_opening(milliseconds wait) {
-    return std::to_array<Step>({
-        {.number = 1,
-         .status = checking,
-         .sets = &JobState::boolGPRS_Online,
-         .send = "AT**IMEI?",
-         .wait = wait,
-         .next = 2},
-        {.number = 2,
-         .status = "In den Onlinekommandomodus wechseln",
-         .clears = &JobState::boolGPRS_Online,
-         .send = "+++",
-         .as = Write::raw,
-         .wait = 3s,
-         .next = 3},
-        {.number = 3,
-         .status = "Fernverbindung wird getrennt",
-         .send = "ATH",
-         .wait = 22s,
-         .on_fall = OnFall::reported,
-         .next = 4},
-    });
+/// One that identifies itself is in command mode: the rest is left out, and `skips` steps behind it.
+constexpr std::array<Step, 3> gprs_opening(milliseconds wait, Counter skips = 0, Take take = nullptr) {
+    constexpr Counter rest = 2;
+    return {{going_on(ask("AT**IMEI?", checking, wait, &JobState::boolGPRS_Online, {"IMEI: ", take}),
+                      static_cast<Counter>(rest + skips)),
+             {.status = "In den Onlinekommandomodus wechseln", .send = "+++", .as = Write::raw, .wait = 3s},
+             although_fallen(say("ATH", "Fernverbindung wird getrennt", 22s))}};
 }
-
-/// The check that follows the opening.
-constexpr Step check_after_opening(const char *status, milliseconds wait, FlagOf flag) {
-    return {.number = 4,
-            .status = status,
-            .send = "AT**IMEI?",
-            .wait = wait,
-            .awaits = flag,
-            .on_fall = OnFall::reported};
+/// The same with the check that follows it.
+constexpr auto gprs_opening(milliseconds wait, const Step &check_after) {
+    return table(gprs_opening(wait, 1), although_fallen(check_after));
 }
 
 /// Last check of a job that writes, and the restart with which its settings come into force. Behind the check
 /// all is saved, and the restart breaks a call.
-constexpr std::array<Step, 2> check_and_restart(Counter number, milliseconds wait, FlagOf flag) {
-    return {{{.number = number, .status = checking, .send = "AT**IMEI?", .wait = wait, .awaits = flag},
-             {.number = static_cast<Counter>(number + 1),
-              .status = "Modem wird neu gestartet",
-              .send = "AT**RESET",
-              .wait = wait,
-              .on_fall = OnFall::skipped,
-              .next = static_cast<Counter>(number + 2)}}};
+constexpr std::array<Step, 2> check_and_restart(milliseconds wait, FlagOf flag) {
+    Step restart = tell("AT**RESET", "Modem wird neu gestartet", wait);
+    restart.on_fall = OnFall::skipped;
+    return {check(checking, wait, flag), restart};
 }
 
 /// End of a job that runs in both connection ways.
-constexpr std::array<Step, 3> gprs_ending(Counter number, const char *message, OnFall on_fall) {
-    const auto after = static_cast<Counter>(number + 1);
-    return {{{.number = number,
-              .when = remote,
-              .status = leaving_remote,
-              .send = "AT**EXIT",
-              .wait = 1100ms,
-              .on_fall = on_fall,
-              .next = after},
-             {.number = number, .end = End::drop, .message = message},
-             {.number = after, .end = End::hang_up, .message = message}}};
+constexpr std::array<Step, 3> gprs_ending(const char *message, OnFall on_fall) {
+    Step leave = leave_remote("AT**EXIT", on_fall);
+    leave.wait = 1100ms;
+    return leave_and_finish(leave, message);
 }
 
 inline constexpr const char *written_and_restarting =
@@ -81,52 +59,16 @@ inline constexpr const char *written_and_restarting =
     "Das Modem führt zur Zeit einen Neustart aus, deshalb ist es für ca. 1 Minute nicht erreichbar.";
 inline constexpr const char *read_out = "Das Telvox-A wurde erfolgreich ausgelesen.";
 
-inline void write_value(TextBox &box, std::string_view value) { box.text = box.filtered(from_line(value)); }
-inline void write_value(ComboBox &box, std::string_view value) { box.write(from_line(value)); }
-
-/// One query of a job that reads: a step that sends it, and the row of its answer, which leads to the step
-/// behind it.
-struct Query {
-    Counter number = 0; ///< of the step
-    Counter read = 0;   ///< of the read command, by which a missing answer is reported
-    const char *status = "";
-    const char *command = "";
-    const char *label = ""; ///< of the answer
-    bool (*fill)(Desk &, const Found &) = nullptr;
-    milliseconds wait = 2s;
-    OnFall on_fall = OnFall::fails;
-};
-
-template <std::size_t N> consteval std::array<Step, N> query_steps(const std::array<Query, N> &queries) {
-    std::array<Step, N> steps{};
-    for (std::size_t i = 0; i < N; ++i) {
-        const Query &q = queries[i];
-        steps[i] = {.number = q.number,
-                    .status = q.status,
-                    .reads = q.read,
-                    .send = q.command,
-                    .wait = q.wait,
-                    .on_fall = q.on_fall};
-    }
-    return steps;
+/// A query of a job that reads, by whose number a missing answer is reported.
+constexpr Step query(Counter read, const char *status, const char *command, Answer answer,
+                     milliseconds wait = 2s) {
+    Step step = ask(command, status, wait, nullptr, answer);
+    step.reads = read;
+    return step;
 }
-
-inline constexpr Move answered_read[] = {{nullptr, &JobState::byteGPRS_Leseschritt, 0}};
-
-template <std::size_t N>
-consteval std::array<Reply, N> query_replies(const std::array<Query, N> &queries, CounterOf counter) {
-    std::array<Reply, N> rows{};
-    for (std::size_t i = 0; i < N; ++i) {
-        const Query &q = queries[i];
-        rows[i] = {.contains = q.label,
-                   .at = {&JobState::byteGPRS_Leseschritt, q.read},
-                   .take = q.fill,
-                   .counter = counter,
-                   .becomes = static_cast<Counter>(q.number + 1),
-                   .moves = answered_read,
-                   .restart = 100ms};
-    }
-    return rows;
+constexpr Step secret_answer(const char *labels, Step step) {
+    step.secrets = labels;
+    return step;
 }
 
 } // namespace telvox::dialogues

@@ -8,62 +8,50 @@
 /// The jobs of the IP-telemetry dialog: writing the settings and reading them.
 namespace telvox::dialogues {
 
-inline constexpr auto ipt_write =
-    table(gprs_opening(3s), check_after_opening(checking, 3s, &JobState::boolKommunikations_Fehler75),
-          command(
-              5, "IP-Telemetrie Benutzer wird eingestellt",
-              [](const Desk &d) { return "AT**IPTUSER=" + d.session.ipt.user; }, 3s),
-          command(
-              6, "IP-Telemetrie Passwort wird eingestellt",
-              [](const Desk &d) { return "AT**IPTPW=" + d.session.ipt.password; }, 3s),
-          command(7, "Link wird eingestellt", "AT**IPTCONREQ=1", 1800ms),
-          command(8, "Watchdog wird eingestellt", "AT**IPTWATCHDOG=0", 1800ms),
-          command(
-              9, "IPT-Betriebsart wird eingestellt",
-              [](const Desk &d) { return "AT**IPT=" + std::to_string(d.session.ipt.mode); }, 1800ms),
-          command(
-              10, "Fixed Scramble Key wird eingestellt",
-              [](const Desk &d) { return "AT**IPTKEYF=" + d.session.ipt.fixed_key; }, 1800ms),
-          command(
-              11, "Challenge Scramble Key wird eingestellt",
-              [](const Desk &d) { return "AT**IPTKEYC=" + d.session.ipt.challenge_key; }, 1800ms),
-          command(12, "Einstellungen speichern", "AT**SAVE", 1500ms),
-          check_and_restart(13, 3s, &JobState::boolKommunikations_Fehler76),
-          gprs_ending(15, written_and_restarting, OnFall::skipped));
+template <auto Value> std::string ipt(const JobContext &c) { return c.values.ipt.*Value; }
+
+inline constexpr auto ipt_write = script(
+    gprs_opening(3s, check(checking, 3s, &JobState::boolKommunikations_Fehler75)),
+    tell({"AT**IPTUSER=", ipt<&IptSettings::user>}, "IP-Telemetrie Benutzer wird eingestellt", 3s),
+    secret(tell({"AT**IPTPW=", ipt<&IptSettings::password>}, "IP-Telemetrie Passwort wird eingestellt", 3s)),
+    tell("AT**IPTCONREQ=1", "Link wird eingestellt", 1800ms),
+    tell("AT**IPTWATCHDOG=0", "Watchdog wird eingestellt", 1800ms),
+    tell({"AT**IPT=", [](const JobContext &c) { return std::to_string(c.values.ipt.mode); }},
+         "IPT-Betriebsart wird eingestellt", 1800ms),
+    secret(
+        tell({"AT**IPTKEYF=", ipt<&IptSettings::fixed_key>}, "Fixed Scramble Key wird eingestellt", 1800ms)),
+    secret(tell({"AT**IPTKEYC=", ipt<&IptSettings::challenge_key>}, "Challenge Scramble Key wird eingestellt",
+                1800ms)),
+    tell("AT**SAVE", "Einstellungen speichern", 1500ms),
+    check_and_restart(3s, &JobState::boolKommunikations_Fehler76),
+    gprs_ending(written_and_restarting, OnFall::skipped));
 
 /// One answer holds all settings, the challenge key last.
-inline bool fill_ipt(Desk &desk, const Found &found) {
+inline bool take_ipt(const JobContext &c, const Found &found) {
     struct Field {
         const char *label;
-        TextBox FrmIPT::*box;
+        std::string IptSettings::*value;
     };
-    constexpr Field fields[] = {{"IPTUSER:", &FrmIPT::tboBenutzer},
-                                {"IPTPW:", &FrmIPT::tboPasswort},
-                                {"IPTKEYF:", &FrmIPT::tboFix_Scrambled_Key},
-                                {"IPTKEYC:", &FrmIPT::tboClg_Scrambled_Key}};
-    FrmIPT &form = desk.frmIPT;
+    constexpr Field fields[] = {{"IPTUSER:", &IptSettings::user},
+                                {"IPTPW:", &IptSettings::password},
+                                {"IPTKEYF:", &IptSettings::fixed_key},
+                                {"IPTKEYC:", &IptSettings::challenge_key}};
     if (!labelled(found.all, "IPTKEYC:"))
         return false;
-    for (const Field &field : fields)
-        if (const auto line = labelled(found.all, field.label))
-            write_value(form.*field.box, line->text());
-    const auto mode = labelled(found.all, "IPT:");
-    const char code = mode ? mode->code(mode->value_at) : '\0';
-    if (code == '0' || code == '2' || code == '3')
-        form.chkIPT_Betrieb.set(code != '0');
-    if (code == '2' || code == '3')
-        (code == '2' ? form.optUnscrambled : form.optScrambled).choose();
+    IptSettings &read = c.findings.ipt.emplace(c.values.ipt);
+    for (const auto &[label, value] : fields)
+        if (const auto line = labelled(found.all, label))
+            read.*value = from_line(line->text());
+    if (const auto mode = labelled(found.all, "IPT:"))
+        read.mode = code_number(mode->code(mode->value_at));
     return true;
 }
 
-inline constexpr auto ipt_queries = std::to_array<Query>({
-    {4, 15, checking, "AT**IMEI?", "IMEI: ", whole_imei, 3s, OnFall::reported},
-    {5, 16, results_on, "ATQ0", "OK"},
-    {6, 17, "IT-Telemetrie Parameter werden gelesen", "AT**IPT?", "IPTKEYC:", fill_ipt},
-});
-
 inline constexpr auto ipt_read =
-    table(gprs_opening(3s), query_steps(ipt_queries), command(7, results_off, "ATQ1", 2s),
-          gprs_ending(8, read_out, OnFall::fails));
+    script(gprs_opening(3s, query(15, checking, "AT**IMEI?", {"IMEI: ", whole_imei}, 3s)),
+           query(16, results_on, "ATQ0", {"OK"}),
+           secret_answer("IPTPW: IPTKEYF: IPTKEYC:", query(17, "IT-Telemetrie Parameter werden gelesen",
+                                                           "AT**IPT?", {"IPTKEYC:", take_ipt})),
+           say("ATQ1", results_off, 2s), gprs_ending(read_out, OnFall::fails));
 
 } // namespace telvox::dialogues

@@ -12,171 +12,135 @@ bool valid_remote_protocol(const std::string &text) {
     return text.size() == 8 && text.starts_with("aldest=") && text[7] >= '0' && text[7] < '4';
 }
 
+/// What the answer to the password starts.
+constexpr Move start_remote_jobs[] = {
+    {&JobState::boolParametrieren, &JobState::byteISDN_Fern_Para_Counter, 1},
+    {&JobState::boolAlarmtest, &JobState::byteISDN_Fern_Alarmtest_Counter, 1},
+    {&JobState::boolAlarm_deaktivieren, &JobState::byteISDN_Fern_Alarm_aus_Counter, 1},
+};
+
 /// The ISDN side gives no carrier: the set-up dials again and again until the device asks for the password.
-constexpr Counter dial_attempts = 5;
-std::string dial_command(const Desk &desk) {
-    return "ATD" + number_text(desk.frmModem.tboRufnummer_Modem.text) + "e";
+constexpr std::size_t dial_attempts = 5;
+constexpr Step dial_again = {
+    .act = [](const JobContext &c) { ++c.jobs.byteISDN_Anwahl_Counter; },
+    .send = [](const JobContext &c) { return "ATD" + number_text(c.values.number) + "e"; },
+    .answers = {{{"password:"}}},
+    .after = 1200ms};
+template <std::size_t From, std::size_t Below> constexpr Step dial_while(Step step) {
+    step.when = [](const JobContext &c) {
+        return c.jobs.byteISDN_Anwahl_Counter >= From && c.jobs.byteISDN_Anwahl_Counter < Below;
+    };
+    step.again = true;
+    step.times = [](const JobContext &) { return Below - From; };
+    return step;
 }
-void count_attempt(Desk &desk) { ++desk.jobs.byteISDN_Anwahl_Counter; }
+constexpr Step first_attempt() {
+    Step step = dial_while<0, 1>(dial_again);
+    step.status = "Anwahl und einleiten der Fernkonfiguration";
+    step.wait = 4300ms;
+    return step;
+}
+constexpr Step last_attempt() {
+    Step step = dial_again;
+    step.awaits = &JobState::boolAnwahl_Fehler;
+    return step;
+}
+bool ready_behind_it(const JobContext &, const Found &found) {
+    return found.all.find("OK") != std::string_view::npos;
+}
+constexpr auto dial = script(first_attempt(), dial_while<1, dial_attempts - 1>(dial_again), last_attempt(),
+                             type_password({"#", ready_behind_it}, start_remote_jobs, 1200ms));
 
-constexpr Step dial[] = {
-    {.number = 1,
-     .when = [](const Desk &d) { return d.jobs.byteISDN_Anwahl_Counter == 0; },
-     .status = "Anwahl und einleiten der Fernkonfiguration",
-     .act = count_attempt,
-     .send = dial_command,
-     .wait = 4300ms,
-     .times = [](const Desk &) { return std::size_t{1}; },
-     .next = 1},
-    {.number = 1,
-     .when = [](const Desk &d) { return d.jobs.byteISDN_Anwahl_Counter < dial_attempts - 1; },
-     .act = count_attempt,
-     .send = dial_command,
-     .times = [](const Desk &) { return std::size_t{dial_attempts} - 2; },
-     .next = 1},
-    {.number = 1,
-     .act = count_attempt,
-     .send = dial_command,
-     .awaits = &JobState::boolAnwahl_Fehler}, // the last attempt
-    type_password(2),
-    end_password(2),
-};
+/// Part of the answer to "ATI1".
+constexpr const char *identified = "64";
 
-constexpr Step configure[] = {
-    ask_for_text_prompt(15s),
-    give_text,
-    {.number = 3,
-     .status = "Protokoll wird eingestellt",
-     .send =
-         [](const Desk &d) {
-             const std::string &code = d.session.strSMS_Protokoll_ISDN;
-             return "AT*" + (valid_protocol(code) ? code : std::string("M1"));
-         },
-     .next = 4},
-    {.number = 4,
-     .status = "Service-Nummer wird eingestellt",
-     .send = [](const Desk &d) { return "AT&Z1=" + outside_line(d) + service_number(d); },
-     .next = 5},
-    {.number = 5,
-     .status = "Rufnummer des Empfängers wird konfiguriert",
-     .send = [](const Desk &d) { return "AT&Z3=" + receiver(d); },
-     .next = 6},
-    save_configuration,
-    check_configuration("ATI1"),
-    {.number = 8, .end = End::drop, .message = configured_try_test},
-};
+constexpr auto configure = script(
+    ask("AT*V", giving_text, 15s, &JobState::boolKommunikations_Fehler31, {text_prompt}, 1100ms), give_text,
+    tell({"AT*",
+          [](const JobContext &c) {
+              const std::string &code = c.values.strSMS_Protokoll_ISDN;
+              return valid_protocol(code) ? code : std::string("M1");
+          }},
+         "Protokoll wird eingestellt"),
+    tell({"AT&Z1=", service_number_outside}, "Service-Nummer wird eingestellt"),
+    tell({"AT&Z3=", value<&JobValues::receiver>}, "Rufnummer des Empfängers wird konfiguriert"),
+    save_configuration, check_configuration("ATI1", identified), finish(configured_try_test));
 
-constexpr Step alarm_test[] = {
-    device_check("ATI1", &JobState::boolKommunikations_Fehler34),
-    {.number = 2, .status = sending_test, .send = "AT*X", .wait = 1s, .next = 3},
-    {.number = 3, .end = End::drop, .message = test_sent},
-};
+constexpr auto alarm_test = script(device_check("ATI1", &JobState::boolKommunikations_Fehler34, identified),
+                                   tell("AT*X", sending_test, 1s), finish(test_sent));
 
-constexpr Step alarm_off[] = {
-    device_check("ATI1", &JobState::boolKommunikations_Fehler33),
-    {.number = 2, .status = sending_alarm_off, .send = "AT&Z1=", .wait = 1s, .next = 3},
-    {.number = 3, .end = End::drop, .message = alarm_is_off},
-};
+constexpr auto alarm_off = script(device_check("ATI1", &JobState::boolKommunikations_Fehler33, identified),
+                                  tell("AT&Z1=", sending_alarm_off, 1s), finish(alarm_is_off));
 
 constexpr Step connect(FlagOf flag) {
-    return {.number = 1, .status = "Verbindung wird hergestellt", .send = "ATI1", .wait = 4s, .awaits = flag};
+    return ask("ATI1", "Verbindung wird hergestellt", 4s, flag, {identified}, 1100ms);
+}
+/// The command itself is the end of its job.
+constexpr Step last_told(RowText send, const char *message) {
+    Step step = tell(send);
+    step.end = End::drop;
+    step.message = message;
+    return step;
 }
 
-constexpr Step set_line_type[] = {
-    connect(&JobState::boolKommunikations_Fehler52),
-    {.number = 2,
-     .send = [](const Desk &d) { return "AT**PTP=" + std::to_string(d.session.byteISDN_Anschlussart); },
-     .end = End::drop,
-     .message = "Die Anschlussart wurde eingestellt."},
-};
+constexpr auto set_line_type =
+    script(connect(&JobState::boolKommunikations_Fehler52),
+           last_told({"AT**PTP=",
+                      [](const JobContext &c) { return std::to_string(c.values.byteISDN_Anschlussart); }},
+                     "Die Anschlussart wurde eingestellt."));
 
-constexpr Step set_msn[] = {
-    connect(&JobState::boolKommunikations_Fehler51),
-    {.number = 2,
-     .status = "MSN wird eingestellt",
-     .send = [](const Desk &d) { return "AT#Z=" + d.session.strMSN; },
-     .next = 3},
-    {.number = 3,
-     .send = [](const Desk &d) { return "AT**MSN=" + d.session.strMSN; },
-     .end = End::drop,
-     .message = "Die MSN wurde eingestellt."},
-};
+constexpr auto set_msn =
+    script(connect(&JobState::boolKommunikations_Fehler51),
+           tell({"AT#Z=", value<&JobValues::strMSN>}, "MSN wird eingestellt"),
+           last_told({"AT**MSN=", value<&JobValues::strMSN>}, "Die MSN wurde eingestellt."));
 
-/// A command of the remote text interface; the device answers each with its prompt "#".
-constexpr Step remote_command(Counter number, const char *status, RowText send, milliseconds wait) {
-    return {.number = number,
-            .status = status,
-            .send = send,
-            .wait = wait,
-            .awaits = &JobState::boolKommunikations_Fehler32};
+/// A command of the remote text interface, which answers each with its prompt.
+constexpr Step remote_command(RowText send, RowText status, milliseconds wait, const char *prompt = "#") {
+    return changing(ask(send, status, wait, &JobState::boolKommunikations_Fehler32, {prompt}, 800ms));
 }
 
 constexpr const char *saving = "Konfiguration wird gespeichert";
+constexpr Step reset = tell("reset", leaving_remote);
 
-constexpr Step remote_configure[] = {
-    remote_command(
-        1, "Übertragung des Alarmtextes", [](const Desk &d) { return "altxt=" + alarm_text(d); }, 6s),
-    remote_command(
-        2, "Protokoll wird eingestellt",
-        [](const Desk &d) {
-            const std::string &line = d.session.strSMS_Protokoll_ISDN_fern;
-            return valid_remote_protocol(line) ? line : std::string("aldest=1");
-        },
-        4s),
-    remote_command(
-        3, "Service-Nummer wird eingestellt",
-        [](const Desk &d) { return "catab1=" + outside_line(d) + receiver(d); }, 5s),
-    remote_command(
-        4, "Rufnummer des Empfängers wird konfiguriert",
-        [](const Desk &d) { return "catab3=" + receiver(d); }, 5s),
-    remote_command(5, saving, "save", 5s),
-    {.number = 6, .status = leaving_remote, .send = "reset", .next = 7},
-    {.number = 7, .end = End::hang_up, .message = "Telvox-A erfolgreich konfiguriert."},
-};
+constexpr auto remote_configure =
+    script(remote_command({"altxt=", alarm_text}, giving_text, 6s),
+           remote_command(
+               [](const JobContext &c) {
+                   const std::string &line = c.values.strSMS_Protokoll_ISDN_fern;
+                   return valid_remote_protocol(line) ? line : std::string("aldest=1");
+               },
+               "Protokoll wird eingestellt", 4s),
+           remote_command({"catab1=", receiver_outside}, "Service-Nummer wird eingestellt", 5s),
+           remote_command({"catab3=", value<&JobValues::receiver>},
+                          "Rufnummer des Empfängers wird konfiguriert", 5s),
+           remote_command("save", saving, 5s), reset, finish_call("Telvox-A erfolgreich konfiguriert."));
 
-constexpr Step remote_alarm_test[] = {
-    remote_command(1, nullptr, "Alarm", 4s),
-    remote_command(2, leaving_remote, "quit", 4s),
-    {.number = 3,
-     .act = [](Desk &d) { d.jobs.byteAlarmtest_Counter = 0; },
-     .times = [](const Desk &) { return std::size_t{1}; },
-     .next = 3,
-     .end = End::hang_up,
-     .message = test_sent},
-};
+/// The device may drop the line before its last prompt is through: anything is one.
+constexpr auto remote_alarm_test = script(
+    remote_command("Alarm", {}, 4s), remote_command("quit", leaving_remote, 4s, ""), finish_call(test_sent));
 
-constexpr Step remote_alarm_off[] = {
-    remote_command(1, nullptr, "catab1=-", 4s),
-    remote_command(2, saving, "save", 5s),
-    {.number = 3, .status = leaving_remote, .send = "reset", .next = 4},
-    {.number = 4, .end = End::hang_up, .message = alarm_is_off},
-};
+constexpr auto remote_alarm_off = script(
+    remote_command("catab1=-", {}, 4s), remote_command("save", saving, 5s), reset, finish_call(alarm_is_off));
 
 /// The device's rates begin with 1200.
-int rate_code(const Desk &desk) { return place_of_new_rate(desk) - 1; }
-std::string parity_command(const Desk &desk) {
-    return "AT**PRTY=" + std::to_string(std::string_view("noe").find(new_format(desk).parity));
-}
+int rate_code(const JobContext &c) { return place_of_new_rate(c) - 1; }
+constexpr Step too_slow = {.when = [](const JobContext &c) { return rate_code(c) < 1; },
+                           .end = End::failed,
+                           .message = "Das ISDN-Modem unterstützt keine Baudraten < 1200 Baud"};
 
 /// What was told is in force once it is saved.
-constexpr Step change_interface[] = {
-    {.number = 1,
-     .status = checking_format,
-     .send = "ATI1",
-     .wait = 1500ms,
-     .awaits = &JobState::boolKommunikations_Fehler76},
-    {.number = 2,
-     .when = [](const Desk &d) { return rate_code(d) < 1; },
-     .end = End::failed,
-     .message = "Das ISDN-Modem unterstützt keine Baudraten < 1200 Baud"},
-    change(2, changing_rate, [](const Desk &d) { return "AT%B" + std::to_string(rate_code(d)); }),
-    change(3, "Datenformat Parity umstellen", parity_command),
-    change(4, changing_format,
-           [](const Desk &d) { return "AT**DBITS=" + std::to_string(new_format(d).data_bits); }),
-    save_format(5),
-    check_new_format(6, "ATI1", in_new_format),
-    format_changed(7, "Das ISDN-Modem wurde erfolgreich parametriert."),
-};
+constexpr auto change_interface =
+    script(check_format("ATI1", checking_format, 1500ms, identified), too_slow,
+           tell({"AT%B", [](const JobContext &c) { return std::to_string(rate_code(c)); }}, changing_rate),
+           tell({"AT**PRTY=",
+                 [](const JobContext &c) {
+                     return std::to_string(std::string_view("noe").find(new_format(c).parity));
+                 }},
+                "Datenformat Parity umstellen"),
+           tell({"AT**DBITS=", [](const JobContext &c) { return std::to_string(new_format(c).data_bits); }},
+                changing_format),
+           save_format, in_format(in_new_format, check_new_format("ATI1", identified)),
+           format_changed("Das ISDN-Modem wurde erfolgreich parametriert."));
 
 constexpr Job jobs[] = {
     {"ISDN Anwahl", &JobState::byteAnwahl_Counter, dial},
@@ -191,82 +155,9 @@ constexpr Job jobs[] = {
     {"ISDN Schnittstelle", &JobState::byteSchnittstellenaenderung_Counter, change_interface},
 };
 
-constexpr Move start_remote_jobs[] = {
-    {&JobState::boolParametrieren, &JobState::byteISDN_Fern_Para_Counter, 1},
-    {&JobState::boolAlarmtest, &JobState::byteISDN_Fern_Alarmtest_Counter, 1},
-    {&JobState::boolAlarm_deaktivieren, &JobState::byteISDN_Fern_Alarm_aus_Counter, 1},
-};
-
-constexpr Move password_asked[] = {{nullptr, &JobState::byteISDN_Anwahl_Counter, 0}};
-
-/// Whether this job waits for the prompt at the moment.
-constexpr Reply prompt(FlagOf job, CounterOf counter, const char *command, Counter becomes,
-                       const char *text = "#") {
-    return {.contains = text,
-            .awaited = &JobState::boolKommunikations_Fehler32,
-            .during = job,
-            .at = {counter, 0},
-            .after = command,
-            .counter = counter,
-            .becomes = becomes,
-            .restart = 800ms};
-}
-constexpr Reply prompt_configure(const char *command, Counter becomes) {
-    return prompt(&JobState::boolParametrieren, &JobState::byteISDN_Fern_Para_Counter, command, becomes);
-}
-
-/// "64" is part of the answer to "ATI1", which is asked over the cable only; in a call it may be part of
-/// anything.
-constexpr Reply identified(FlagOf awaited, CounterOf counter, Counter becomes, milliseconds restart) {
-    return {.contains = "64",
-            .awaited = awaited,
-            .when = direct,
-            .counter = counter,
-            .becomes = becomes,
-            .restart = restart};
-}
-
-constexpr Reply replies[] = {
-    change_reply("64", &JobState::boolKommunikations_Fehler76, 2),
-    change_reply("64", &JobState::boolKommunikations_Fehler77, 7),
-    {.contains = "NEW ALARM TEXT: ",
-     .awaited = &JobState::boolKommunikations_Fehler31,
-     .counter = &JobState::byteParametrier_Counter,
-     .becomes = 2,
-     .restart = 1100ms},
-    identified(&JobState::boolKommunikations_Fehler32, &JobState::byteParametrier_Counter, 8, 100ms),
-    identified(&JobState::boolKommunikations_Fehler33, &JobState::byteAlarm_aus_Counter, 2, 100ms),
-    identified(&JobState::boolKommunikations_Fehler34, &JobState::byteAlarmtest_Counter, 2, 100ms),
-    identified(&JobState::boolKommunikations_Fehler51, &JobState::byteMSN_Counter, 2, 1100ms),
-    identified(&JobState::boolKommunikations_Fehler52, &JobState::byteISDN_Anschluss_Counter, 2, 1100ms),
-
-    {.contains = "password:",
-     .when = [](const Desk &d) { return d.jobs.byteISDN_Anwahl_Counter > 0; },
-     .clears = &JobState::boolAnwahl_Fehler,
-     .counter = &JobState::byteAnwahl_Counter,
-     .becomes = 2,
-     .moves = password_asked,
-     .restart = 1200ms},
-    {.contains = "#",
-     .also = "OK",
-     .awaited = &JobState::boolPasswort_Fehler,
-     .moves = start_remote_jobs,
-     .restart = 1200ms},
-    prompt_configure("altxt=", 2),
-    prompt_configure("aldest=", 3),
-    prompt_configure("catab1=", 4),
-    prompt_configure("catab3=", 5),
-    prompt_configure("save", 6),
-    prompt(&JobState::boolAlarmtest, &JobState::byteISDN_Fern_Alarmtest_Counter, "Alarm", 2),
-    // The device may drop the line before its prompt is through.
-    prompt(&JobState::boolAlarmtest, &JobState::byteISDN_Fern_Alarmtest_Counter, "quit", 3, ""),
-    prompt(&JobState::boolAlarm_deaktivieren, &JobState::byteISDN_Fern_Alarm_aus_Counter, "catab1=-", 2),
-    prompt(&JobState::boolAlarm_deaktivieren, &JobState::byteISDN_Fern_Alarm_aus_Counter, "save", 3),
-};
-
 } // namespace
 } // namespace dialogues
 
-constexpr Family isdn_family{"ISDN", dialogues::jobs, dialogues::replies};
+constexpr Family isdn_family{.name = "ISDN", .jobs = dialogues::jobs};
 
 } // namespace telvox

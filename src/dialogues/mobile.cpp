@@ -10,79 +10,54 @@ constexpr std::size_t imei_at = 6, imei_digits = 15; // "IMEI: 123456789012345"
 
 } // namespace
 
-bool show_no_pin(Desk &desk, const Found &) {
-    desk.frmGSM_Status.tboPIN_hinterlegt.text = "nein";
+bool take_pin_lock(const JobContext &c, const Found &found) {
+    c.findings.pin_stored = found.all.find("inactive") == std::string_view::npos;
     return true;
 }
 
-bool show_pin(Desk &desk, const Found &) {
-    desk.frmGSM_Status.tboPIN_hinterlegt.text = "ja";
-    return true;
-}
-
-bool take_sim_state(Desk &desk, const Found &found) {
+bool take_sim_state(const JobContext &c, const Found &found) {
     struct State {
         std::string_view reply;
-        const char *shown;
+        SimState state;
     };
     constexpr State states[] = {
-        {"READY", "PIN korrekt"}, {"SIM PIN", "PIN falsch"}, {"SIM PUK", "PUK eingeben"}};
-    for (const State &state : states) {
-        if (found.text.find(state.reply) != std::string_view::npos) {
-            desk.frmGSM_Status.tboStatus.text = state.shown;
+        {"READY", SimState::ready}, {"SIM PIN", SimState::needs_pin}, {"SIM PUK", SimState::needs_puk}};
+    for (const auto &[reply, state] : states) {
+        if (found.text.find(reply) != std::string_view::npos) {
+            c.findings.sim = state;
             return true;
         }
     }
     return false;
 }
 
-bool take_registration(Desk &desk, const Found &found) {
+bool take_registration(const JobContext &c, const Found &found) {
     constexpr std::size_t status_at = 9; // "+CREG: 0,1"
     if (found.text.size() <= status_at)
         return false;
-    const auto shown = [](char status) {
-        switch (status) {
-        case '0':
-            return "nicht eingebucht, keine Suche nach Netz";
-        case '1':
-            return "eingebucht beim Standard Betreiber";
-        case '2':
-            return "nicht eingebucht, Suche nach GSM Netz";
-        case '3':
-            return "abgewiesen";
-        case '5':
-            return "eingebucht, roaming";
-        default:
-            return "unbekannt";
-        }
-    };
-    desk.frmGSM_Status.tboReg_zustand.text = shown(found.text[status_at]);
+    c.findings.registration = found.text[status_at];
     return true;
 }
 
-bool take_refusal(Desk &desk, const Found &found) {
+bool take_refusal(const JobContext &c, const Found &found) {
     if (found.text.find_first_of("\r\n") == std::string_view::npos)
         return false;
-    desk.frmGSM_Status.tboReg_zustand.text = "unbekannt";
+    c.findings.registration = '?';
     return true;
 }
 
-bool take_signal(Desk &desk, const Found &found) {
-    const auto value = parse_signal(found.text);
-    if (!value)
+bool take_signal(const JobContext &c, const Found &found) {
+    c.findings.signal = parse_signal(found.text);
+    return c.findings.signal.has_value();
+}
+
+bool take_imei(const JobContext &c, const Found &found) {
+    if (!whole_imei(c, found))
         return false;
-    desk.frmGSM_Status.show_signal(*value);
+    c.findings.imei = from_line(found.text.substr(imei_at, imei_digits));
     return true;
 }
 
-bool take_imei(Desk &desk, const Found &found) {
-    if (!whole_imei(desk, found))
-        return false;
-    desk.frmGSM_Status.tboIMEI.text =
-        desk.frmGSM_Status.tboIMEI.filtered(from_line(found.text.substr(imei_at, imei_digits)));
-    return true;
-}
-
-bool whole_imei(Desk &, const Found &found) { return found.text.size() >= imei_at + imei_digits; }
+bool whole_imei(const JobContext &, const Found &found) { return found.text.size() >= imei_at + imei_digits; }
 
 } // namespace telvox::dialogues

@@ -11,6 +11,9 @@ namespace telvox::dialogues {
 /// it.
 [[nodiscard]] std::optional<int> parse_signal(std::string_view text);
 
+/// The digit of a code; -1 where there is none.
+[[nodiscard]] constexpr int code_number(char code) { return code >= '0' && code <= '9' ? code - '0' : -1; }
+
 /// A labelled line of an answer to a read command: "PPPUSER: anna".
 struct Labelled {
     std::string_view line; ///< from the label to its carriage return

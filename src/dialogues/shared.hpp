@@ -2,7 +2,6 @@
 
 #include "core/text.hpp"
 #include "sequencer/step.hpp"
-#include "ui/desk.hpp"
 
 #include <chrono>
 #include <string>
@@ -12,20 +11,16 @@ namespace telvox::dialogues {
 
 using namespace std::chrono_literals;
 
-inline bool remote(const Desk &desk) { return desk.remote(); }
-inline bool direct(const Desk &desk) { return !desk.remote(); }
-inline bool by_sms(const Desk &desk) { return desk.frmModem.optSMS.value; }
+inline bool remote(const JobContext &c) { return c.values.remote; }
 
 /// The alarm text as the device gets it.
-inline std::string alarm_text(const Desk &desk) {
-    return func_Text_prüfen(desk.frmModem.tboAlarmmeldung.text);
+inline std::string alarm_text(const JobContext &c) { return func_Text_prüfen(c.values.alarm_text); }
+/// A value as it was entered.
+template <auto Value> std::string value(const JobContext &c) { return c.values.*Value; }
+inline std::string service_number_outside(const JobContext &c) {
+    return c.values.outside_line + c.values.service_number;
 }
-inline std::string receiver(const Desk &desk) { return desk.frmModem.tboRufnummer_Empfaenger.text; }
-inline std::string service_number(const Desk &desk) { return desk.frmModem.tboService_Center.text; }
-/// The prefix that gets an outside line, where the installation needs one.
-inline std::string outside_line(const Desk &desk) {
-    return desk.frmModem.chkAmt.value ? desk.frmModem.tboAmt.text : std::string();
-}
+inline std::string receiver_outside(const JobContext &c) { return c.values.outside_line + c.values.receiver; }
 /// Whether a protocol code of the service-number list is one that the devices know: "M0" to "M6".
 inline bool valid_protocol(const std::string &code) {
     return code.size() == 2 && code[0] == 'M' && code[1] >= '0' && code[1] < '7';
@@ -56,52 +51,74 @@ inline constexpr const char *check_line =
     "Gerät mit Spannung versorgt wird.";
 
 /// The report that has both lines, for a step that ends its job with it.
-inline std::string no_connection_check(const Desk &) { return std::string(no_connection).append(check_line); }
+inline std::string no_connection_check(const JobContext &) {
+    return std::string(no_connection).append(check_line);
+}
 
-/// Sends one command that the device does not answer, and goes on with the next step.
-constexpr Step command(Counter number, const char *status, RowText send, milliseconds wait = {}) {
-    return {.number = number,
-            .status = status,
+/// A command that changes the device, and that it does not answer.
+constexpr Step tell(RowText send, RowText status = {}, milliseconds wait = {}) {
+    return {.status = status, .send = send, .wait = wait, .changes_device = true};
+}
+/// The same without a change.
+constexpr Step say(RowText send, RowText status = {}, milliseconds wait = {}) {
+    return {.status = status, .send = send, .wait = wait};
+}
+/// A command, the time for its answer, how a missing one is reported, the answer, and the time from it to the
+/// next step.
+constexpr Step ask(RowText send, RowText status, milliseconds wait, FlagOf awaits, Answer answer,
+                   milliseconds after = 100ms, Answer or_that = {}) {
+    return {.status = status,
             .send = send,
             .wait = wait,
-            .next = static_cast<Counter>(number + 1)};
+            .awaits = awaits,
+            .answers = {answer, or_that},
+            .after = after};
 }
+/// The answer to it tells of a change.
+constexpr Step changing(Step step) {
+    step.changes_device = true;
+    return step;
+}
+/// The value that the command sends is a secret.
+constexpr Step secret(Step step) {
+    step.secrets = step.send.fixed();
+    return step;
+}
+constexpr Step when(bool (*condition)(const JobContext &), Step step) {
+    step.when = condition;
+    return step;
+}
+/// The last step of a job that went well.
+constexpr Step finish(RowText message = {}, End end = End::drop) { return {.end = end, .message = message}; }
+/// Likewise of one that ran in a call.
+constexpr Step finish_call(RowText message) { return finish(message, End::hang_up); }
 
 /// Leaves the device's remote configuration mode. By then the work is done, and the device itself may have
 /// hung up.
-constexpr Step leave_remote(Counter number, const char *command) {
-    return {.number = number,
-            .when = remote,
-            .status = leaving_remote,
-            .send = command,
-            .on_fall = OnFall::skipped,
-            .next = static_cast<Counter>(number + 1)};
+constexpr Step leave_remote(const char *command, OnFall on_fall = OnFall::skipped) {
+    Step step = when(remote, say(command, leaving_remote));
+    step.on_fall = on_fall;
+    return step;
+}
+/// The end of a job that runs in both connection ways.
+constexpr std::array<Step, 3> leave_and_finish(const Step &leave, const char *message) {
+    return {leave, finish(message), finish_call(message)};
 }
 
 /// First step of a job that only needs the device to be there.
-constexpr Step device_check(const char *command, FlagOf flag) {
-    return {.number = 1, .send = command, .wait = 4s, .awaits = flag};
+constexpr Step device_check(const char *command, FlagOf flag, const char *answer) {
+    return ask(command, {}, 4s, flag, {answer});
 }
 
 /// Steps that the fixed-line variants' configuration over "AT" commands has in common: the text goes to the
 /// device's prompt, and everything is saved and checked at the end.
-constexpr Step ask_for_text_prompt(milliseconds wait) {
-    return {.number = 1,
-            .status = "Übertragung des Alarmtextes",
-            .send = "AT*V",
-            .wait = wait,
-            .awaits = &JobState::boolKommunikations_Fehler31};
-}
-inline constexpr Step give_text = {
-    .number = 2, .status = "Übertragung des Alarmtextes", .send = alarm_text, .next = 3};
-inline constexpr Step save_configuration = {
-    .number = 6, .status = "Konfiguration wird gespeichert", .send = "AT&W", .next = 7};
-constexpr Step check_configuration(const char *command) {
-    return {.number = 7,
-            .status = "Verbindungsüberprüfung läuft...",
-            .send = command,
-            .wait = 4s,
-            .awaits = &JobState::boolKommunikations_Fehler32};
+inline constexpr const char *giving_text = "Übertragung des Alarmtextes";
+inline constexpr const char *text_prompt = "NEW ALARM TEXT: ";
+inline constexpr Step give_text = tell(alarm_text, giving_text);
+inline constexpr Step save_configuration = tell("AT&W", "Konfiguration wird gespeichert");
+constexpr Step check_configuration(const char *command, const char *answer) {
+    return ask(command, "Verbindungsüberprüfung läuft...", 4s, &JobState::boolKommunikations_Fehler32,
+               {answer});
 }
 
 /// The carrier of the dialled call came up.
@@ -126,47 +143,53 @@ inline constexpr Move start_jobs[] = {
     {&JobState::boolAlarm_deaktivieren, &JobState::byteAlarm_aus_Counter, 1},
 };
 
-/// Steps in which the password is typed, one character per tick, and ended by a carriage return. The device
-/// drops characters that come faster.
-inline bool password_left(const Desk &desk) {
-    return desk.jobs.bytePasswort_Counter < length(desk.frmModem.tboPasswort.text);
+/// The password is typed, one character per tick, and ended by a carriage return: the device drops characters
+/// that come faster. What it then says starts the job.
+constexpr std::array<Step, 2> type_password(Answer answer, std::span<const Move> jobs, milliseconds after) {
+    constexpr const char *checking_password = "Passwort Überprüfung...";
+    constexpr auto count = [](const JobContext &c) { ++c.jobs.bytePasswort_Counter; };
+    return {
+        {{.when = [](const JobContext &c) { return c.jobs.bytePasswort_Counter < length(c.values.password); },
+          .status = checking_password,
+          .act = count,
+          .send =
+              [](const JobContext &c) {
+                  return character_at(c.values.password, c.jobs.bytePasswort_Counter - 1u);
+              },
+          .as = Write::raw,
+          .again = true,
+          .times = [](const JobContext &c) { return length(c.values.password); }},
+         {.status = checking_password,
+          .act = count,
+          .send = "\r",
+          .as = Write::raw,
+          .wait = 8s,
+          .awaits = &JobState::boolPasswort_Fehler,
+          .answers = {answer},
+          .after = after,
+          .starts = jobs}}};
 }
-constexpr Step type_password(Counter number) {
-    return {.number = number,
-            .when = password_left,
-            .status = "Passwort Überprüfung...",
-            .act = [](Desk &d) { ++d.jobs.bytePasswort_Counter; },
-            .send =
-                [](const Desk &d) {
-                    return character_at(d.frmModem.tboPasswort.text, d.jobs.bytePasswort_Counter - 1u);
-                },
+
+/// What begins the remote configuration, and the answer to it.
+constexpr Step knock(const char *characters, const char *answer, std::span<const Move> jobs = {}) {
+    return {.status = "Einleiten der Fernkonfiguration",
+            .send = characters,
             .as = Write::raw,
-            .times = [](const Desk &d) { return length(d.frmModem.tboPasswort.text); },
-            .next = number};
+            .wait = 11s,
+            .awaits = &JobState::boolAntwort_Fehler,
+            .answers = {{{answer}}},
+            .after = 1100ms,
+            .starts = jobs};
 }
-constexpr Step end_password(Counter number) {
-    return {.number = number,
-            .status = "Passwort Überprüfung...",
-            .act = [](Desk &d) { ++d.jobs.bytePasswort_Counter; },
-            .send = "\r",
-            .as = Write::raw,
-            .wait = 8s,
-            .awaits = &JobState::boolPasswort_Fehler};
+/// Dials; the carrier leads on.
+constexpr Step dial_number(RowText number) {
+    return {.status = "Anwahl", .send = number, .wait = 60s, .awaits = &JobState::boolAnwahl_Fehler};
 }
 
 /// The mobile variants' remote set-up: the number is dialled as it stands, and there is no password.
-inline constexpr Step mobile_dial[] = {
-    {.number = 1,
-     .status = "Anwahl",
-     .send = [](const Desk &d) { return "ATX3D" + d.frmModem.tboRufnummer_Modem.text; },
-     .wait = 60s,
-     .awaits = &JobState::boolAnwahl_Fehler},
-    {.number = 2,
-     .status = "Einleiten der Fernkonfiguration",
-     .send = "***",
-     .as = Write::raw,
-     .wait = 11s,
-     .awaits = &JobState::boolAntwort_Fehler},
-};
+constexpr auto mobile_dial(std::span<const Move> jobs) {
+    return table(dial_number({"ATX3D", value<&JobValues::number>}),
+                 knock("***", "REMOTE CONFIGURATION MODE", jobs));
+}
 
 } // namespace telvox::dialogues

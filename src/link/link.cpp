@@ -4,10 +4,7 @@
 
 namespace telvox {
 
-void Link::prz_Daten_senden(std::string_view strDaten) {
-    last_command = strDaten;
-    comSeriell.Output(to_line(strDaten) + '\r');
-}
+void Link::prz_Daten_senden(std::string_view strDaten) { comSeriell.Output(to_line(strDaten) + '\r'); }
 
 void Link::send_raw(std::string_view text) { comSeriell.Output(to_line(text)); }
 

@@ -8,7 +8,7 @@
 
 namespace telvox {
 
-/// The line to the device or to the local modem: the port `comSeriell`, what came in, and the last line sent.
+/// The line to the device or to the local modem: the port `comSeriell`, and what came in.
 class Link {
   public:
     explicit Link(SerialPort &port) : comSeriell(port) {}
@@ -21,8 +21,6 @@ class Link {
 
     SerialPort &comSeriell;
     ReceiveBuffer strCOM_Eingang;
-    std::string
-        last_command; ///< text of the last command line; the ISDN text interface's prompt names no command
 };
 
 } // namespace telvox

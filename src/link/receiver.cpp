@@ -1,9 +1,13 @@
 #include "link/receiver.hpp"
 
+#include <algorithm>
+#include <utility>
+
 namespace telvox {
 
 void Receiver::begin() {
     clear();
+    awaited_ = {};
     recognised_ = false;
 }
 
@@ -12,47 +16,78 @@ void Receiver::clear() {
     acted_ = 0;
 }
 
-void Receiver::handle(CommEvent event, std::span<const Reply> rows) {
+void Receiver::await(const Awaited &awaited) {
+    if (awaited_.flag)
+        job_.jobs.*awaited_.flag = false;
+    awaited_ = awaited;
+    if (awaited_.flag)
+        job_.jobs.*awaited_.flag = true;
+}
+
+bool Receiver::handle(CommEvent event, std::span<const Reply> rows) {
     if (event == CommEvent::data)
         link_.strCOM_Eingang.append(link_.comSeriell.Input());
     const bool data = event == CommEvent::data;
-    if (jobs_ == JobState{} || jobs_.byteAuflege_Counter != 0 || (data && jobs_.line_dropped))
-        return;
+    if (job_.jobs == JobState{} || job_.jobs.byteAuflege_Counter != 0 || (data && job_.jobs.line_dropped))
+        return false;
+    bool acted = data && answered();
     std::uint64_t bit = 1;
     for (const Reply &row : rows) {
         if ((!data || (acted_ & bit) == 0) && holds(row, event)) {
             apply(row);
             acted_ |= bit;
+            acted = true;
         }
         bit <<= 1;
     }
+    recognised_ |= data && acted;
+    return acted;
+}
+
+bool Receiver::answered() {
+    const auto holds_one = [this](const Answer &answer) {
+        return answer.contains && holds(answer.contains, answer.take);
+    };
+    if (std::none_of(awaited_.answers.begin(), awaited_.answers.end(), holds_one))
+        return false;
+    const Awaited awaited = std::exchange(awaited_, {});
+    JobState &jobs = job_.jobs;
+    if (awaited.flag)
+        jobs.*awaited.flag = false;
+    jobs.byteGPRS_Leseschritt = 0;
+    jobs.*awaited.counter = awaited.becomes;
+    for (const Move &move : awaited.moves)
+        if (jobs.*move.when)
+            jobs.*move.counter = move.becomes;
+    if (awaited.restart.count() > 0)
+        timer_.restart(awaited.restart);
+    return true;
+}
+
+bool Receiver::holds(const char *contains, Take take) {
+    ReceiveBuffer &buffer = link_.strCOM_Eingang;
+    const std::size_t start = buffer.find(contains);
+    return start != ReceiveBuffer::npos &&
+           (!take || take(job_, {buffer.text().substr(start), start, buffer.text()}));
 }
 
 bool Receiver::holds(const Reply &row, CommEvent event) {
-    if (row.event != event || (row.awaited && !(jobs_.*row.awaited)) ||
-        (row.during && !(jobs_.*row.during)) || (row.at.counter && jobs_.*row.at.counter != row.at.value) ||
-        link_.last_command.find(row.after) == std::string::npos || (row.when && !row.when(desk_)))
-        return false;
-    ReceiveBuffer &buffer = link_.strCOM_Eingang;
-    const std::size_t start = buffer.find(row.contains);
-    if (start == ReceiveBuffer::npos || !buffer.contains(row.also))
-        return false;
-    return !row.take || row.take(desk_, {buffer.text().substr(start), start, buffer.text()});
+    const JobState &jobs = job_.jobs;
+    return row.event == event && (!row.awaited || jobs.*row.awaited) && (!row.during || jobs.*row.during) &&
+           (!row.at.counter || jobs.*row.at.counter == row.at.value) && (!row.when || row.when(job_)) &&
+           holds(row.contains, row.take);
 }
 
 void Receiver::apply(const Reply &row) {
-    recognised_ |= row.event == CommEvent::data;
+    JobState &jobs = job_.jobs;
     if (row.awaited)
-        jobs_.*row.awaited = false;
+        jobs.*row.awaited = false;
     if (row.clears)
-        jobs_.*row.clears = false;
+        jobs.*row.clears = false;
     if (row.sets)
-        jobs_.*row.sets = true;
+        jobs.*row.sets = true;
     if (row.counter)
-        jobs_.*row.counter = row.becomes;
-    for (const Move &move : row.moves)
-        if (!move.when || jobs_.*move.when)
-            jobs_.*move.counter = move.becomes;
+        jobs.*row.counter = row.becomes;
     if (row.restart.count() > 0)
         timer_.restart(row.restart);
 }

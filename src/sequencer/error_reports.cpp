@@ -2,12 +2,13 @@
 
 namespace telvox {
 
-std::optional<ErrorReport> due_report(const Reports &reports, const JobState &jobs, Session &session,
-                                      ModemType type, bool remote) {
+std::optional<ErrorReport> due_report(const Reports &reports, const JobContext &job) {
+    const auto &[jobs, session, values, findings] = job;
     for (const ReportRow &row : reports.rows) {
-        if (!(jobs.*row.flag) || (row.only && *row.only != type))
+        if (!(jobs.*row.flag) || (row.only && *row.only != values.type))
             continue;
-        const bool check = row.check == CheckLine::always || (row.check == CheckLine::direct && !remote);
+        const bool check =
+            row.check == CheckLine::always || (row.check == CheckLine::direct && !values.remote);
         return ErrorReport{row.line, std::string(row.text) + (check ? reports.check_line : "")};
     }
     if (jobs.byteGPRS_Leseschritt == 0)

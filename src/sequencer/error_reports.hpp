@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/job_values.hpp"
 
 #include <optional>
 #include <span>
@@ -38,7 +38,6 @@ struct Reports {
 /// The report that is due: of the armed flags that a tick still finds set, the first in the rows' order. A
 /// read command whose reply is outstanding is reported by its number, which is left in
 /// `byteISDN_Anschlussart`.
-[[nodiscard]] std::optional<ErrorReport> due_report(const Reports &reports, const JobState &jobs,
-                                                    Session &session, ModemType type, bool remote);
+[[nodiscard]] std::optional<ErrorReport> due_report(const Reports &reports, const JobContext &job);
 
 } // namespace telvox

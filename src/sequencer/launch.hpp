@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/job_values.hpp"
 
 #include <span>
 #include <string>
@@ -30,9 +30,10 @@ struct Launch {
     CounterOf counter = nullptr;        ///< counter set to 1
     bool raise_dtr = true;              ///< false leaves DTR as the line has it
     bool cable_only = false;            ///< goes over the device's cable whatever the connection way
-    /// Format of the line; none: that of the connection way.
-    std::string (*settings)(const Desk &) = nullptr;
-    /// Takes the job's values over. Runs when the start is certain: the port is open.
+    /// The device is spoken to in the format that the serial settings dialog shows for it, which is the
+    /// session's from then on.
+    bool as_shown = false;
+    /// Locks windows, and empties the fields that the job fills. Runs when the start is certain.
     void (*prepare)(Desk &) = nullptr;
 };
 

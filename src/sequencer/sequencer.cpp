@@ -15,13 +15,13 @@ constexpr const char *no_such_function =
 
 /// What the waits of a table add up to. A row without one keeps the interval that stands: that of a row
 /// above, or what a reply left.
-milliseconds prescribed_time(const Job &job, const Desk &desk) {
+milliseconds prescribed_time(const Job &job, const JobContext &context) {
     constexpr milliseconds left_by_a_reply{1200};
     milliseconds sum{0}, standing = left_by_a_reply;
     for (const Step &step : job.steps) {
         if (step.wait.count() > 0)
             standing = std::max(left_by_a_reply, step.wait);
-        sum += standing * static_cast<long>(step.times ? step.times(desk) : 1);
+        sum += standing * static_cast<long>(step.times ? step.times(context) : 1);
     }
     return sum;
 }
@@ -51,11 +51,16 @@ bool Sequencer::ready(const Launch &launch) {
 bool Sequencer::start(const Launch &launch, const Button &by) {
     if (!ready(launch))
         return false;
-    c_.jobs.cable_only = launch.cable_only;
-    if (!open_port(launch, by)) {
-        c_.jobs = {};
+    JobValues values = c_.panel.values();
+    values.remote = values.remote && !launch.cable_only;
+    if (launch.as_shown)
+        values.strCOMparameter_direkt = values.strCOMparameter_momentan;
+    if (!open_port(values, by))
         return false;
-    }
+    c_.values = std::move(values);
+    c_.findings = {};
+    if (launch.as_shown)
+        c_.session.strCOMparameter_direkt = c_.values.strCOMparameter_direkt;
     if (launch.raise_dtr)
         c_.link.comSeriell.DTREnable(true);
     if (launch.prepare)
@@ -65,7 +70,6 @@ bool Sequencer::start(const Launch &launch, const Button &by) {
     c_.jobs.*launch.counter = 1;
     c_.jobs.running = true;
     c_.panel.prz_Eingaben_deaktivieren();
-    c_.link.last_command.clear();
     receiver_.begin();
     c_.started(by);
     end_ = {.by = &by, .outcome = Outcome::failed, .said = {}};
@@ -80,19 +84,18 @@ bool Sequencer::start(const Launch &launch, const Button &by) {
     return true;
 }
 
-bool Sequencer::open_port(const Launch &launch, const Button &by) {
+bool Sequencer::open_port(const JobValues &values, const Button &by) {
     SerialPort &port = c_.link.comSeriell;
     if (!port.PortOpen()) {
-        const int number = func_Port_Auswahl(c_.panel.selected_port(), c_.outbox);
+        const int number =
+            func_Port_Auswahl(values.remote ? values.modem_port : values.cable_port, c_.outbox);
         if (number == 0)
             return false;
         port.CommPort(number);
     }
-    const bool remote = c_.panel.remote();
-    const std::string settings = launch.settings ? launch.settings(c_.desk)
-                                 : remote        ? c_.session.strCOMparameter_fern
-                                                 : c_.session.strCOMparameter_direkt;
-    port.Settings(parse_format(settings).value_or(*parse_format(remote ? default_fern : default_direkt)));
+    const auto format =
+        parse_format(values.remote ? values.strCOMparameter_fern : values.strCOMparameter_direkt);
+    port.Settings(format.value_or(*parse_format(values.remote ? default_fern : default_direkt)));
     if (port.PortOpen())
         return true;
     const std::string cause = port.PortOpen(true);
@@ -110,8 +113,7 @@ bool Sequencer::open_port(const Launch &launch, const Button &by) {
 void Sequencer::Timer1_Timer() {
     note_rejection();
     receiver_.clear();
-    if (const auto report =
-            due_report(c_.reports, c_.jobs, c_.session, c_.panel.modem_type(), c_.panel.remote()))
+    if (const auto report = due_report(c_.reports, job_))
         fail(report->line, {.text = report->text + hint_at_wrong_device()});
     else if (stalled())
         fail(LineEnd::by_mode, {.text = no_such_function});
@@ -120,10 +122,10 @@ void Sequencer::Timer1_Timer() {
 }
 
 std::string Sequencer::hint_at_wrong_device() const {
-    if (receiver_.recognised() || !heard_ || c_.panel.remote())
+    if (receiver_.recognised() || !heard_ || c_.values.remote)
         return {};
     return std::string("\r\rEs hat ein Gerät geantwortet, aber nicht wie ein Telvox-A ") +
-           c_.families(c_.desk).name + ". 'Erkennen' stellt den Typ fest.";
+           c_.families(job_).name + ". 'Erkennen' stellt den Typ fest.";
 }
 
 bool Sequencer::stalled() const {
@@ -140,7 +142,7 @@ void Sequencer::note_rejection() {
 }
 
 void Sequencer::run_jobs() {
-    const Family &family = c_.families(c_.desk);
+    const Family &family = c_.families(job_);
     for (const CounterOf counter : job_counters) {
         const Counter number = c_.jobs.*counter;
         if (number == 0 || c_.jobs.byteAuflege_Counter != 0)
@@ -149,7 +151,7 @@ void Sequencer::run_jobs() {
                                       [counter](const Job &j) { return j.counter == counter; });
         const auto steps = job != family.jobs.end() ? job->steps : std::span<const Step>{};
         const auto step = std::find_if(steps.begin(), steps.end(), [&](const Step &s) {
-            return s.number == number && (!s.when || s.when(c_.desk));
+            return s.number == number && (!s.when || s.when(job_));
         });
         if (step == steps.end())
             return fail(LineEnd::by_mode, {.text = no_such_function});
@@ -164,7 +166,7 @@ void Sequencer::allow_time_for(const Job &job) {
     if (std::find(timed_.begin(), timed_.end(), job.counter) != timed_.end())
         return;
     timed_.push_back(job.counter);
-    allowed_ += prescribed_time(job, c_.desk);
+    allowed_ += prescribed_time(job, job_);
 }
 
 void Sequencer::run(const Step &step, const Job &job) {
@@ -173,7 +175,7 @@ void Sequencer::run(const Step &step, const Job &job) {
     const bool skipped = step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::skipped;
     if (!skipped)
         send(step, job);
-    c_.jobs.*job.counter = step.next;
+    c_.jobs.*job.counter = skipped ? step.next : step.otherwise;
     if (skipped)
         c_.timer.restart(idle_period);
     else if (step.wait.count() > 0)
@@ -184,41 +186,42 @@ void Sequencer::run(const Step &step, const Job &job) {
 
 void Sequencer::send(const Step &step, const Job &job) {
     if (step.status.given())
-        c_.panel.status(step.status(c_.desk));
-    if (step.act)
-        step.act(c_.desk);
-    if (step.sets)
-        c_.jobs.*step.sets = true;
-    if (step.clears)
-        c_.jobs.*step.clears = false;
+        c_.panel.status(step.status(job_));
+    if (step.act) {
+        step.act(job_);
+        c_.panel.show(c_.findings);
+    }
     c_.jobs.byteGPRS_Leseschritt = step.reads;
     if (step.format.given()) {
         c_.link.comSeriell.drain(drain_limit);
-        if (const auto format = parse_format(step.format(c_.desk)))
+        if (const auto format = parse_format(step.format(job_)))
             c_.link.comSeriell.Settings(*format);
     }
     progress_ = {.step = step.number, .steps = job.steps.back().number, .wait = step.wait};
     step_began_ = c_.timer.now();
     if (step.send.given()) {
-        const std::string text = step.send(c_.desk);
+        const std::string text = step.send(job_);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
+        changed_device_ |= step.changes_device;
         // The set-up speaks to the local modem, and an alarm text may itself be what is looked for.
-        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter) {
-            changed_device_ |= c_.changes_device(text);
-            if (text != "ERROR" && !c_.families(c_.desk).guesses)
-                under_ = step.status.given() ? step.status(c_.desk) : text.substr(0, text.find('='));
-        }
+        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter && text != "ERROR" &&
+            !c_.families(job_).guesses)
+            under_ = step.status.given() ? step.status(job_) : text.substr(0, text.find('='));
     }
-    if (step.awaits)
-        c_.jobs.*step.awaits = true;
+    receiver_.await({.answers = step.answers,
+                     .flag = step.awaits,
+                     .counter = job.counter,
+                     .becomes = step.next,
+                     .moves = step.starts,
+                     .restart = step.after});
 }
 
 void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
-        return fail(LineEnd::by_mode, {.text = step.message(c_.desk)});
+        return fail(LineEnd::by_mode, {.text = step.message(job_)});
     // A query has no message; what its fields show says it all.
     const bool tells = step.message.given(), objected = tells && !rejected_.empty();
-    Message message{.text = tells ? step.message(c_.desk) : ""};
+    Message message{.text = tells ? step.message(job_) : ""};
     if (objected) {
         message.icon = Icon::exclamation;
         message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
@@ -267,7 +270,7 @@ void Sequencer::fail(LineEnd line, Message message) {
 }
 
 void Sequencer::finish(LineEnd line) {
-    const bool hang_up = line == LineEnd::hang_up || (line == LineEnd::by_mode && c_.panel.remote());
+    const bool hang_up = line == LineEnd::hang_up || (line == LineEnd::by_mode && c_.values.remote);
     if (!hang_up)
         close_port();
     c_.timer.Enabled(false);
@@ -322,8 +325,11 @@ void Sequencer::close_port() {
 
 void Sequencer::comSeriell_OnComm(CommEvent event) {
     heard_ |= event == CommEvent::data;
-    if (event != CommEvent::lost)
-        return receiver_.handle(event, c_.families(c_.desk).replies);
+    if (event != CommEvent::lost) {
+        if (receiver_.handle(event, c_.families(job_).replies))
+            c_.panel.show(c_.findings);
+        return;
+    }
     // Once a hang-up runs the job's end has been reported, and a line without its port is down anyway.
     if (!busy() || c_.jobs.byteAuflege_Counter != 0)
         return finish(LineEnd::drop);

@@ -24,24 +24,26 @@ class Sequencer {
   public:
     /// Everything that the sequencer works on; all of it outlives the sequencer.
     struct Context {
-        Desk &desk;
+        Desk &desk; ///< for the checks of a launch and what it prepares
         Panel &panel;
         JobState &jobs;
         Session &session;
+        JobValues &values;
+        Findings &findings;
         Link &link;
         Timer &timer;
         Outbox &outbox;
         Families families;
         const Reports &reports;
-        /// Whether a command line changes something in a device.
-        bool (*changes_device)(std::string_view command);
         /// Take the beginning of each job, and the end of each that began.
         std::function<void(const Button &)> started;
         std::function<void(JobEnd)> ended;
     };
 
     explicit Sequencer(const Context &context)
-        : c_(context), receiver_(context.desk, context.jobs, context.link, context.timer) {}
+        : c_(context),
+          job_{context.jobs, context.session, context.values, context.findings},
+          receiver_(job_, context.link, context.timer) {}
 
     /// A counter, job flag, armed flag, read step or hang-up is active.
     [[nodiscard]] bool busy() const { return c_.jobs != JobState{}; }
@@ -50,8 +52,9 @@ class Sequencer {
     bool ready(const Launch &launch);
 
     /// The one start of every job, by this button. If it is ready: the port opened if it is closed, its
-    /// format applied, DTR raised, the values taken over, flag and counter set, the inputs locked, the timer
-    /// on. Returns whether the job runs; if not, nothing has changed. A port that cannot be opened ends it.
+    /// format applied, DTR raised, the windows' values copied, flag and counter set, the inputs locked, the
+    /// timer on. Returns whether the job runs; if not, nothing has changed. A port that cannot be opened ends
+    /// it.
     bool start(const Launch &launch, const Button &by);
 
     /// One period of `Timer1`: empties the receive buffer, reports an armed flag that is still set, runs the
@@ -88,7 +91,7 @@ class Sequencer {
     /// A job may take this many times the waits of its tables, whatever the device answers.
     static constexpr int patience = 5;
 
-    bool open_port(const Launch &launch, const Button &by);
+    bool open_port(const JobValues &values, const Button &by);
     void run_jobs();
     void run(const Step &step, const Job &job);
     void send(const Step &step, const Job &job);
@@ -104,6 +107,7 @@ class Sequencer {
     void tell_end();
 
     Context c_;
+    const JobContext job_;
     Receiver receiver_;
     milliseconds started_{0};
     milliseconds allowed_{0};      ///< waits of the tables that have run so far

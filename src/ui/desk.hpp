@@ -3,10 +3,10 @@
 #include "core/file_dialogs.hpp"
 #include "core/files/remembered.hpp"
 #include "core/files/settings_file.hpp"
+#include "core/job_values.hpp"
 #include "core/messages.hpp"
 #include "core/observer.hpp"
 #include "core/port_scan.hpp"
-#include "core/session.hpp"
 #include "sequencer/panel.hpp"
 #include "ui/frm_about.hpp"
 #include "ui/frm_einstellungen.hpp"
@@ -24,9 +24,11 @@
 
 namespace telvox {
 
-/// Everything that a dialogue reads and writes: the running job, the session, and the windows' fields.
+/// The running job, the session, and the windows' fields.
 struct Desk final : Panel {
     JobState jobs;
+    JobValues job_values; ///< of the last job that was started
+    Findings findings;    ///< its
     Session session;
     Outbox outbox;
     FileQuestions files;
@@ -75,21 +77,10 @@ struct Desk final : Panel {
     Observers observers;
 
     /// What no record may show: PIN, passwords and keys, as entered and as a job sends them.
-    [[nodiscard]] std::vector<std::string> secrets() const {
-        std::vector<std::string> all{session.strPIN, session.gprs.password, session.ipt.password,
-                                     session.ipt.fixed_key, session.ipt.challenge_key};
-        for (const TextBox *box : secret_boxes_)
-            all.push_back(box->text);
-        return all;
-    }
+    [[nodiscard]] std::vector<std::string> secrets() const;
 
-    [[nodiscard]] ModemType modem_type() const override { return frmModem.modem_type(); }
-    [[nodiscard]] bool remote() const override {
-        return frmModem.optFernverbindung.value && !jobs.cable_only;
-    }
-    [[nodiscard]] std::string selected_port() const override {
-        return remote() ? frmModem.cobModem_Port.text : frmModem.cobSchnittstelle.text;
-    }
+    [[nodiscard]] JobValues values() const override;
+    void show(const Findings &found) override;
     void status(std::string_view text) override {
         if (frmModem.StatusBar.text != text)
             observers.tell(&Observer::status, text);

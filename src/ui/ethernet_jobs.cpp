@@ -49,20 +49,10 @@ constexpr Check mac_address[] = {
      .otherwise = "Bitte geben Sie eine gültige MAC-Adresse ein.\rBeispiel: 00-05-B6-00-1C-04",
      .field = [](Desk &d) -> Control * { return &d.frmIPoEthernet.tboMAC_Adresse2; }}};
 
-constexpr Launch set_address = {.checks = address_checks,
-                                .counter = &JobState::byteEthernet_IP_Counter,
-                                .cable_only = true,
-                                .prepare = [](Desk &d) {
-                                    d.session.str_IP = d.frmEthernet.tboIP.text;
-                                    d.session.str_Port = d.frmEthernet.tboPort.text;
-                                }};
-constexpr Launch set_gateway = {.checks = gateway_checks,
-                                .counter = &JobState::byteEthernet_Gateway_Counter,
-                                .cable_only = true,
-                                .prepare = [](Desk &d) {
-                                    d.session.str_Gateway = d.frmGateway.tboGateway.text;
-                                    d.session.str_Netzmaske = d.frmGateway.tboNetzmaske.text;
-                                }};
+constexpr Launch set_address = {
+    .checks = address_checks, .counter = &JobState::byteEthernet_IP_Counter, .cable_only = true};
+constexpr Launch set_gateway = {
+    .checks = gateway_checks, .counter = &JobState::byteEthernet_Gateway_Counter, .cable_only = true};
 
 constexpr const char *reached = "Verbindungsaufbau erfolgreich!";
 constexpr const char *unreached_at_present = "Gerät konnte unter der momentanen IP nicht erreicht werden.";

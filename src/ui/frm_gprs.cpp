@@ -27,6 +27,11 @@ int target(const OptionButton &by_address, const OptionButton &by_domain) {
     return by_address.value ? 2 : by_domain.value ? 3 : 0;
 }
 
+void choose_target(int code, OptionButton &off, OptionButton &by_address, OptionButton &by_domain) {
+    if (code == 0 || code == 2 || code == 3)
+        (code == 0 ? off : code == 2 ? by_address : by_domain).choose();
+}
+
 } // namespace
 
 AccessPoint parse_access_point(std::string_view text) {
@@ -125,6 +130,24 @@ GprsSettings FrmGPRS::settings() const {
             .callback1 = target(optCallback1_IP, optCallback1_Domain),
             .callback2 = target(optCallback2_IP, optCallback2_Domain),
             .leased_line = target(optStandleitung_IP, optStandleitung_Domain)};
+}
+
+void FrmGPRS::show(const GprsSettings &read) {
+    struct Field {
+        TextBox &box;
+        const std::string &value;
+    };
+    cobAPN.write(read.apn); // first: an entry of the list would bring user and password
+    for (const auto &[box, value] :
+         {Field{tboBenutzername, read.user}, Field{tboPasswort, read.password}, Field{tboIP, read.ip},
+          Field{tboIP_Port, read.ip_port}, Field{tboDomain, read.domain},
+          Field{tboDomain_Port, read.domain_port}, Field{tboNummer1, read.number1},
+          Field{tboNummer2, read.number2}, Field{tboKeepAlive, read.keep_alive}})
+        box.text = box.filtered(value);
+    (read.pap ? optPPP_PAP : optPPP_kein).choose();
+    choose_target(read.callback1, optCallback1_kein, optCallback1_IP, optCallback1_Domain);
+    choose_target(read.callback2, optCallback2_kein, optCallback2_IP, optCallback2_Domain);
+    choose_target(read.leased_line, optStandleitung_aus, optStandleitung_IP, optStandleitung_Domain);
 }
 
 bool FrmGPRS::uses_ip() const {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/files/settings_file.hpp"
-#include "core/session.hpp"
+#include "core/job_values.hpp"
 #include "ui/form.hpp"
 
 #include <optional>
@@ -42,6 +42,8 @@ class FrmGPRS : public Form {
 
     /// The values as the device gets them.
     [[nodiscard]] GprsSettings settings() const;
+    /// Shows what a device said; a code that has no option leaves the options as they are.
+    void show(const GprsSettings &read);
     /// A target is the IP address, or the domain.
     [[nodiscard]] bool uses_ip() const;
     [[nodiscard]] bool uses_domain() const;

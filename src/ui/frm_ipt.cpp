@@ -47,6 +47,17 @@ IptSettings FrmIPT::settings() const {
                                            : 3};
 }
 
+void FrmIPT::show(const IptSettings &read) {
+    tboBenutzer.text = tboBenutzer.filtered(read.user);
+    tboPasswort.text = tboPasswort.filtered(read.password);
+    tboFix_Scrambled_Key.text = tboFix_Scrambled_Key.filtered(read.fixed_key);
+    tboClg_Scrambled_Key.text = tboClg_Scrambled_Key.filtered(read.challenge_key);
+    if (read.mode == 0 || read.mode == 2 || read.mode == 3)
+        chkIPT_Betrieb.set(read.mode != 0);
+    if (read.mode == 2 || read.mode == 3)
+        (read.mode == 2 ? optUnscrambled : optScrambled).choose();
+}
+
 void FrmIPT::lock(Lock what) {
     locked_ = what;
     compute();

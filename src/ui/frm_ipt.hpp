@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/job_values.hpp"
 #include "ui/form.hpp"
 
 namespace telvox {
@@ -20,6 +20,8 @@ class FrmIPT : public Form {
 
     /// The values as the device gets them.
     [[nodiscard]] IptSettings settings() const;
+    /// Shows what a device said; a mode that has no option leaves the options as they are.
+    void show(const IptSettings &read);
 
     void lock(Lock what);
     void unlock() override { lock(Lock::none); }

@@ -10,37 +10,30 @@ namespace {
 constexpr Check remote_checks[] = {modem_chosen, number_entered};
 constexpr Check direct_checks[] = {cable_chosen};
 
-/// What a write job sends is taken over when it starts, and stays whatever becomes of the dialog.
-void prepare_gprs_write(Desk &desk) {
-    desk.session.gprs = desk.frmGPRS.settings();
-    desk.frmGPRS.lock();
-}
-void prepare_ipt_write(Desk &desk) {
-    desk.session.ipt = desk.frmIPT.settings();
-    desk.frmIPT.lock(FrmIPT::Lock::inputs);
-}
+void lock_gprs(Desk &desk) { desk.frmGPRS.lock(); }
+void lock_ipt(Desk &desk) { desk.frmIPT.lock(FrmIPT::Lock::inputs); }
 
 constexpr Launch gprs_write_remote = {.checks = remote_checks,
                                       .flag = &JobState::boolGPRS_parametrieren,
                                       .counter = &JobState::byteAnwahl_Counter,
-                                      .prepare = prepare_gprs_write};
+                                      .prepare = lock_gprs};
 constexpr Launch gprs_write_direct = {.checks = direct_checks,
                                       .flag = &JobState::boolGPRS_parametrieren,
                                       .counter = &JobState::byteGPRS_Counter,
-                                      .prepare = prepare_gprs_write};
+                                      .prepare = lock_gprs};
 constexpr Launch ipt_write_remote = {.checks = remote_checks,
                                      .flag = &JobState::boolIPT_parametrieren,
                                      .counter = &JobState::byteAnwahl_Counter,
-                                     .prepare = prepare_ipt_write};
+                                     .prepare = lock_ipt};
 constexpr Launch ipt_write_direct = {.checks = direct_checks,
                                      .flag = &JobState::boolIPT_parametrieren,
                                      .counter = &JobState::byteIPT_Counter,
-                                     .prepare = prepare_ipt_write};
+                                     .prepare = lock_ipt};
 /// Reading is offered over the cable only.
 constexpr Launch gprs_read = {.checks = direct_checks,
                               .flag = &JobState::boolGPRS_lesen,
                               .counter = &JobState::byteGPRS_lese_Counter,
-                              .prepare = [](Desk &d) { d.frmGPRS.lock(); }};
+                              .prepare = lock_gprs};
 constexpr Launch ipt_read = {.checks = direct_checks,
                              .flag = &JobState::boolIPT_lesen,
                              .counter = &JobState::byteIPT_lese_Counter,

@@ -15,13 +15,8 @@ constexpr Launch change_interface = {
     .flag = &JobState::boolUART_umstellen,
     .counter = &JobState::byteSchnittstellenaenderung_Counter,
     .cable_only = true,
-    .settings = [](const Desk &d) { return d.frmEinstellungen.direkt.settings(); },
-    .prepare =
-        [](Desk &d) {
-            d.session.strCOMparameter_direkt = d.frmEinstellungen.direkt.settings();
-            d.session.strCOMparameter_gewuenscht = d.frmEinstellungen.soll.settings();
-            d.frmEinstellungen.lock();
-        },
+    .as_shown = true,
+    .prepare = [](Desk &d) { d.frmEinstellungen.lock(); },
 };
 
 /// Saves what the dialog shows and closes it; it stays open when that fails.

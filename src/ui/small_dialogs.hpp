@@ -1,8 +1,7 @@
 #pragma once
 
+#include "core/job_values.hpp"
 #include "ui/form.hpp"
-
-#include <algorithm>
 
 namespace telvox {
 
@@ -55,6 +54,9 @@ class FrmAnschlussart : public Form {
         reset();
     }
 
+    /// As the device's code: 0 point to multipoint, 1 point to point.
+    [[nodiscard]] Counter line_type() const { return optMehrgeraeteanschluss.value ? 0 : 1; }
+
     Label lblAnschlussart{*this, "lblAnschlussart", "Anschlussart:"};
     OptionButton optAnlagenanschluss{*this, "optAnlagenanschluss", "&Punkt zu Punkt, Anlagenanschluss"};
     OptionButton optMehrgeraeteanschluss{*this, "optMehrgeraeteanschluss",
@@ -92,11 +94,8 @@ class FrmGSM_Status : public Form {
             button->enabled = on;
     }
 
-    /// Shows what "+CSQ" tells: the bar, and for a script the number.
-    void show_signal(int value) {
-        signal_known = value != signal_not_known;
-        pzbSignalstaerke.value = signal_known ? std::clamp(value, 1, pzbSignalstaerke.maximum) : 0;
-    }
+    /// Shows what a query has found out.
+    void show(const Findings &found);
     bool signal_known = false;
 
     void unlock() override { enable_buttons(true); }
@@ -123,7 +122,7 @@ class FrmGSM_Status : public Form {
     }
 
   private:
-    static constexpr int signal_not_known = 99;
+    void show_signal(int value);
 };
 
 } // namespace telvox

@@ -6,21 +6,12 @@ namespace {
 
 constexpr Check cable_checks[] = {cable_chosen};
 
-constexpr Launch set_pin = {.checks = cable_checks,
-                            .counter = &JobState::bytePin_Counter,
-                            .cable_only = true,
-                            .prepare = [](Desk &d) { d.session.strPIN = d.frmPin.tboPin.text; }};
-constexpr Launch set_msn = {.checks = cable_checks,
-                            .counter = &JobState::byteMSN_Counter,
-                            .cable_only = true,
-                            .prepare = [](Desk &d) { d.session.strMSN = d.frmMSN.tboMSN.text; }};
-constexpr Launch set_line_type = {.checks = cable_checks,
-                                  .counter = &JobState::byteISDN_Anschluss_Counter,
-                                  .cable_only = true,
-                                  .prepare = [](Desk &d) {
-                                      d.session.byteISDN_Anschlussart =
-                                          d.frmAnschlussart.optMehrgeraeteanschluss.value ? 0 : 1;
-                                  }};
+constexpr Launch set_pin = {
+    .checks = cable_checks, .counter = &JobState::bytePin_Counter, .cable_only = true};
+constexpr Launch set_msn = {
+    .checks = cable_checks, .counter = &JobState::byteMSN_Counter, .cable_only = true};
+constexpr Launch set_line_type = {
+    .checks = cable_checks, .counter = &JobState::byteISDN_Anschluss_Counter, .cable_only = true};
 
 /// The queries of the GSM status dialog lock its buttons and blank their fields.
 constexpr Launch query_pin = {.checks = cable_checks,
