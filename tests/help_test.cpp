@@ -1,11 +1,15 @@
 // The help against the program's source: what the program can say is explained, and nothing else is.
 
+#include "dialogues/families.hpp"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -147,6 +151,108 @@ TEST(Help, ExplainsEveryMessageAndNoOther) {
         }
     for (const std::string &piece : pieces)
         EXPECT_TRUE(said.find(piece) != std::string::npos) << "nobody says \"" << piece << "\"";
+}
+
+/// A row of a page's table about what a device sees.
+struct ShownStep {
+    std::string status;
+    std::vector<std::string> commands; ///< without their values
+    std::string read;                  ///< number of the read command
+    std::vector<milliseconds> waits;
+};
+
+/// What a page says in words, such as "AT**SAVE und AT&amp;W".
+std::vector<std::string> commands_in(const std::string &text) {
+    std::vector<std::string> found;
+    for (std::string code : between(text, "<code>", "</code>")) {
+        for (const char *between_them : {" und ", " oder ", " / ", ", "})
+            code = replaced(code, between_them, "\n");
+        std::istringstream lines(without_entities(code));
+        for (std::string line; std::getline(lines, line);)
+            found.push_back(line.substr(0, line.find(" (")));
+    }
+    return found;
+}
+
+/// "(2,5 s)", "2 oder 3 s"
+std::vector<milliseconds> waits_in(const std::string &text) {
+    std::vector<milliseconds> found;
+    const bool any = std::any_of(text.begin(), text.end(), [&](const char &c) {
+        return std::isdigit(static_cast<unsigned char>(c)) && std::string(&c + 1).starts_with(" s") &&
+               !std::isalpha(static_cast<unsigned char>((&c)[3]));
+    });
+    std::istringstream words(replaced(replaced(text, "(", " "), ",", "."));
+    for (std::string word; any && words >> word;)
+        if (std::isdigit(static_cast<unsigned char>(word[0])))
+            found.emplace_back(std::lround(std::stod(word) * 1000));
+    return found;
+}
+
+std::vector<ShownStep> steps_in(const std::string &table) {
+    const std::vector<std::string> heads = between(table, "<th ", "</th>");
+    const auto column = [&](const char *name) {
+        return std::find_if(heads.begin(), heads.end(), [&](const auto &h) { return h.ends_with(name); }) -
+               heads.begin();
+    };
+    std::vector<ShownStep> found;
+    for (const std::string &row : between(table, "<tr><td>", "</tr>")) {
+        const std::vector<std::string> cells = between("<td>" + row, "<td>", "</td>");
+        const auto cell = [&](std::ptrdiff_t at) {
+            return at < std::ssize(cells) ? cells[static_cast<std::size_t>(at)] : std::string();
+        };
+        const std::string note = row.substr(row.rfind("</code>") + 7);
+        found.push_back({cell(column(">Statuszeile")), commands_in(row), cell(column(">Schritt")),
+                         waits_in(replaced(note, ">", " "))});
+    }
+    return found;
+}
+
+bool shows(const ShownStep &shown, const Step &step) {
+    const std::string status = step.status.fixed() ? step.status.fixed() : "";
+    const char *begin = step.send.fixed(); // none: a value alone
+    const auto &commands = shown.commands;
+    return shown.status == status && (shown.read.empty() || shown.read == std::to_string(step.reads)) &&
+           std::any_of(commands.begin(), commands.end(), [&](const std::string &command) {
+               return begin ? command.starts_with(begin) : !command.starts_with("AT");
+           });
+}
+
+/// Tables name by "summary" the jobs whose steps they show: each in its place, and together all that send.
+TEST(Help, ShowsWhatTheDialoguesSend) {
+    std::map<std::string, std::vector<Step>> jobs;
+    for (const Family *family : {&analog_family, &isdn_family, &gsm_family, &gprs_family, &ethernet_family})
+        for (const Job &job : family->jobs)
+            std::copy_if(job.steps.begin(), job.steps.end(), std::back_inserter(jobs[job.name]),
+                         [](const Step &step) { return step.send.given(); });
+    std::map<std::string, std::vector<bool>> shown;
+    const auto compare = [&](const std::string &name, const std::vector<ShownStep> &rows) {
+        const std::vector<Step> &steps = jobs[name];
+        std::vector<bool> &seen = shown[name];
+        seen.resize(steps.size());
+        std::size_t behind = 0;
+        for (const ShownStep &row : rows) {
+            const auto before = behind;
+            for (std::size_t i = before; i < steps.size() && (behind == before || behind == i); ++i)
+                if (shows(row, steps[i])) {
+                    seen[i] = true;
+                    behind = i + 1;
+                    EXPECT_TRUE(row.waits.empty() ||
+                                std::count(row.waits.begin(), row.waits.end(), steps[i].wait))
+                        << name << ", " << row.status << ": waits " << steps[i].wait.count();
+                }
+            EXPECT_NE(behind, before) << name << ", " << row.status << ": no such step here";
+        }
+    };
+    for (const fs::path &file : files_in(fs::path(ROOT) / "share/hilfe", ".html"))
+        for (const std::string &table : between(contents(file), "<table summary=\"", "</table>")) {
+            std::istringstream names(replaced(table.substr(0, table.find('"')), ", ", "\n"));
+            for (std::string name; std::getline(names, name);)
+                compare(name, steps_in(table));
+        }
+    EXPECT_GE(shown.size(), 15u);
+    for (const auto &[name, seen] : shown)
+        for (std::size_t i = 0; i < seen.size(); ++i)
+            EXPECT_TRUE(seen[i] || jobs[name][i].when) << name << " sends more, as number " << i + 1;
 }
 
 TEST(Help, HasEveryPageThatItLeadsTo) {
