@@ -44,7 +44,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
     connect_gprs_dialogs(desk, sequencer_);
     connect_settings(desk, sequencer_);
     connect_protocol(desk, recorder_);
-    connect_port_lists(desk, link_, ports_.scan);
+    connect_port_lists(desk, ports_.scan);
     connect_the_end();
     desk.frmModem.mnuHilfe.clicked = [this] { show_help({}); };
     sequencer_.prz_Initialisieren();

@@ -297,19 +297,20 @@ TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     EXPECT_EQ(status.tboIMEI.text, "490154203237518") << "opened again it changes nothing";
 }
 
-TEST_F(MainWindow, PortListsStayAsTheyAreDuringAHangUp) {
+TEST_F(MainWindow, InputsStayLockedUntilTheLineIsDown) {
     rig.program.choose(f.optFernverbindung);
     rig.free_ports = {6};
     rig.choose_modem_port(6);
     rig.program.enter(f.tboRufnummer_Modem, "1");
     rig.program.click(f.cbuTest);
     rig.turn_by(milliseconds{60500});
-    ASSERT_TRUE(rig.port.is_open && f.cobModem_Port.usable()); // reported, and the modem is being hung up
-    rig.boxes.clear();
-    rig.free_ports = {}; // its port is taken, by the session itself
-    rig.program.focus(f.cobModem_Port);
-    EXPECT_EQ(f.cobModem_Port.text, "COM 6");
-    EXPECT_THAT(rig.boxes, IsEmpty());
+    ASSERT_TRUE(rig.port.is_open); // reported, and the modem is being hung up
+    EXPECT_EQ(f.StatusBar.text, "Verbindung wird getrennt");
+    EXPECT_FALSE(f.cobModem_Port.usable() || f.cbuTest.usable());
+    rig.turn_by(milliseconds{5000});
+    EXPECT_FALSE(rig.port.is_open);
+    EXPECT_EQ(f.StatusBar.text, "Bereit");
+    EXPECT_TRUE(f.cobModem_Port.usable() && f.cbuTest.usable());
 }
 
 TEST_F(MainWindow, LeavingInMidJobAsksAndThenHangsUp) {

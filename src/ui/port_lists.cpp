@@ -6,9 +6,9 @@
 
 namespace telvox {
 
-void connect_port_lists(Desk &desk, const Link &link, PortScan &scan) {
+void connect_port_lists(Desk &desk, PortScan &scan) {
     desk.frmModem.cobModem_Port.got_focus =
-        desk.frmModem.cobSchnittstelle.got_focus = [&] { prz_freie_Schnittstellen(desk, link, scan); };
+        desk.frmModem.cobSchnittstelle.got_focus = [&] { prz_freie_Schnittstellen(desk, scan); };
 }
 
 namespace {
@@ -30,9 +30,7 @@ void fill(ComboBox &list, const std::vector<std::string> &entries) {
 
 } // namespace
 
-void prz_freie_Schnittstellen(Desk &desk, const Link &link, PortScan &scan) {
-    if (link.comSeriell.PortOpen())
-        return; // a hang-up still runs: its port is taken, but it is there
+void prz_freie_Schnittstellen(Desk &desk, PortScan &scan) {
     desk.ports = scan.ports();
     std::vector<std::string> entries, tool_tips;
     std::string refusals;

@@ -336,8 +336,8 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
         then(0, {"net close"});
     else if (!dialled)
         then(0, {"drain", "DTR off", "close"});
-    if (status != "status Bereit")
-        then(0, {"status Bereit"});
+    if (const std::string after = dialled ? "status Verbindung wird getrennt" : "status Bereit"; status != after)
+        then(0, {after});
     then(0, {"box " + report.rest});
     if (dialled) {
         then(1, {"status Lokales Modem in den Befehlsmodus schalten", "-> +++"});
