@@ -178,6 +178,8 @@ void Telvox::after_event() {
     for (auto &[message, answered] : desk.outbox.take()) {
         if (message.recorded)
             recorder_.note(RecordLine::Kind::done, record_of(message));
+        if (!message.shown)
+            continue;
         if (!answered)
             ports_.boxes.show(message, {});
         else

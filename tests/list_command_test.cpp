@@ -177,6 +177,27 @@ TEST_F(ListCommand, AnUnpluggedAdapterEndsOneOfEightJobs) {
     }
 }
 
+TEST_F(ListCommand, ARowThatWasKilledIsNotDoneAgainUnasked) {
+    const std::string device = mute_device();
+    // Without parity: a pseudo-terminal that a killed program has left takes it only once.
+    write("name;typ;com-direkt;schnittstelle;auftrag\nA;gsm;\"2400,n,8,1\";" + device +
+          ";alarmtest\nB;gsm;\"2400,n,8,1\";" + device + ";imei\n");
+    begin();
+    ASSERT_TRUE(devices[0]->takes("AT**TIME?\r"));
+    process.kill();
+    process.waitForFinished();
+    EXPECT_THAT(results(), ElementsAre("begonnen, Ausgang unbekannt", "offen"));
+    begin();
+    ASSERT_TRUE(devices[0]->takes("AT**IMEI?\r"));
+    devices[0]->says("IMEI: 123456789012345\r\n");
+    EXPECT_EQ(result(), 1);
+    EXPECT_THAT(out, HasSubstr("Zeile 2, A: begonnen, Ausgang unbekannt (noch einmal nur mit --wiederholen"));
+    begin({"--wiederholen"});
+    EXPECT_TRUE(devices[0]->takes("AT**TIME?\r"));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_EQ(result(), 130);
+}
+
 TEST_F(ListCommand, ADeviceThatRejectsSomethingIsTold) {
     write("typ;schnittstelle;auftrag\ngsm;" + mute_device() + ";alarm-aus\n");
     begin();

@@ -1,6 +1,7 @@
 // The window's list of devices, against a simulated device that is carried from cabinet to cabinet.
 
 #include "core/files/files.hpp"
+#include "operation/list_order.hpp"
 #include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
 #include "rig/bench.hpp"
@@ -33,12 +34,12 @@ class Listed : public testing::Test {
         std::ofstream(folder / "l.csv", std::ios::binary) << text;
         pane.open(text_of(folder / "l.csv"));
     }
-    /// Starts the chosen row and lets it end; what the box then says.
+    /// Starts the chosen row and lets it end; what the box then says, or without one the status bar.
     std::string run() {
         bench.rig.boxes.clear();
         program.click(main.cbuListe_starten);
         bench.run(milliseconds{300'000});
-        return bench.rig.boxes.empty() ? "" : bench.rig.boxes.back().text;
+        return bench.rig.boxes.empty() ? main.StatusBar.text : bench.rig.boxes.back().text;
     }
     /// A column of the pane, by its number.
     std::vector<std::string> column(std::size_t number) {
@@ -76,14 +77,14 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     EXPECT_EQ(main.StatusBar.text, "Gerät 1 von 3: Süd");
     EXPECT_EQ(main.tboRufnummer_Empfaenger.text, "0171");
 
-    EXPECT_THAT(run(), HasSubstr("erfolgreich"));
+    EXPECT_EQ(run(), "Gerät 2 von 3: Nord (Zeile 2, Süd: erfolgreich)") << "and no box over it";
     EXPECT_EQ(device->memory.text, "Pumpe steht");
-    EXPECT_EQ(main.StatusBar.text, "Gerät 2 von 3: Nord");
     EXPECT_EQ(main.tboAlarmmeldung.text, "für alle") << "nothing of the row before is left";
 
     device->silent = true;
     EXPECT_THAT(run(), HasSubstr("Kommunikationsfehler: 31"));
-    EXPECT_EQ(main.StatusBar.text, "Gerät 2 von 3: Nord");
+    EXPECT_EQ(bench.rig.boxes.back().about, "Zeile 3, Nord");
+    EXPECT_EQ(main.StatusBar.text, "Gerät 2 von 3: Nord (Zeile 3, Nord: fehlgeschlagen)");
     EXPECT_THAT(column(message)[1], HasSubstr("31. Bitte")) << "on one line";
     EXPECT_EQ(main.cbuListe_starten.caption, "Wiederholen");
     EXPECT_TRUE(main.tblListe.stands_out(1));
@@ -117,9 +118,14 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     EXPECT_EQ(main.StatusBar.text, "Gerät 3 von 3: Ost");
     program.click(main.cbuListe_ueberspringen);
     EXPECT_EQ(main.lblListe.caption, "l.csv: 3 von 3 erledigt");
+    EXPECT_EQ(main.wants_focus, &main.tblListe) << "the usual Enter must not skip again";
+    EXPECT_EQ(main.StatusBar.text, "l.csv: alle Geräte sind erledigt");
+    open(list);
+    EXPECT_EQ(main.StatusBar.text, "l.csv: alle Geräte sind erledigt");
     EXPECT_FALSE(main.cbuListe_starten.enabled) << "no device is done again by one Enter too many";
     program.choose(main.tblListe, 0);
-    EXPECT_THAT(run(), HasSubstr("erfolgreich")) << "a row can be repeated";
+    run();
+    EXPECT_EQ(device->memory.text, "Pumpe steht") << "a row can be repeated";
     EXPECT_EQ(device->memory.text, "Pumpe steht");
     program.click(main.cbuListe_schliessen);
     EXPECT_FALSE(main.fraListe.visible);
@@ -128,7 +134,7 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
 
 TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {
     open("name;auftrag;typ;schnittstelle;pin\nA;pin;gsm;3;1234\nB;signal;gsm;3;\n");
-    EXPECT_EQ(run(), "Die PIN wurde eingestellt.");
+    EXPECT_THAT(run(), HasSubstr("Zeile 2, A: erfolgreich"));
     EXPECT_EQ(main.tblListe.cell(0, 9), "***");
     EXPECT_EQ(main.tblListe.cell(1, 2), "signal");
     EXPECT_FALSE(program.desk.frmPin.open);
@@ -201,6 +207,102 @@ TEST_F(Listed, LeavesTheFormAsItFoundIt) {
     EXPECT_EQ(main.tboAlarmmeldung.text, "alt");
 }
 
+TEST_F(Listed, EachRowSpeaksTheFormatInForce) {
+    program.desk.folders.settings = folder;
+    const auto spoken = [&] {
+        run();
+        return format_text(bench.rig.port.format);
+    };
+    open("auftrag;typ;schnittstelle;neu\nschnittstelle-aendern;gsm;3;9600,n,8,1\n"
+         "schnittstelle-aendern;gsm;3;9600,n,8,1\nimei;gsm;3;\n");
+    EXPECT_EQ(spoken(), "9600,n,8,1");
+    EXPECT_EQ(column(outcome)[0], "erfolgreich");
+    EXPECT_FALSE(program.desk.frmEinstellungen.open);
+    EXPECT_TRUE(bench.rig.boxes.empty()) << "nothing asks whether to save";
+    EXPECT_FALSE(std::filesystem::exists(folder / "Com.ini"));
+    EXPECT_EQ(spoken(), "2400,e,8,1") << "the next device is as the first one was";
+    // Settings that the user saves meanwhile hold.
+    program.click(main.mnuEinstellungen);
+    program.select(program.desk.frmEinstellungen.direkt.baud, "19200");
+    program.click(program.desk.frmEinstellungen.cmdOK);
+    program.choose(main.tblListe, 2);
+    EXPECT_EQ(spoken(), "19200,e,8,1");
+    program.click(main.cbuListe_schliessen);
+    EXPECT_EQ(program.desk.session.strCOMparameter_direkt, "19200,e,8,1");
+}
+
+TEST_F(Listed, NotesHowItsOwnJobEndsWhateverElseGoesOn) {
+    device->silent = true;
+    FrmGateway &gateway = program.desk.frmGateway;
+    const auto ping = [&] {
+        program.click(main.mnuGateway);
+        program.enter(gateway.tboIP, "10.0.0.9");
+        program.click(gateway.cbuVerbindung_pruefen);
+    };
+    open("auftrag;ip;schnittstelle\nethernet-ip;10.0.0.1;3\nethernet-ip;10.0.0.2;3\n");
+    program.click(main.cbuListe_starten);
+    EXPECT_EQ(column(outcome)[0], "läuft");
+    EXPECT_THAT(results(), HasSubstr(";begonnen;")) << "before anything is sent";
+    ping();
+    program.process_ended({.output = "64 bytes from 10.0.0.9: icmp_seq=1 ttl=64\n"});
+    EXPECT_EQ(column(outcome)[0], "läuft") << "the ping is not the row's";
+    bench.run(milliseconds{60'000});
+    EXPECT_EQ(column(outcome)[0], "fehlgeschlagen");
+
+    // What runs is as it was started: nothing is filled in, opened or closed in its middle.
+    std::ofstream(folder / "p.telvox") << "typ=gsm\nempfaenger=0199\n";
+    program.click(main.cbuListe_starten);
+    bench.rig.boxes.clear();
+    profiles.open(text_of(folder / "p.telvox"));
+    open(list);
+    ASSERT_EQ(bench.rig.boxes.size(), 2U);
+    EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr(already_running));
+    EXPECT_THAT(bench.rig.boxes[1].text, HasSubstr(already_running));
+    program.click(main.cbuListe_schliessen);
+    EXPECT_TRUE(main.fraListe.visible && main.optEthernet.value);
+    ping();
+    program.click(main.cbuAbbrechen);
+    program.process_ended({.output = "64 bytes from 10.0.0.9: icmp_seq=1 ttl=64\n"});
+    EXPECT_EQ(column(outcome)[0], "abgebrochen");
+}
+
+TEST_F(Listed, NothingOfARowIsLeftForTheNext) {
+    open("name;auftrag;typ;schnittstelle;pin\nA;pin;gsm;3;1234\nB;pin;gsm;3;5678\n");
+    device->silent = true;
+    bench.rig.open_failure = "Die Schnittstelle ist nicht vorhanden.";
+    run();
+    FrmPin &pin = program.desk.frmPin;
+    EXPECT_TRUE(pin.open) << "what was wrong may be put right";
+    program.enter(pin.tboPin, "4321");
+    bench.rig.open_failure.clear();
+    device->silent = false;
+    program.choose(main.tblListe, 1);
+    EXPECT_FALSE(pin.open);
+    run();
+    EXPECT_EQ(device->memory.pin, "5678");
+    EXPECT_FALSE(pin.open);
+}
+
+TEST_F(Listed, AsksBeforeARowIsDoneOfWhichNobodyKnowsTheOutcome) {
+    const std::string table = "name;auftrag;typ;schnittstelle;pin\nA;pin;gsm;3;1234\n";
+    open(table);
+    program.click(main.cbuListe_schliessen);
+    {
+        ResultFile killed(folder / "l-ergebnis.csv", operation::read_list(folder / "l.csv"));
+        ASSERT_EQ(killed.append(0, {.outcome = RowOutcome::begun}), "");
+    }
+    open(table);
+    EXPECT_EQ(column(outcome)[0], "begonnen, Ausgang unbekannt");
+    for (const bool again : {false, true}) {
+        EXPECT_EQ(run(), "Zeile 2, A: begonnen, Ausgang unbekannt. Noch einmal ausführen?");
+        EXPECT_TRUE(bench.rig.boxes.back().asks);
+        bench.rig.answer(again);
+        bench.run(milliseconds{60'000});
+        EXPECT_EQ(device->memory.pin, again ? "1234" : "");
+    }
+    EXPECT_EQ(column(outcome)[0], "erfolgreich");
+}
+
 TEST_F(Listed, ThatIsWrongChangesNothing) {
     const struct {
         const char *text, *because;
@@ -209,6 +311,9 @@ TEST_F(Listed, ThatIsWrongChangesNothing) {
         {"name;typ;empfaenger\nA;gsm;1\nB;gsm;12x\n", "l.csv, Zeile 3, Spalte empfaenger: nur Ziffern"},
         {"name;auftrag\nA;tanzen\n", "den Auftrag \"tanzen\" gibt es nicht"},
         {"name;typ\n", "l.csv"},
+        {"auftrag;typ;pin\npin;gsm;\n", "l.csv, Zeile 2: pin braucht Spalte pin"},
+        {"auftrag\nerkennen\n", "l.csv, Zeile 2: erkennen braucht Spalte schnittstelle"},
+        {"typ;empfaenger\ngsm;1x\ngsm;2x\n", "Zeile 2, Spalte empfaenger: nur Ziffern\rl.csv, Zeile 3"},
     };
     program.enter(main.tboAlarmmeldung, "alt");
     for (const auto &[text, because] : cases) {

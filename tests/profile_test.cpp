@@ -170,6 +170,25 @@ TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
     EXPECT_EQ(apn.text, Desktop().control<ComboBox>("frmGPRS", "cobAPN").text);
 }
 
+TEST(Profile, HoldsNoSecretThatNobodyWantedInIt) {
+    Desktop desktop;
+    // Secrets of the profile that was opened, of a dialog that nobody opened, and of an entry of the list.
+    desktop.profiles.open(
+        desktop.write("typ=gprs\n[PIN]\npin=9876\n[GPRS]\napn=Netz: web (user:ich pw:geheim)\n"
+                      "kennwort=geheim\n[IP-Telemetrie]\nkennwort=geheim2\n"));
+    ASSERT_TRUE(desktop.rig.boxes.empty()) << desktop.rig.boxes[0].text;
+    for (const bool opened : {false, true}) {
+        if (opened) {
+            desktop.program.click(desktop.desk.frmModem.mnuGPRS_konfig);
+            desktop.program.close(desktop.desk.frmGPRS);
+        }
+        EXPECT_THAT(desktop.saved(),
+                    AllOf(Not(HasSubstr("geheim")), Not(HasSubstr("9876")), HasSubstr("apn=web\n")));
+        desktop.profiles.open(text_of(desktop.folder / "p.telvox"));
+    }
+    EXPECT_THAT(desktop.saved(true), AllOf(HasSubstr("kennwort=geheim\n"), HasSubstr("pin=9876\n")));
+}
+
 TEST(Profile, IsWhatTheCommandLineTakes) {
     Desktop desktop;
     const std::string file = desktop.write("typ=gprs\nschnittstelle=3\nalarmtext=x\n[GPRS]\nbenutzer=g\n"

@@ -9,6 +9,8 @@
 namespace telvox {
 
 enum class Icon { none, exclamation };
+/// What a message tells, for whoever shows it with a sign of its own.
+enum class Tone { plain, success, refusal, failure };
 
 /// Title of the window, and of every box that names no other.
 inline constexpr const char *program_title = "Telvox-A Konfiguration";
@@ -29,7 +31,11 @@ struct Message {
     std::string text;
     std::string title = program_title;
     Icon icon = Icon::none;
-    bool asks = false;    ///< Ja and Nein; Nein is the default, and what closing the box means
+    bool asks = false; ///< Ja and Nein; Nein is the default, and what closing the box means
+    Tone tone = Tone::plain;
+    std::string
+        about; ///< which device, where the user works at several; stands before the text, in no record
+    bool shown = true;    ///< not if it is told elsewhere, as a row's success is in its row
     bool recorded = true; ///< part of what a record plays again; not if it answers something that is not
 
     bool operator==(const Message &) const = default;
@@ -68,6 +74,8 @@ class Outbox {
     void show_then(std::string text, std::function<void()> then) {
         waiting_.push_back({Message{.text = std::move(text)}, [go_on = std::move(then)](bool) { go_on(); }});
     }
+    /// What waits, for who tells it in another way too.
+    [[nodiscard]] std::vector<Entry> &waiting() { return waiting_; }
     /// Drops all behind the first so many.
     void forget(std::size_t behind) { waiting_.resize(std::min(behind, waiting_.size())); }
     [[nodiscard]] std::vector<Entry> take() { return std::exchange(waiting_, {}); }

@@ -17,6 +17,26 @@ void leave_room_for_title(QMessageBox &box) {
 
 } // namespace
 
+namespace {
+
+QMessageBox::Icon icon_of(const Message &message) {
+    switch (message.tone) {
+    case Tone::success:
+        return QMessageBox::Information;
+    case Tone::refusal:
+        return QMessageBox::Warning;
+    case Tone::failure:
+        return QMessageBox::Critical;
+    case Tone::plain:
+        break;
+    }
+    return message.asks                        ? QMessageBox::Question
+           : message.icon == Icon::exclamation ? QMessageBox::Warning
+                                               : QMessageBox::NoIcon;
+}
+
+} // namespace
+
 QtMessageBoxes::~QtMessageBoxes() { delete box_; }
 
 void QtMessageBoxes::show(const Message &message, Answered answered) {
@@ -33,9 +53,10 @@ void QtMessageBoxes::open_next() {
     box_ = new QMessageBox(owner());
     box_->setAttribute(Qt::WA_DeleteOnClose);
     box_->setWindowTitle(QString::fromStdString(message.title));
-    box_->setIcon(message.icon == Icon::exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
+    box_->setIcon(icon_of(message));
     box_->setTextFormat(Qt::PlainText);
-    box_->setText(QString::fromStdString(message.text).replace('\r', '\n'));
+    const std::string text = message.about + (message.about.empty() ? "" : "\r\r") + message.text;
+    box_->setText(QString::fromStdString(text).replace('\r', '\n'));
     QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "OK", QMessageBox::AcceptRole);
     box_->setDefaultButton(message.asks ? box_->addButton("&Nein", QMessageBox::RejectRole) : yes);
     box_->setEscapeButton(box_->defaultButton());

@@ -169,8 +169,12 @@ void NetworkTools::finish(Outcome outcome, std::string box) {
     stop();
     if (outcome != Outcome::cancelled)
         pane_->progress = pane_->progress_maximum;
-    c_.ended({.by = by_, .outcome = outcome, .said = {{.text = box}}});
-    c_.outbox.show(std::move(box));
+    const Message message{.text = std::move(box),
+                          .tone = outcome == Outcome::succeeded ? Tone::success
+                                  : outcome == Outcome::failed  ? Tone::failure
+                                                                : Tone::plain};
+    c_.ended({.by = by_, .outcome = outcome, .said = {message}});
+    c_.outbox.show(message);
 }
 
 void NetworkTools::stop() {

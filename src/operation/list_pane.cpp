@@ -36,7 +36,10 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
       now_(std::move(now)) {
     profiles.list_is_open = [this] { return work_ != nullptr; };
     main_.mnuListe_oeffnen.clicked = [this] { ask_to_open(); };
-    main_.tblListe.chosen = [this](std::size_t row) { choose(row); };
+    main_.tblListe.chosen = [this](std::size_t row) {
+        told_.clear();
+        choose(row);
+    };
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
     main_.tblListe.stands_out = [this](std::size_t row) {
         const auto &last = work_->results.last(row);
@@ -79,6 +82,7 @@ void ListPane::open(const std::string &path) {
         main_.tblListe.rows = work_->list.rows.size();
         desk_.focus(main_.tblListe);
         current_ = none;
+        told_.clear();
         go_on();
     });
 }
@@ -157,6 +161,7 @@ void ListPane::start_row() {
 void ListPane::skip() {
     if (current_ == none || program_.busy() || !keep(current_, {.outcome = RowOutcome::skipped}))
         return;
+    told_.clear();
     desk_.focus(main_.tblListe); // the usual Enter is for the next device
     go_on();
 }
@@ -184,6 +189,7 @@ void ListPane::started(const Button &by) {
     if (!of_row(by))
         return;
     running_ = current_;
+    told_.clear();
     keep(running_, {.outcome = RowOutcome::begun, .port = port()});
 }
 
@@ -199,6 +205,15 @@ void ListPane::ended(const JobEnd &end) {
     const bool kept = keep(row, {.outcome = row_outcome(end.outcome),
                                  .port = port(),
                                  .message = well && order.job->result ? found_out(*order.job, desk_) : said});
+    const std::string label = label_of(work_->list.rows[row]);
+    told_ = label + ": " + word_of(row_outcome(end.outcome));
+    for (auto &[message, answered] : desk_.outbox.waiting())
+        for (const Message &of_job : end.said)
+            if (message == of_job) {
+                message.about = label;
+                // A box about it would lie over the next device's data.
+                message.shown = end.outcome != Outcome::succeeded || !kept;
+            }
     if (!kept || !well)
         return;
     if (Form &form = *button_of(order).form; &form != &main_)
@@ -294,7 +309,8 @@ void ListPane::show() {
         return;
     main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiederholen" : "Starten";
     program_.tell("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
-                  (rows[current_].name.empty() ? "" : ": " + rows[current_].name));
+                  (rows[current_].name.empty() ? "" : ": " + rows[current_].name) +
+                  (told_.empty() ? "" : " (" + told_ + ")"));
 }
 
 } // namespace telvox::operation

@@ -69,6 +69,7 @@ class ListPane : private Observer {
     bool filled_ = false;    ///< the form holds the current row
     Form *dialog_ = nullptr; ///< that was opened for the current row
     std::size_t running_ = none;
+    std::string told_; ///< how the last row that ended came out, for the status bar
 };
 
 } // namespace telvox::operation

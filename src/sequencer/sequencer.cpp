@@ -104,7 +104,8 @@ bool Sequencer::open_port(const JobValues &values, const Button &by) {
     c_.started(by);
     const Message message{.text = port_entry(port.CommPort()) + " konnte nicht geöffnet werden.\r" + cause,
                           .title = port_error_title,
-                          .icon = Icon::exclamation};
+                          .icon = Icon::exclamation,
+                          .tone = Tone::failure};
     c_.ended({.by = &by, .outcome = Outcome::failed, .said = {message}});
     c_.outbox.show(message);
     return false;
@@ -221,7 +222,8 @@ void Sequencer::end(const Step &step) {
         return fail(LineEnd::by_mode, {.text = step.message(job_)});
     // A query has no message; what its fields show says it all.
     const bool tells = step.message.given(), objected = tells && !rejected_.empty();
-    Message message{.text = tells ? step.message(job_) : ""};
+    Message message{.text = tells ? step.message(job_) : "",
+                    .tone = objected ? Tone::refusal : Tone::success};
     if (objected) {
         message.icon = Icon::exclamation;
         message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
@@ -263,6 +265,7 @@ void Sequencer::hang_up_step() {
 }
 
 void Sequencer::fail(LineEnd line, Message message) {
+    message.tone = Tone::failure;
     end_.outcome = Outcome::failed;
     end_.said = {message};
     finish(line);
@@ -274,8 +277,13 @@ void Sequencer::finish(LineEnd line) {
     if (!hang_up)
         close_port();
     c_.timer.Enabled(false);
+    if (hang_up) { // the inputs stay locked until the line is down
+        c_.jobs = {};
+        c_.panel.status("Verbindung wird getrennt");
+        return start_hang_up();
+    }
     prz_Initialisieren();
-    hang_up ? start_hang_up() : tell_end();
+    tell_end();
 }
 
 void Sequencer::tell_end() {
