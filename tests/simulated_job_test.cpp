@@ -3,6 +3,8 @@
 
 #include "rig/bench.hpp"
 
+#include "dialogues/families.hpp"
+#include "operation/jobs.hpp"
 #include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
 #include "simulator/ethernet.hpp"
@@ -400,6 +402,120 @@ TEST(SimulatedChange, IsFollowedByTheNextJobAndTakenBack) {
         cable.open(true, bench.rig.now += milliseconds{60'000}); // a device that restarted is back by then
         change("2400", "even", "8");
     }
+}
+
+/// A device of a variant at the end of its cable or of a call, in which any job of the command line can be
+/// run.
+struct AnySite {
+    const char *name;
+    OptionButton FrmModem::*type;
+    const Family &family;
+    bool remote;
+    std::shared_ptr<simulator::Unit> (*unit)(simulator::World &);
+};
+
+template <auto Member> std::shared_ptr<simulator::Unit> of_world(simulator::World &world) {
+    return world.*Member;
+}
+template <char Digit> std::shared_ptr<simulator::Unit> called(simulator::World &world) {
+    return world.called.at(Digit);
+}
+
+using simulator::World;
+const AnySite any_sites[] = {
+    {"Analog", &FrmModem::optAnalog, analog_family, false, of_world<&World::analog>},
+    {"ISDN", &FrmModem::optISDN, isdn_family, false, of_world<&World::isdn>},
+    {"GSM", &FrmModem::optGSM, gsm_family, false, of_world<&World::gsm>},
+    {"GPRS", &FrmModem::optGPRS, gprs_family, false, of_world<&World::gprs>},
+    {"Ethernet", &FrmModem::optEthernet, ethernet_family, false, of_world<&World::ethernet>},
+    {"Analog", &FrmModem::optAnalog, analog_family, true, called<'1'>},
+    {"ISDN", &FrmModem::optISDN, isdn_family, true, called<'2'>},
+    {"GSM", &FrmModem::optGSM, gsm_family, true, called<'3'>},
+    {"GPRS", &FrmModem::optGPRS, gprs_family, true, called<'4'>},
+};
+
+enum class Trouble { none, silence, rejection };
+
+struct Ended {
+    Outcome outcome;
+    std::string box;
+    bool refused; ///< a command that the device refuses was sent
+};
+
+/// Runs a job in some trouble; nothing if it does not exist there.
+std::optional<Ended> run(const AnySite &site, const operation::JobCommand &job, Trouble trouble) {
+    simulator::World world;
+    const auto unit = site.unit(world);
+    std::unique_ptr<simulator::Device> device;
+    if (site.remote)
+        device = std::make_unique<simulator::LocalModem>(simulator::Subscribers{{'1', unit}});
+    else
+        device = std::make_unique<simulator::Cable>(unit);
+    unit->memory.recipient = unit->memory.service_number = "0171";
+    unit->silent = trouble == Trouble::silence;
+    if (auto *mobile = dynamic_cast<simulator::Mobile *>(unit.get()); mobile && trouble == Trouble::rejection)
+        mobile->confirm();
+    if (trouble == Trouble::rejection)
+        for (const Job &table : site.family.jobs)
+            for (const Step &step : table.steps)
+                if ((step.changes_device || step.reads != 0) && step.send.fixed() &&
+                    std::string_view("AT**IMEI? ATQ0 AT*V").find(step.send.fixed()) == std::string_view::npos)
+                    unit->faults[step.send.fixed()] = simulator::Fault::refuses;
+    Bench bench(*device);
+    Rig &rig = bench.rig;
+    Desk &desk = rig.program.desk;
+    bench.fill_in(bench.f.*site.type, site.remote, "1");
+    if (job.menu)
+        rig.program.click(dynamic_cast<MenuEntry &>(job.menu(desk)));
+    rig.program.enter(desk.frmPin.tboPin, "4711");
+    rig.program.enter(desk.frmMSN.tboMSN, "11");
+    rig.program.enter(desk.frmEthernet.tboIP, "192.168.0.7");
+    rig.program.set(desk.frmEinstellungen.cboSchnittstelle_aendern, true);
+    rig.program.select(desk.frmEinstellungen.cobSchnittstelle_Baud_soll, "9600");
+    rig.boxes.clear();
+    rig.program.click(dynamic_cast<Button &>(job.button(desk)));
+    while (!rig.answers.empty())
+        rig.answer(true);
+    if (!rig.program.busy() || rig.timer2.on)
+        return {};
+    bench.run(milliseconds{600'000});
+    EXPECT_FALSE(rig.program.busy() || rig.port.is_open);
+    const bool refused = std::any_of(rig.journal.begin(), rig.journal.end(), [&](const std::string &event) {
+        const auto at = event.find("-> ");
+        return at != std::string::npos && unit->fault_at(event.substr(at + 3));
+    });
+    return Ended{rig.outcome(), rig.boxes.empty() ? "" : rig.boxes.back().text, refused};
+}
+
+/// No job calls itself a success when its device is silent, or rejects what it is told. Where the command
+/// ends its job, nobody hears what the device says to it.
+TEST(AnyJob, EndsAsItShouldInTrouble) {
+    const std::set<std::string> unheard = {"ISDN anschlussart", "GSM alarm-aus", "GSM pin", "GPRS pin"};
+    int jobs = 0, rejections = 0;
+    for (const AnySite &site : any_sites)
+        for (const operation::JobCommand &job : operation::job_commands()) {
+            const bool of_cable =
+                std::string_view("erkennen schnittstelle-aendern").find(job.name) != std::string::npos;
+            if (!job.button || (site.remote && of_cable))
+                continue;
+            const std::string name = std::string(site.name) + " " + job.name;
+            SCOPED_TRACE(name + (site.remote ? " remote" : ""));
+            const auto well = run(site, job, Trouble::none);
+            if (!well)
+                continue;
+            ++jobs;
+            EXPECT_EQ(well->outcome, Outcome::succeeded) << well->box;
+            const auto silent = run(site, job, Trouble::silence);
+            EXPECT_EQ(silent->outcome, Outcome::failed);
+            EXPECT_NE(silent->box, "");
+            const auto rejected = run(site, job, Trouble::rejection);
+            rejections += rejected->refused;
+            EXPECT_TRUE(!rejected->refused || unheard.contains(name) ||
+                        rejected->outcome != Outcome::succeeded)
+                << rejected->box;
+        }
+    EXPECT_GE(jobs, 40);
+    EXPECT_GE(rejections, 25);
 }
 
 } // namespace
