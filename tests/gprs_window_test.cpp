@@ -124,7 +124,7 @@ TEST_F(GprsWindows, AWindowThatIsReadIntoStaysUntilItIsFilled) {
     EXPECT_TRUE(login.isEnabled());
     QTest::keyClick(&window, Qt::Key_Escape);
     EXPECT_FALSE(window.isVisible());
-    EXPECT_FALSE(desk.session.boolFormular_IPT_aktiv);
+    EXPECT_FALSE(desk.frmIPT.open);
 }
 
 } // namespace

@@ -165,18 +165,43 @@ TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {
     EXPECT_EQ(main.cobSchnittstelle.text, "COM 3");
 }
 
-TEST_F(Listed, IsInARecordThatPlays) {
+TEST_F(Listed, TenRowsWithFaultsAreARecordThatPlays) {
     program.enter(main.tboAlarmmeldung, "von vorhin");
     std::ofstream(folder / "p") << "typ=gsm\nservice-center=+49171\namt=\n";
     profiles.open(text_of(folder / "p"));
-    open("name;auftrag;schnittstelle;com-direkt;empfaenger;alarmtext\nA;;3;;0171;Text\nB;signal;3;;;\n"
-         "C;;3;9600,n,8,1;0172;C\nD;;3;;;D\n");
-    for (const std::size_t row : {0U, 1U, 2U, 3U}) {
+    open("name;auftrag;schnittstelle;com-direkt;empfaenger;alarmtext;neu\n"
+         "gut;;3;;0171;Text;\n"
+         "Frage;signal;3;;;;\n"
+         "falsches Format;;3;9600,n,8,1;0172;C;\n"
+         "unvollständig;;3;;;D;\n"
+         "stumm;imei;3;;;;\n"
+         "abgezogen;alarm-aus;3;;;;\n"
+         "kein Anschluss;imei;3;;;;\n"
+         "abgebrochen;alarm-aus;3;;;;\n"
+         "umgestellt;schnittstelle-aendern;3;;;;9600,n,8,1\n"
+         "gut;alarm-aus;3;9600,n,8,1;;;\n");
+    const auto in_mid_job = [&](const std::function<void()> &happens) {
+        program.click(main.cbuListe_starten);
+        bench.run(milliseconds{300'000}, bench.rig.now + milliseconds{150}, happens);
+    };
+    for (std::size_t row = 0; row < main.tblListe.rows; ++row) {
         program.choose(main.tblListe, row);
-        run();
+        device->silent = row == 4 || row == 5 || row == 7;
+        bench.rig.open_failure = row == 6 ? "Die Schnittstelle ist nicht vorhanden." : "";
+        if (row == 5)
+            in_mid_job([&] {
+                bench.rig.port.is_open = false;
+                program.comSeriell_OnComm(CommEvent::lost);
+            });
+        else if (row == 7)
+            in_mid_job([&] { program.click(main.cbuAbbrechen); });
+        else
+            run();
+        bench.rig.turn_by(milliseconds{5000});
     }
-    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich", "fehlgeschlagen", "offen"));
-    EXPECT_THAT(bench.rig.boxes.back().text, HasSubstr("Rufnummer des Empfängers"));
+    EXPECT_THAT(column(outcome),
+                ElementsAre("erfolgreich", "erfolgreich", "fehlgeschlagen", "offen", "fehlgeschlagen",
+                            "fehlgeschlagen", "fehlgeschlagen", "abgebrochen", "erfolgreich", "erfolgreich"));
     program.click(main.cbuListe_schliessen);
     program.click(main.cbuParametrieren);
     std::istringstream record(program.record().transcript());

@@ -36,9 +36,7 @@ std::string every_job_takes(const JobCommand *job) {
 }
 
 std::string variants_of(const JobCommand &job) {
-    std::string names(job.variants);
-    for (auto blank = names.find(' '); blank != std::string::npos; blank = names.find(' ', blank + 2))
-        names.replace(blank, 1, ", ");
+    const std::string names = words_of(job.variants, ", ");
     return names.empty() ? names : " (" + names + ")";
 }
 

@@ -149,13 +149,9 @@ struct Session {
     std::string strSMS_Protokoll;
     std::string strSMS_Protokoll_ISDN;
     std::string strSMS_Protokoll_ISDN_fern;
-    Counter bytePortzaehler = 0;
     /// Where the value began that a GPRS device was asked for last, from 1; of a read that failed its number.
     Counter byteISDN_Anschlussart = 0;
-    bool boolKommunikations_Fehler7 = false; ///< survives every reset
-    bool boolFormular_GPRS_aktiv = false;    ///< the GPRS settings dialog is open
-    bool boolFormular_IPT_aktiv = false;     ///< the IP-telemetry settings dialog is open
-    bool boolWavecom_Modem = false;          ///< newer device: its identification names "KWT Telvox-A"
+    bool boolWavecom_Modem = false; ///< newer device: its identification names "KWT Telvox-A"
 };
 
 } // namespace telvox

@@ -10,7 +10,10 @@ namespace telvox::operation {
 
 namespace {
 
-constexpr const char *mobile = "gsm gprs";
+constexpr ModemType isdn[] = {ModemType::ISDN};
+constexpr ModemType mobile[] = {ModemType::GSM, ModemType::GPRS};
+constexpr ModemType gprs_only[] = {ModemType::GPRS};
+constexpr ModemType ethernet[] = {ModemType::Ethernet};
 
 std::string signal(Desk &desk) {
     const FrmGSM_Status &form = desk.frmGSM_Status;
@@ -51,13 +54,13 @@ constexpr JobCommand commands[] = {
      .button = main_window<&FrmModem::cbuAlarm_aus>},
     {.name = "msn",
      .help = "MSN einstellen",
-     .variants = "isdn",
+     .variants = isdn,
      .button = at<&Desk::frmMSN, &FrmMSN::cbuMSN_einstellen>,
      .menu = main_window<&FrmModem::mnuMSN_festlegen>,
      .options = msn_rows},
     {.name = "anschlussart",
      .help = "Anschlussart einstellen",
-     .variants = "isdn",
+     .variants = isdn,
      .button = at<&Desk::frmAnschlussart, &FrmAnschlussart::cmdAnschlussart_einstellen>,
      .menu = main_window<&FrmModem::mnuISDN_Anschluss>,
      .options = line_type_rows},
@@ -97,61 +100,61 @@ constexpr JobCommand commands[] = {
      .result = [](Desk &d) { return d.frmGSM_Status.tboIMEI.text; }},
     {.name = "gprs-schreiben",
      .help = "GPRS Einstellungen schreiben",
-     .variants = "gprs",
+     .variants = gprs_only,
      .button = gprs<&FrmGPRS::cbuGPRS_schreiben>,
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
      .options = gprs_rows},
     {.name = "gprs-lesen",
      .help = "GPRS Einstellungen lesen, ausgegeben als Zeilen name=wert",
-     .variants = "gprs",
+     .variants = gprs_only,
      .button = gprs<&FrmGPRS::cbuGPRS_lesen>,
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
      .result = [](Desk &d) { return value_lines(gprs_rows, d); }},
     {.name = "ipt-schreiben",
      .help = "IP-Telemetrie einstellen",
-     .variants = "gprs",
+     .variants = gprs_only,
      .button = ipt<&FrmIPT::cbuIPT_schreiben>,
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
      .options = ipt_rows},
     {.name = "ipt-lesen",
      .help = "IP-Telemetrie lesen, ausgegeben als Zeilen name=wert",
-     .variants = "gprs",
+     .variants = gprs_only,
      .button = ipt<&FrmIPT::cbuIPT_lesen>,
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
      .result = [](Desk &d) { return value_lines(ipt_rows, d); }},
     {.name = "ethernet-ip",
      .help = "IP-Adresse und Port über das Kabel einstellen",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = at<&Desk::frmEthernet, &FrmEthernet::cbuEthernet_Konfigurieren>,
      .menu = main_window<&FrmModem::mnuIPuPort>,
      .options = address_rows},
     {.name = "ethernet-gateway",
      .help = "Gateway und Netzmaske über das Kabel einstellen",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = at<&Desk::frmGateway, &FrmGateway::cbuEthernet_GW_Kabel>,
      .menu = main_window<&FrmModem::mnuGateway>,
      .options = gateway_rows},
     {.name = "netz-pruefen",
      .help = "prüft mit Ping, ob ein Gerät im Netzwerk erreichbar ist",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = gateway<&FrmGateway::cbuVerbindung_pruefen>,
      .menu = main_window<&FrmModem::mnuGateway>,
      .options = ping_rows},
     {.name = "netz-gateway",
      .help = "Gateway und Netzmaske über das Netzwerk einstellen",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = gateway<&FrmGateway::cbuEthernet_GW_Konfigurieren>,
      .menu = main_window<&FrmModem::mnuGateway>,
      .options = network_gateway_rows},
     {.name = "netz-ip",
      .help = "IP-Adresse über das Netzwerk ändern",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = over_ip<&FrmIPoEthernet::cbuEthernet_IP_aendern>,
      .menu = main_window<&FrmModem::mnuIP_over_Ethernet>,
      .options = network_address_rows},
     {.name = "netz-erstvergabe",
      .help = "einem Gerät ohne IP-Adresse seine erste geben",
-     .variants = "ethernet",
+     .variants = ethernet,
      .button = over_ip<&FrmIPoEthernet::cbuEthernet_IP_aendern>,
      .menu = main_window<&FrmModem::mnuIP_over_Ethernet>,
      .options = first_address_rows},
@@ -274,9 +277,13 @@ std::string found_out(const JobCommand &job, Desk &desk) {
     return all;
 }
 
-std::string only_variant(const JobCommand &job) {
-    const std::string all = job.variants;
-    return all.find(' ') == std::string::npos ? all : "";
+const char *word_of(ModemType variant) { return variants[static_cast<std::size_t>(variant)].word; }
+
+std::string words_of(std::span<const ModemType> all, const char *between) {
+    std::string words;
+    for (const ModemType variant : all)
+        words += (words.empty() ? "" : between) + std::string(word_of(variant));
+    return words;
 }
 
 } // namespace telvox::operation

@@ -13,7 +13,7 @@ namespace telvox::operation {
 struct JobCommand {
     const char *name;
     const char *help;
-    const char *variants = ""; ///< words of "typ" that have it; empty: all. A single one need not be given
+    std::span<const ModemType> variants = {}; ///< that have it; empty: all. A single one need not be given
     ControlOf button = nullptr;
     ControlOf menu = nullptr; ///< opens the dialog that the button is in
     std::span<const Option> options = {};
@@ -38,8 +38,9 @@ struct Section {
 /// The part that a job takes its options from, nullptr if it has none.
 [[nodiscard]] const Section *section_of(const JobCommand &job);
 
-/// The variant of a job that only one has, as "typ" names it; else empty.
-[[nodiscard]] std::string only_variant(const JobCommand &job);
+/// How "typ" names a variant, and several: "gsm oder gprs".
+[[nodiscard]] const char *word_of(ModemType variant);
+[[nodiscard]] std::string words_of(std::span<const ModemType> variants, const char *between);
 
 [[nodiscard]] std::span<const JobCommand> job_commands();
 /// What a query has found out, on one line; empty for other jobs. It is kept in files, so without passwords

@@ -45,8 +45,8 @@ DeviceList read_list(const std::filesystem::path &file) { return read_device_lis
 Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all,
                const Values &base) {
     Order order{.job = &job_of(list, row)};
-    if (const std::string variant = only_variant(*order.job); !variant.empty())
-        order.values["typ"] = {variant, cell(list, row, "")};
+    if (order.job->variants.size() == 1)
+        order.values["typ"] = {word_of(order.job->variants.front()), cell(list, row, "")};
     for (std::size_t i = 0; i < list.columns.size(); ++i) {
         if (row.cells[i].empty())
             continue;

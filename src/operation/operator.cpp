@@ -7,8 +7,6 @@
 #include "operation/profile.hpp"
 
 #include <algorithm>
-#include <iterator>
-#include <sstream>
 
 namespace telvox::operation {
 
@@ -33,11 +31,6 @@ const Word &word_of(const Option &option, const Given &given) {
         known += (known.empty() ? "" : ", ") + std::string(word.word);
     }
     throw UsageError(given.from, ": \"" + given.value + "\" gibt es nicht (" + known + ")");
-}
-
-std::vector<std::string> split(const std::string &text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
 }
 
 void check_format(const Given &given) {
@@ -160,24 +153,20 @@ bool Operator::keep(const Order &order) {
 /// The order's values, and the variant where its job has only one and none is given or chosen.
 Values Operator::with_variant(const Order &order) {
     Values values = order.values;
-    const std::vector<std::string> possible = split(order.job->variants);
-    const auto is_possible = [&](const std::string &word) {
-        return std::find(possible.begin(), possible.end(), word) != possible.end();
-    };
+    const std::span<const ModemType> possible = order.job->variants;
     const Option &option = *find_option("typ");
     const Given *variant = order.find("typ");
-    if (possible.empty() ||
-        is_possible(variant ? word_of(option, *variant).word : value_of(option, program_.desk)))
+    const std::string chosen = variant ? word_of(option, *variant).word : value_of(option, program_.desk);
+    if (possible.empty() || std::any_of(possible.begin(), possible.end(),
+                                        [&](ModemType type) { return chosen == operation::word_of(type); }))
         return values;
-    std::string words;
-    for (const std::string &word : possible)
-        words += (words.empty() ? "" : " oder ") + word;
-    const std::string only = std::string(order.job->name) + " gibt es nur mit typ " + words;
+    const std::string only =
+        std::string(order.job->name) + " gibt es nur mit typ " + words_of(possible, " oder ");
     if (variant)
         throw UsageError(variant->from, ": " + only);
     if (possible.size() > 1)
         throw UsageError(only);
-    values.emplace("typ", Given{possible.front(), {}});
+    values.emplace("typ", Given{operation::word_of(possible.front()), {}});
     return values;
 }
 

@@ -43,7 +43,7 @@ struct Desk final : Panel {
     FrmGateway frmGateway;
     FrmIPoEthernet frmIPoEthernet;
     FrmGPRS frmGPRS{session, frmModem, folders};
-    FrmIPT frmIPT{session, frmModem};
+    FrmIPT frmIPT{frmModem};
     FrmEinstellungen frmEinstellungen{session, frmModem.cobSchnittstelle};
     FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
     FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};

@@ -90,11 +90,6 @@ void FrmGPRS::reset() {
     compute();
 }
 
-void FrmGPRS::unload() {
-    Form::unload();
-    session_.boolFormular_GPRS_aktiv = false;
-}
-
 void FrmGPRS::prz_GPRS_Zugangsdaten_laden() {
     cobAPN.items.clear();
     for (const std::string &line : read_lines(find_list_file(folders_.lists, "gprsapn.dat")))

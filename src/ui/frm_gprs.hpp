@@ -54,7 +54,6 @@ class FrmGPRS : public Form {
     void lock();
     void unlock() override;
     void compute() override;
-    void unload() override;
 
     Frame fraZugang{*this, "fraZugang", "GPRS Zugangsdaten"};
     Label lblAPN{*this, "lblAPN", "AP&N (Access Point Name):", &fraZugang};

@@ -11,8 +11,7 @@ constexpr const char *default_key = "7305914862037519846203751984620375198462037
 
 } // namespace
 
-FrmIPT::FrmIPT(Session &session, const FrmModem &main)
-    : Form("frmIPT", "IP-Telemetrie"), session_(session), main_(main) {
+FrmIPT::FrmIPT(const FrmModem &main) : Form("frmIPT", "IP-Telemetrie"), main_(main) {
     tboBenutzer.max_length = tboPasswort.max_length = 63;
     for (TextBox *box : {&tboPasswort, &tboFix_Scrambled_Key, &tboClg_Scrambled_Key})
         box->secret = true;
@@ -30,11 +29,6 @@ void FrmIPT::reset() {
     tboPasswort.text.clear();
     tboFix_Scrambled_Key.text = tboClg_Scrambled_Key.text = default_key;
     unlock();
-}
-
-void FrmIPT::unload() {
-    Form::unload();
-    session_.boolFormular_IPT_aktiv = false;
 }
 
 IptSettings FrmIPT::settings() const {

@@ -12,7 +12,7 @@ class FrmModem;
 class FrmIPT : public Form {
   public:
     /// The main window says whether the device is reached in a call, where it cannot be read.
-    FrmIPT(Session &session, const FrmModem &main);
+    explicit FrmIPT(const FrmModem &main);
 
     /// What a running job of this window locks. While it reads, the window also stays open, or there would be
     /// nothing to show the values in.
@@ -26,7 +26,6 @@ class FrmIPT : public Form {
     void lock(Lock what);
     void unlock() override { lock(Lock::none); }
     void compute() override;
-    void unload() override;
 
     CheckBox chkIPT_Betrieb{*this, "chkIPT_Betrieb", "IP-&Telemetrie Betrieb"};
     Frame fraIPT_Login{*this, "fraIPT_Login", "IP-Telemetrie Server Login"};
@@ -52,7 +51,6 @@ class FrmIPT : public Form {
     void reset() override;
 
   private:
-    Session &session_;
     const FrmModem &main_;
     Lock locked_ = Lock::none;
 };

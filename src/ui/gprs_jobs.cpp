@@ -105,10 +105,9 @@ constexpr Question ipt_questions[] = {
 
 /// Opens a dialog, unless a job that was started from it still runs without it: it would come up with other
 /// values than those that are being written.
-void open(Desk &desk, Form &form, bool &active, bool own_job_runs) {
+void open(Desk &desk, Form &form, bool own_job_runs) {
     if (own_job_runs && !form.open)
         return desk.outbox.show(already_running);
-    active = true;
     form.load();
 }
 
@@ -117,12 +116,10 @@ void open(Desk &desk, Form &form, bool &active, bool own_job_runs) {
 void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer) {
     FrmModem &main = desk.frmModem;
     main.mnuGPRS_konfig.clicked = [&] {
-        open(desk, desk.frmGPRS, desk.session.boolFormular_GPRS_aktiv,
-             desk.jobs.boolGPRS_parametrieren || desk.jobs.boolGPRS_lesen);
+        open(desk, desk.frmGPRS, desk.jobs.boolGPRS_parametrieren || desk.jobs.boolGPRS_lesen);
     };
     main.mnuIPT_konfig.clicked = [&] {
-        open(desk, desk.frmIPT, desk.session.boolFormular_IPT_aktiv,
-             desk.jobs.boolIPT_parametrieren || desk.jobs.boolIPT_lesen);
+        open(desk, desk.frmIPT, desk.jobs.boolIPT_parametrieren || desk.jobs.boolIPT_lesen);
     };
 
     const auto ask_and_start = [&](const Launch &launch, std::span<const Question> questions,

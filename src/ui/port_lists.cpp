@@ -35,7 +35,6 @@ void prz_freie_Schnittstellen(Desk &desk, PortScan &scan) {
     std::vector<std::string> entries, tool_tips;
     std::string refusals;
     for (const PortInfo &port : desk.ports) {
-        desk.session.bytePortzaehler = static_cast<Counter>(port.number);
         if (!port.refusal.empty()) {
             refusals += "\r" + refused(port);
             continue;

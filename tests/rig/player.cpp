@@ -336,7 +336,8 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
         then(0, {"net close"});
     else if (!dialled)
         then(0, {"drain", "DTR off", "close"});
-    if (const std::string after = dialled ? "status Verbindung wird getrennt" : "status Bereit"; status != after)
+    if (const std::string after = dialled ? "status Verbindung wird getrennt" : "status Bereit";
+        status != after)
         then(0, {after});
     then(0, {"box " + report.rest});
     if (dialled) {
@@ -409,9 +410,27 @@ std::string play_halved(const Transcript &transcript, std::size_t reply) {
     return faults.empty() ? faults : "half of \"" + transcript[reply].rest + "\":\n" + faults;
 }
 
+/// A record says what became of an opening behind the click that led to it; to be played it must be known
+/// before, and holds for that click only.
+Transcript with_failures_first(Transcript transcript) {
+    for (auto failure = transcript.begin(); failure != transcript.end(); ++failure) {
+        auto click = failure;
+        while (failure->verb == "cannot-open" && click != transcript.begin() && click->verb != "click" &&
+               std::prev(click)->at == failure->at)
+            --click;
+        if (click == failure || click->verb != "click")
+            continue;
+        const Line able{failure->at, "can-open", ""};
+        std::rotate(click, failure, failure + 1);
+        failure = transcript.insert(failure + 1, able);
+    }
+    return transcript;
+}
+
 } // namespace
 
-std::string play(const Transcript &transcript, Playing how) {
+std::string play(const Transcript &written, Playing how) {
+    const Transcript transcript = with_failures_first(written);
     if (how == Playing::whole || how == Playing::bytewise)
         return play_written(transcript, how == Playing::whole ? 0 : 1);
     if (how == Playing::recorded)

@@ -19,6 +19,6 @@ enum class Playing {
 };
 
 /// Plays a transcript. Returns what did not hold, in words; empty: all of it held.
-std::string play(const Transcript &transcript, Playing how);
+std::string play(const Transcript &written, Playing how);
 
 } // namespace telvox::test
