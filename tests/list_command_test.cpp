@@ -198,6 +198,28 @@ TEST_F(ListCommand, ARowThatWasKilledIsNotDoneAgainUnasked) {
     EXPECT_EQ(result(), 130);
 }
 
+TEST_F(ListCommand, SharesOfItAreDoneApartAndPutTogether) {
+    write("name;typ;schnittstelle;auftrag\nA \"1\";gsm;3;imei\nB;gprs;4;imei\nC;gsm;3;alarm-aus\n");
+    const auto file = [&](const char *share) {
+        return folder / ("pumpen-ergebnis-" + std::string(share) + ".csv");
+    };
+    EXPECT_EQ(run({"--teil", "1/2", "--json"}), 0) << err;
+    const auto lines = lines_of_output();
+    EXPECT_EQ(
+        lines.front().find(R"({"ereignis": "begonnen", "zeile": "2", "name": "A \"1\"", "auftrag": "imei")"),
+        0U)
+        << lines.front();
+    EXPECT_THAT(out, HasSubstr("{\"ereignis\": \"schritt\", \"zeile\": \"4\""));
+    EXPECT_THAT(out, HasSubstr("\"ergebnis\": \"erfolgreich\", \"meldung\": \""));
+    EXPECT_THAT(lines.back(), HasSubstr("\"zeilen\": \"2\", \"meldung\": \"2 erfolgreich\""));
+    EXPECT_EQ(run({"--teil", "2/2"}), 0);
+    EXPECT_THAT(lines_of_output().back(), testing::StartsWith("1 Zeile: 1 erfolgreich. Ergebnisse: "));
+    std::ofstream(result_path(list), std::ios::binary)
+        << std::ifstream(file("1von2"), std::ios::binary).rdbuf()
+        << std::ifstream(file("2von2"), std::ios::binary).rdbuf();
+    EXPECT_THAT(results(), ElementsAre("erfolgreich", "erfolgreich", "erfolgreich"));
+}
+
 TEST_F(ListCommand, ADeviceThatRejectsSomethingIsTold) {
     write("typ;schnittstelle;auftrag\ngsm;" + mute_device() + ";alarm-aus\n");
     begin();

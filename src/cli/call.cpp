@@ -3,6 +3,8 @@
 #include "core/files/files.hpp"
 #include "core/usage_error.hpp"
 
+#include <charconv>
+
 namespace telvox::cli {
 
 namespace {
@@ -16,8 +18,10 @@ void check_options(const Call &call) {
             throw UsageError(std::string("--speichern gehört nicht zu ") + call.job->name);
         return; // what its rows take is theirs to say
     }
-    if (call.repeat)
-        throw UsageError(std::string("--wiederholen gehört nur zu liste"));
+    for (const auto &[given, option] :
+         {std::pair{call.repeat, "--wiederholen"}, {call.json, "--json"}, {call.share.of > 1, "--teil"}})
+        if (given)
+            throw UsageError(std::string(option) + " gehört nur zu liste");
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
             throw UsageError(given.from, (name == "port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
@@ -35,6 +39,20 @@ void take_any_port(Arguments &arguments, Call &call) {
         return take_port(value, call.common);
     arguments.once();
     call.values["port"] = {value, {.name = "port"}};
+}
+
+Call::Share parse_share(const std::string &text) {
+    constexpr std::size_t most = 99;
+    Call::Share share{.number = 0, .of = 0};
+    const char *const end = text.data() + text.size();
+    const auto number = std::from_chars(text.data(), end, share.number);
+    if (number.ec == std::errc{} && number.ptr != end && *number.ptr == '/') {
+        const auto of = std::from_chars(number.ptr + 1, end, share.of);
+        if (of.ec == std::errc{} && of.ptr == end && share.number > 0 && share.number <= share.of &&
+            share.of <= most)
+            return share;
+    }
+    throw UsageError("--teil erwartet eine Angabe wie 2/4: den zweiten von vier Teilen");
 }
 
 /// Throws UsageError for a file that is no profile, or none for the job.
@@ -66,6 +84,11 @@ Call parse_call(const std::vector<std::string> &all) {
             flag(call.despite);
         } else if (name == "--speichern") {
             flag(call.save);
+        } else if (name == "--json") {
+            flag(call.json);
+        } else if (name == "--teil") {
+            arguments.once();
+            call.share = parse_share(arguments.value());
         } else if (name == "--wiederholen") {
             flag(call.repeat);
         } else if (name == "--aus") {

@@ -19,7 +19,12 @@ struct Call : Order {
     Profile profile;  ///< "--aus" of a list, for each row what its job takes
     bool trace = false;
     bool despite = false; ///< "--trotzdem": questions are answered Ja
-    bool repeat = false;  ///< "--wiederholen": rows whose outcome nobody knows too
+    /// "--teil 2/4": of a list every fourth row from the second on; several computers share its work so.
+    struct Share {
+        std::size_t number = 1, of = 1;
+    } share;
+    bool json = false;   ///< "--json": events of a list as lines that a script reads
+    bool repeat = false; ///< "--wiederholen": rows whose outcome nobody knows too
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete
 };

@@ -28,7 +28,12 @@ std::string every_job_takes(const JobCommand *job) {
            help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") +
            (job && job->file
                 ? help_line("--wiederholen",
-                            "führt auch Zeilen aus, die begonnen wurden und deren Ausgang unbekannt ist")
+                            "führt auch Zeilen aus, die begonnen wurden und deren Ausgang unbekannt ist") +
+                      help_line(
+                          "--teil 2/4",
+                          "führt von der Tabelle nur den zweiten von vier Teilen aus (jede vierte Zeile); "
+                          "seine Ergebnisse stehen in einer Datei für sich") +
+                      help_line("--json", "gibt je Ereignis eine Zeile JSON aus, für Skripte")
                 : help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini")) +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +

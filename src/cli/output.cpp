@@ -1,12 +1,32 @@
 #include "cli/output.hpp"
 
 #include "core/files/system_error.hpp"
+#include "core/text.hpp"
 #include "ports/os.hpp"
 
 #include <algorithm>
 #include <cerrno>
 
 namespace telvox::cli {
+
+std::string json_line(std::initializer_list<std::pair<const char *, std::string>> fields) {
+    std::string line;
+    for (const auto &[name, text] : fields) {
+        line += (line.empty() ? "{\"" : ", \"") + std::string(name) + "\": \"";
+        Characters characters(text);
+        for (auto c = characters.next(); !c.empty(); c = characters.next()) {
+            const char32_t point = code_point(c);
+            char escape[8];
+            if (point < 0x20 || (point >= 0x7F && point < 0xA0) || point == 0xFFFD)
+                line.append(escape, static_cast<std::size_t>(std::snprintf(escape, sizeof escape, "\\u%04X",
+                                                                           static_cast<unsigned>(point))));
+            else
+                line += (c == "\"" || c == "\\" ? "\\" : "") + std::string(c);
+        }
+        line += "\"";
+    }
+    return line + "}";
+}
 
 void Output::line(std::string text) {
     std::replace(text.begin(), text.end(), '\r', '\n');

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace telvox::cli {
 
@@ -21,6 +23,9 @@ class Output {
     std::FILE *stream_;
     int error_ = 0;
 };
+
+/// Names and texts as one line of JSON; numbers are texts too.
+[[nodiscard]] std::string json_line(std::initializer_list<std::pair<const char *, std::string>> fields);
 
 /// Results on the one, what only accompanies them on the other.
 struct Outputs {

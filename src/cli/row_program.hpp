@@ -19,6 +19,8 @@ class RowProgram final : public MessageBoxes, private Observer {
 
     /// Called once when the job is over, in the middle of its last event.
     std::function<void()> over = [] {};
+    /// Hears each status text.
+    std::function<void(std::string_view)> step = [](std::string_view) {};
     void start();
     /// The user ends the list: a call is hung up first.
     void cancel();
@@ -29,6 +31,7 @@ class RowProgram final : public MessageBoxes, private Observer {
 
   private:
     void ended(const JobEnd &end) override;
+    void status(std::string_view text) override { step(text); }
     void logged(std::string_view text) override { log_.take(text); }
     void end(Attempt attempt);
 

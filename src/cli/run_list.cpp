@@ -45,7 +45,12 @@ class ListCommand {
     void row_over(std::size_t row);
     void note_results();
     bool note(std::vector<std::pair<std::size_t, Attempt>> attempts);
+    [[nodiscard]] bool is_mine(std::size_t row) const {
+        return row % call_.share.of + 1 == call_.share.number;
+    }
     void tell(std::size_t row, const Attempt &attempt);
+    void tell_event(const char *what, std::size_t row, const Attempt &attempt);
+    void tell_done(std::size_t row);
     int sum_up();
     [[nodiscard]] std::string label(std::size_t row) const { return label_of(list_.rows[row]); }
 
@@ -76,12 +81,8 @@ int ListCommand::run(QCoreApplication &application) {
         if (is_to_do(row))
             continue;
         run_->leave_out(row);
-        const Attempt &last = *results_->last(row);
-        out_.results.line(label(row) + ": " +
-                          (is_done(last.outcome)
-                               ? "schon erledigt (" + std::string(word_of(last.outcome))
-                               : std::string(word_of(last.outcome)) + " (noch einmal nur mit --wiederholen") +
-                          ", " + last.time + ")");
+        if (is_mine(row))
+            tell_done(row);
     }
     int interrupted = 0;
     on_interrupt([&](int code) {
@@ -104,6 +105,10 @@ void ListCommand::prepare() {
     // A list that is refused leaves no result file behind; one that was begun is only looked at where it goes
     // on.
     results_path_ = result_path(file);
+    if (call_.share.of > 1) // of its own, or several computers would wait for each other
+        results_path_.replace_filename(text_of(results_path_.stem()) + "-" +
+                                       std::to_string(call_.share.number) + "von" +
+                                       std::to_string(call_.share.of) + ".csv");
     std::error_code error;
     if (std::filesystem::exists(results_path_, error))
         results_.emplace(results_path_, list_);
@@ -121,6 +126,8 @@ void ListCommand::prepare() {
 
 /// A row that was begun when the program was killed may have changed its device already, or alarmed somebody.
 bool ListCommand::is_to_do(std::size_t row) const {
+    if (!is_mine(row))
+        return false;
     if (!results_ || !results_->last(row))
         return true;
     const RowOutcome last = results_->last(row)->outcome;
@@ -164,6 +171,13 @@ void ListCommand::start_rows() {
         auto &program = running_[row] = std::make_unique<RowProgram>(
             call_, order_of(list_, list_.rows[row], all_), label(row), std::move(map), folders_, out_);
         program->over = [this, row] { row_over(row); };
+        if (call_.json) {
+            tell_event("begonnen", row, *results_->last(row));
+            program->step = [this, row](std::string_view text) {
+                tell_event("schritt", row,
+                           {.time = now(), .port = ways_[row].label, .message = std::string(text)});
+            };
+        }
         program->start();
     }
 }
@@ -206,7 +220,31 @@ void ListCommand::note_results() {
         QCoreApplication::quit();
 }
 
+void ListCommand::tell_event(const char *what, std::size_t row, const Attempt &attempt) {
+    out_.results.line(json_line({{"ereignis", what},
+                                 {"zeile", std::to_string(list_.rows[row].line)},
+                                 {"name", list_.rows[row].name},
+                                 {"auftrag", list_.rows[row].job},
+                                 {"zeit", attempt.time},
+                                 {"schnittstelle", attempt.port},
+                                 {"ergebnis", std::string(what) == "schritt" ? "" : word_of(attempt.outcome)},
+                                 {"meldung", joined_lines(attempt.message)}}));
+}
+
+void ListCommand::tell_done(std::size_t row) {
+    const Attempt &last = *results_->last(row);
+    if (call_.json)
+        return tell_event("ausgelassen", row, last);
+    out_.results.line(label(row) + ": " +
+                      (is_done(last.outcome)
+                           ? "schon erledigt (" + std::string(word_of(last.outcome))
+                           : std::string(word_of(last.outcome)) + " (noch einmal nur mit --wiederholen") +
+                      ", " + last.time + ")");
+}
+
 void ListCommand::tell(std::size_t row, const Attempt &attempt) {
+    if (call_.json)
+        return tell_event("beendet", row, attempt);
     const bool worth_telling =
         attempt.outcome != RowOutcome::succeeded || find_job(list_.rows[row].job)->result;
     out_.results.line(label(row) + ", " + attempt.port + ": " + word_of(attempt.outcome) +
@@ -221,7 +259,11 @@ int ListCommand::sum_up() {
                                                    "offen"};
     std::map<std::string, std::size_t> count;
     int code = job_succeeded;
+    std::size_t mine = 0;
     for (std::size_t row = 0; row < list_.rows.size(); ++row) {
+        if (!is_mine(row))
+            continue;
+        ++mine;
         const auto &last = results_->last(row);
         ++count[last ? word_of(last->outcome) : words.back()];
         if (!results_->done(row))
@@ -233,9 +275,14 @@ int ListCommand::sum_up() {
     for (const char *word : words)
         if (count.contains(word))
             counts += (counts.empty() ? "" : ", ") + std::to_string(count[word]) + " " + word;
-    out_.results.line(std::to_string(list_.rows.size()) +
-                      (list_.rows.size() == 1 ? " Zeile: " : " Zeilen: ") + counts +
-                      ". Ergebnisse: " + text_of(results_path_));
+    if (call_.json)
+        out_.results.line(json_line({{"ereignis", "ende"},
+                                     {"zeilen", std::to_string(mine)},
+                                     {"meldung", counts},
+                                     {"ergebnisse", text_of(results_path_)}}));
+    else
+        out_.results.line(std::to_string(mine) + (mine == 1 ? " Zeile: " : " Zeilen: ") + counts +
+                          ". Ergebnisse: " + text_of(results_path_));
     return unwritten_ ? job_failed : code;
 }
 

@@ -55,6 +55,13 @@ bool is_result_table(std::string_view bytes) {
     return first == names && valid_utf8(bytes);
 }
 
+/// The names of the columns, with the mark before them or without.
+bool is_heading(const Table::Row &row) {
+    const std::string names = table_row(row.fields);
+    const std::string_view text = header.substr(0, header.size() - 2);
+    return names == text || names == text.substr(3);
+}
+
 /// What a row is known by where its name is not enough.
 std::string with_line(const std::string &line, const std::string &name) { return name + "\n" + line; }
 
@@ -127,6 +134,8 @@ void ResultFile::read(const Table &table) {
         by_identity[named ? rows_[i].name : with_line(std::to_string(rows_[i].line), rows_[i].name)] = i;
     }
     for (auto row = table.rows.begin() + 1; row != table.rows.end(); ++row) {
+        if (is_heading(*row)) // several files were put together
+            continue;
         const auto word = std::find_if(words.begin(), words.end(), [&](const auto &known) {
             return row->fields.size() == columns && row->fields[4] == known.second;
         });
