@@ -60,16 +60,42 @@ TEST(Ping, IsUnderstoodOnBothSystemsInBothLanguages) {
          "Antwort von 192.168.0.100: Bytes=32 Zeit<1ms TTL=64\r\n"
          "Zeitüberschreitung der Anforderung.\r\n"
          "\r\nPing-Statistik für 192.168.0.100:\r\n    Pakete: Gesendet = 4, Empfangen = 1, Verloren = 3\r\n"
-         "    (75% Verlust),\r\n",
+         "    (75% Verlust),\r\nCa. Zeitangaben in Millisek.:\r\n"
+         "    Minimum = 0ms, Maximum = 0ms, Mittelwert = 0ms\r\n",
          true,
          true,
          {"Antwort von 192.168.0.100: Bytes=32 Zeit<1ms TTL=64", "Zeitüberschreitung der Anforderung."}},
         {"Windows, English",
          "\r\nPinging 192.168.0.100 with 32 bytes of data:\r\n"
-         "Reply from 192.168.0.100: bytes=32 time=2ms TTL=255\r\nRequest timed out.\r\n",
+         "Reply from 192.168.0.100: bytes=32 time=2ms TTL=255\r\nRequest timed out.\r\n"
+         "\r\nPing statistics for 192.168.0.100:\r\n    Packets: Sent = 4, Received = 1, Lost = 3 (75% "
+         "loss),\r\n"
+         "Approximate round trip times in milli-seconds:\r\n"
+         "    Minimum = 2ms, Maximum = 2ms, Average = 2ms\r\n",
          true,
          true,
          {"Reply from 192.168.0.100: bytes=32 time=2ms TTL=255", "Request timed out."}},
+        {"Windows, German, out of the net itself: its own address answers",
+         "\r\nPing wird ausgeführt für 192.168.0.100 mit 32 Bytes Daten:\r\n"
+         "Antwort von 192.168.0.2: Zielhost nicht erreichbar.\r\n"
+         "\r\nPing-Statistik für 192.168.0.100:\r\n    Pakete: Gesendet = 4, Empfangen = 4, Verloren = 0\r\n"
+         "    (0% Verlust),\r\n",
+         true,
+         false,
+         {"Antwort von 192.168.0.2: Zielhost nicht erreichbar."}},
+        {"Windows, English, without a network",
+         "\r\nPinging 192.168.0.100 with 32 bytes of data:\r\nPING: transmit failed. General failure. \r\n"
+         "\r\nPing statistics for 192.168.0.100:\r\n    Packets: Sent = 4, Received = 0, Lost = 4 (100% "
+         "loss),\r\n",
+         false, false},
+        {"Windows, German, without a network",
+         "PING: Fehler bei der Übertragung. Allgemeiner Fehler.\r\n",
+         false,
+         false,
+         {"PING: Fehler bei der Übertragung. Allgemeiner Fehler."}},
+        {"Windows, German, on a loop",
+         "Antwort von 192.168.0.1: Die Gültigkeitsdauer wurde bei der Übertragung überschritten.\r\n", true,
+         false},
         {"Linux, English",
          "PING 192.168.0.100 (192.168.0.100) 56(84) bytes of data.\nno answer yet for icmp_seq=1\n"
          "64 bytes from 192.168.0.100: icmp_seq=2 ttl=64 time=0.321 ms\n"

@@ -65,6 +65,12 @@ struct Refusal {
 /// Whether the far end of an open port is gone. Reading does not tell it for every kind of port.
 [[nodiscard]] bool hung_up(PortHandle port);
 
+/// How many bytes have arrived at the open port and wait to be read, where the system's word of them can be
+/// lost: some drivers of Windows, and wine, tell of none. 0 elsewhere.
+[[nodiscard]] std::size_t input_waiting(PortHandle port);
+/// Takes that many of them.
+[[nodiscard]] std::string take_input(PortHandle port, std::size_t bytes);
+
 /// Whether bytes that were handed to the system are still waiting to leave the open port.
 [[nodiscard]] bool output_pending(PortHandle port);
 

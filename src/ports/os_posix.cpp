@@ -105,6 +105,9 @@ bool hung_up(PortHandle port) {
     return ::poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
 }
 
+std::size_t input_waiting(PortHandle) { return 0; }
+std::string take_input(PortHandle, std::size_t) { return {}; }
+
 bool output_pending(PortHandle port) {
     int waiting = 0;
     if (::ioctl(port, TIOCOUTQ, &waiting) == 0 && waiting > 0)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <cstdint>
 #include <io.h>
 #include <shellapi.h>
 #include <shlobj.h>
@@ -135,6 +136,27 @@ bool claim(PortHandle) { return true; } // the system opens a port only once
 bool hung_up(PortHandle port) {
     DWORD errors = 0;
     return !::ClearCommError(port, &errors, nullptr); // an adapter that was pulled out refuses everything
+}
+
+std::size_t input_waiting(PortHandle port) {
+    COMSTAT status{};
+    DWORD errors = 0;
+    return ::ClearCommError(port, &errors, &status) ? status.cbInQue : 0;
+}
+
+std::string take_input(PortHandle port, std::size_t bytes) {
+    std::string taken(bytes, '\0');
+    DWORD count = 0;
+    OVERLAPPED read{};
+    const HANDLE done = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    // The lowest bit keeps the end of this reading from whoever waits for those of the port.
+    read.hEvent = reinterpret_cast<HANDLE>(reinterpret_cast<std::uintptr_t>(done) | 1u);
+    if (::ReadFile(port, taken.data(), static_cast<DWORD>(bytes), nullptr, &read) ||
+        ::GetLastError() == ERROR_IO_PENDING)
+        ::GetOverlappedResult(port, &read, &count, TRUE);
+    ::CloseHandle(done);
+    taken.resize(count);
+    return taken;
 }
 
 bool output_pending(PortHandle port) {

@@ -5,13 +5,14 @@
 #include <QSerialPort>
 #include <QThread>
 #include <QTimer>
+#include <utility>
 
 namespace telvox {
 
 namespace {
 
 constexpr std::chrono::milliseconds carrier_poll{200};
-constexpr std::chrono::milliseconds hang_up_poll{500};
+constexpr std::chrono::milliseconds port_poll{100};
 constexpr unsigned long drain_poll_ms = 2;
 
 QSerialPort::Parity parity_of(char letter) {
@@ -66,7 +67,7 @@ class SystemLine final : public QObject, public Line {
     void write(std::string_view bytes) override {
         port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
     }
-    std::string read() override { return port_.readAll().toStdString(); }
+    std::string read() override { return std::exchange(untold_, {}) + port_.readAll().toStdString(); }
 
     void drain(milliseconds limit) override {
         const QDeadlineTimer deadline(limit);
@@ -88,6 +89,7 @@ class SystemLine final : public QObject, public Line {
   private:
     void watch() {
         connect(&port_, &QSerialPort::readyRead, this, [this] {
+            waiting_ = 0;
             if (carrier_watch_.isActive())
                 look_at_carrier(); // not later than the words that a modem has for it
             report_(CommEvent::data);
@@ -98,12 +100,23 @@ class SystemLine final : public QObject, public Line {
                 report_(CommEvent::lost);
         });
         connect(&carrier_watch_, &QTimer::timeout, this, [this] { look_at_carrier(); });
-        connect(&hang_up_watch_, &QTimer::timeout, this, [this] {
+        connect(&port_watch_, &QTimer::timeout, this, [this] {
             if (os::hung_up(port_.handle()))
                 report_(CommEvent::lost);
+            else
+                look_for_untold();
         });
-        hang_up_watch_.setTimerType(Qt::CoarseTimer);
-        hang_up_watch_.start(hang_up_poll);
+        port_watch_.setTimerType(Qt::CoarseTimer);
+        port_watch_.start(port_poll);
+    }
+
+    /// Bytes that waited for a whole turn of the watch, while nothing was told of, will not be told of.
+    void look_for_untold() {
+        const std::size_t before = std::exchange(waiting_, os::input_waiting(port_.handle()));
+        if (before == 0 || waiting_ == 0)
+            return;
+        untold_ += port_.readAll().toStdString() + os::take_input(port_.handle(), std::exchange(waiting_, 0));
+        report_(CommEvent::data);
     }
 
     void look_at_carrier() {
@@ -130,7 +143,9 @@ class SystemLine final : public QObject, public Line {
     Report report_;
     QSerialPort port_;
     QTimer carrier_watch_;
-    QTimer hang_up_watch_;
+    QTimer port_watch_;
+    std::size_t waiting_ = 0; ///< at the last turn of that watch, and nothing told of since
+    std::string untold_;
     bool carrier_ = false;
 };
 

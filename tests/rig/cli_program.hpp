@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <string>
 #include <string_view>
+#include <termios.h>
 #include <unistd.h>
 #include <vector>
 
@@ -44,6 +45,8 @@ class FarEnd {
     void says(std::string_view text) const {
         EXPECT_EQ(::write(master_, text.data(), text.size()), std::ssize(text));
     }
+    /// The line takes nothing more of what is sent.
+    void holds_up() const { ::tcflow(slave_, TCOOFF); }
     /// The line is gone for who has it open.
     void unplug() {
         ::close(std::exchange(slave_, -1));

@@ -86,7 +86,8 @@ void prz_Einstellungen_laden(Session &session, const fs::path &folder) {
     }
 }
 
-DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &user_folder, bool kept_clean) {
+DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &user_folder,
+                                bool kept_clean) {
     std::error_code error;
     const DataFolders beside_the_program{program_folder, list_folders(program_folder, program_folder)};
     if (fs::exists(program_folder / file_name, error))

@@ -1,0 +1,43 @@
+// What the program asks of Windows, on Windows.
+
+#include "ports/os.hpp"
+
+#include <gmock/gmock.h>
+
+namespace telvox::test {
+namespace {
+
+TEST(Windows, ProgramsOfTheSystemPrintInACodePageOfTheirOwn) {
+    EXPECT_EQ(os::console_text("Zeit\x81"
+                               "berschreitung"),
+              "Zeitüberschreitung");
+    EXPECT_EQ(os::console_text("Zeitüberschreitung"), "Zeitüberschreitung");
+}
+
+TEST(Windows, PortsHaveTheNumbersOfTheirNames) {
+    const struct {
+        const char *device, *name;
+        int number;
+    } cases[] = {{"COM1", "COM1", 1}, {"\\\\.\\com12", "COM12", 12}, {"//./COM3", "COM3", 3},
+                 {"LPT1", "LPT1", 0}, {"COMX", "COMX", 0},           {"\\\\.\\XCOM3", "XCOM3", 0},
+                 {"", "", 0}};
+    for (const auto &[device, name, number] : cases) {
+        EXPECT_EQ(os::real_name(device), name);
+        EXPECT_EQ(os::port_number(device), number) << device;
+    }
+}
+
+TEST(Windows, APortThatIsNotThereIsSaidToBeAbsent) {
+    for (const char *device : {"COM255", "\\\\.\\COM255", "kein\\Gerät", ""}) {
+        EXPECT_FALSE(os::exists(device)) << device;
+        EXPECT_EQ(os::probe(device).value_or(os::Refusal{}).sentence, port_absent.sentence) << device;
+    }
+}
+
+TEST(Windows, SettingsLieWithThoseOfOtherPrograms) {
+    EXPECT_EQ(os::settings_folder(), std::filesystem::path(::_wgetenv(L"APPDATA")));
+    EXPECT_TRUE(os::keeps_folder_clean("C:/Program Files/telvox"));
+}
+
+} // namespace
+} // namespace telvox::test
