@@ -206,7 +206,7 @@ class AnsweringPort final : public QObject, public SerialPort {
         });
     }
     std::string Input() override { return std::exchange(pending_, {}); }
-    void drain(milliseconds) override {}
+    bool drain(milliseconds) override { return true; }
     void watch_carrier(bool) override {}
 
   private:

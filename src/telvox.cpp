@@ -12,7 +12,7 @@ namespace telvox {
 
 Telvox::Telvox(const Ports &ports, DataFolders folders)
     : ports_(ports),
-      recorder_(ports.comSeriell, Mask([this] { return desk.secrets(); }),
+      recorder_(ports.comSeriell, Mask([this] { return desk.secrets(); }, secret_labels()),
                 [&timer = ports.Timer1] { return timer.now(); }),
       link_(recorder_),
       sequencer_({.desk = desk,

@@ -71,7 +71,11 @@ TEST(FieldChecks, AddressesAndNumbers) {
         EXPECT_TRUE(func_IP_pruefen(good)) << good;
     for (const char *bad :
          {"", "1.2.3.", "1.2.3.4.", ".1.2.345", "1..2.34", "1.2.3.4.5", "1.2.3456", "1234567"})
-        EXPECT_FALSE(func_IP_pruefen(bad)) << bad;
+        EXPECT_FALSE(func_IP_pruefen(bad) || valid_address(bad)) << bad;
+    for (const char *no_address : {"300.1.1.1", "1.2.3.256", "192.168.x.1"})
+        EXPECT_FALSE(valid_address(no_address)) << no_address;
+    EXPECT_TRUE(valid_address("255.255.255.0") && valid_address("0.0.0.0") &&
+                valid_address("192.168.001.010"));
     const std::string endless(1000, '9');
     for (const char *within : {"", "0", "65535", "00000000000065535"})
         EXPECT_FALSE(number_exceeds(within, 65535)) << within;
@@ -345,6 +349,85 @@ TEST_F(GprsDialogs, JobsLockTheirWindowUntilTheyEnd) {
         end_job();
         EXPECT_EQ(locked(c.form), c.then) << c.button.name;
         rig.program.close(c.form);
+    }
+}
+
+TEST_F(GprsDialogs, EachKeyIsCheckedForItselfAndNoSecretIsRecorded) {
+    struct Case {
+        std::size_t fixed, challenge;
+        const char *expected;
+    };
+    const Case cases[] = {{63, 64, "Fixed Scramble Key muss 64 Zeichen lang sein!. idle"},
+                          {64, 63, "Challenge Scramble Key muss 64 Zeichen lang sein!. idle"}};
+    rig.program.click(desk.frmModem.mnuIPT_konfig);
+    rig.program.set(ipt.chkIPT_Betrieb, true);
+    rig.program.choose(ipt.optScrambled);
+    rig.program.enter(ipt.tboBenutzer, "u");
+    rig.program.enter(ipt.tboPasswort, "geheim");
+    for (const Case &c : cases) {
+        rig.program.enter(ipt.tboFix_Scrambled_Key, std::string(c.fixed, '7'));
+        rig.program.enter(ipt.tboClg_Scrambled_Key, std::string(c.challenge, '8'));
+        EXPECT_EQ(start(ipt.cbuIPT_schreiben, {true}), c.expected);
+    }
+    const std::string record = rig.program.record().transcript();
+    EXPECT_THAT(record, testing::HasSubstr("enter frmIPT.tboClg_Scrambled_Key ***\n"));
+    for (const char *secret : {"geheim", "777", "888"})
+        EXPECT_EQ(record.find(secret), std::string::npos) << secret;
+}
+
+/// What does not go into a field unchanged is told, or it would be lost when the settings are written back.
+TEST_F(GprsDialogs, ReadingTellsWhatItHadToChange) {
+    rig.program.click(desk.frmModem.mnuIPT_konfig);
+    for (const bool fits : {true, false}) {
+        rig.program.click(ipt.cbuIPT_lesen);
+        rig.turn_by(milliseconds{100});
+        rig.arrive("IMEI: 123456789012345\r\n");
+        rig.turn_by(milliseconds{100});
+        rig.arrive("OK\r\n");
+        rig.turn_by(milliseconds{100});
+        const std::string password(fits ? 63 : 80, 'p');
+        rig.arrive("IPT: " + std::string(fits ? "2" : "1") + "\r\nIPTUSER: u\r\nIPTPW: " + password +
+                   "\r\nIPTKEYF: 1\r\nIPTKEYC: 2\r\nOK\r\n");
+        ASSERT_TRUE(rig.run_until_idle(milliseconds{10'000}));
+        EXPECT_EQ(
+            rig.boxes.back().text,
+            std::string("Das Telvox-A wurde erfolgreich ausgelesen.") +
+                (fits ? "" : "\r\rAchtung: Nicht unverändert übernommen:\rPasswort\rIP-Telemetrie Betrieb"));
+    }
+}
+
+/// At 2400 baud the longest values take longer than the wait: they count as long as they come, and no longer.
+TEST_F(GprsDialogs, ReadingWaitsForAValueThatIsUnderWay) {
+    struct Case {
+        const char *label;
+        int bytes_every; ///< milliseconds
+        int until;
+        bool read;
+    };
+    const Case cases[] = {{"IPTKEYC: ", 50, 2500, true},
+                          {"IPTKEYC: ", 50, 1500, false},   // nothing comes any more
+                          {"IPTKEYC: ", 50, 60'000, false}, // it never ends
+                          {"xIPTKEYC: ", 50, 2500, false},
+                          {"", 50, 2500, false}};
+    rig.program.click(desk.frmModem.mnuIPT_konfig);
+    for (const Case &c : cases) {
+        rig.program.click(ipt.cbuIPT_lesen);
+        rig.turn_by(milliseconds{100});
+        rig.arrive("IMEI: 123456789012345\r\n");
+        rig.turn_by(milliseconds{100});
+        rig.arrive("OK\r\n");
+        rig.turn_by(milliseconds{100});
+        const milliseconds asked = rig.now;
+        rig.arrive(c.label);
+        while (rig.program.busy() && rig.now < asked + milliseconds{c.until}) {
+            rig.turn_by(milliseconds{c.bytes_every});
+            rig.arrive("7");
+        }
+        if (c.read)
+            rig.arrive("\r\nOK\r\n");
+        ASSERT_TRUE(rig.run_until_idle(milliseconds{10'000}));
+        EXPECT_EQ(rig.boxes.back().text.starts_with("Das Telvox-A wurde"), c.read) << c.label << c.until;
+        EXPECT_LE(rig.now - asked, milliseconds{c.read ? 5000 : c.until == 60'000 ? 4100 : 2000});
     }
 }
 

@@ -4,6 +4,7 @@
 #include "rig/rig.hpp"
 
 #include "core/ip_address.hpp"
+#include "dialogues/families.hpp"
 #include "net/shell_commands.hpp"
 #include "simulator/world.hpp"
 
@@ -26,8 +27,9 @@ TEST(Address, IsCheckedByItsFormAndAgainBeforeAProgramGetsIt) {
         const char *plain; ///< "" : no program gets it
     };
     const Case cases[] = {{"192.168.0.100", true, "192.168.0.100"},
-                          {"0.0.0.0", true, "0.0.0.0"},
-                          {"999.999.999.999", true, "999.999.999.999"},
+                          {"0.0.0.0", true, ""},
+                          {"192.168.0.256", true, ""},
+                          {"300.1.999.1", true, ""},
                           {"192.168.001.010", true, "192.168.1.10"}, // else the system reads octal numbers
                           {"1.2.3.", false, ""},
                           {"1.2.34", false, ""},
@@ -180,6 +182,22 @@ TEST(Telnet, NegotiationIsTakenOutAndRefusedOnce) {
         EXPECT_EQ(text, "ABC\xFF") << piece;
         EXPECT_EQ(refusals, "\xFF\xFE\x01\xFF\xFC\x18") << piece;
     }
+}
+
+TEST(Telnet, AnOkBeforeTheAddressWasSentDoesNotCount) {
+    TelnetDialogue dialogue(ethernet_dialogues.address, {.address = "192.168.0.7"});
+    const auto sent = [&](const char *said) {
+        std::string all;
+        for (const std::string &command : dialogue.arrive(said).sent)
+            all += command;
+        return all;
+    };
+    for (const char *login : {"Username: ", "Password: "})
+        EXPECT_EQ(sent(login), "tovri\r");
+    EXPECT_EQ(sent("OK\r\n"), "");
+    EXPECT_EQ(sent("AT>"), "#IP=192.168.0.7\r");
+    EXPECT_FALSE(dialogue.state().reset_sent);
+    EXPECT_EQ(sent("OK\r\nAT>"), "#RESET\r");
 }
 
 /// The program and the simulated network on one turned clock.

@@ -41,7 +41,12 @@ struct Search {
         };
         rig.turn_to(milliseconds{60'000}); // the device has started
         p.click(bench.f.cbuErkennen);
-        bench.run(milliseconds{300'000});
+        int last = 0;
+        for (; p.busy() && rig.now < milliseconds{360'000}; bench.run(milliseconds{100})) {
+            const Progress progress = p.progress();
+            EXPECT_TRUE(progress.step >= last && progress.step <= progress.steps) << progress.step;
+            last = progress.step;
+        }
         took = rig.now - milliseconds{60'000};
         EXPECT_FALSE(p.busy() || rig.port.is_open);
         EXPECT_EQ(rig.boxes.size(), 1u);
@@ -114,7 +119,7 @@ TEST(Recognition, FindsEveryVariantInEveryUsualFormatAndChangesNothing) {
             }
 }
 
-/// A far end that is no Telvox-A: answers at once what it hears, or talks without being asked.
+/// A far end of the test's own: answers at once what it hears, or talks without being asked.
 struct Stranger final : simulator::Device {
     using Time = simulator::Time;
     using Answer = std::function<std::string(std::string_view)>;
@@ -167,6 +172,24 @@ TEST(Recognition, SaysOfAStrangerWhatItIs) {
         EXPECT_EQ(search.box, c.box);
         EXPECT_LE(search.took, std::chrono::seconds{c.seconds}) << c.box;
         EXPECT_TRUE(search.bench.f.optAnalog.value) << "the choice stays";
+    }
+}
+
+/// Both mobile devices answer "ATI" alike; which it is says a second question, also where the first answer
+/// that tells them apart was lost.
+TEST(Recognition, AsksASecondTimeWhichMobileDeviceItIs) {
+    for (const std::string own : {"AT**IMEI?\r", "AT**TIME?\r"}) {
+        int asked = 0;
+        Stranger far([&](std::string_view bytes) -> std::string {
+            if (bytes == "ATI\r")
+                return "KWT Telvox-A V2.0\r\nOK\r\n";
+            if (bytes != own || ++asked == 1)
+                return "";
+            return own == "AT**TIME?\r" ? "TIME: 12:00\r\n" : "IMEI: 123456789012345\r\n";
+        });
+        const Search search(far);
+        EXPECT_EQ(search.box, std::string("Telvox-A ") + (own == "AT**TIME?\r" ? "GSM" : "GPRS") +
+                                  " an COM 2, 2400,e,8,1");
     }
 }
 

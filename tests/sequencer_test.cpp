@@ -9,7 +9,7 @@
 namespace telvox::test {
 namespace {
 
-using testing::HasSubstr;
+using testing::HasSubstr, testing::Not;
 
 TEST(Sequencer, GoesOnWithWhatAJobWasStartedWithWhateverIsFilledInMeanwhile) {
     const auto configure = [](bool disturbed) {
@@ -48,6 +48,119 @@ TEST(Sequencer, GoesOnWithWhatAJobWasStartedWithWhateverIsFilledInMeanwhile) {
     const Journal expected = configure(false);
     EXPECT_THAT(expected, testing::Contains(HasSubstr("box Telvox-A erfolgreich konfiguriert.")));
     EXPECT_EQ(configure(true), expected);
+}
+
+/// The Analog configuration over the cable, up to behind the alarm text.
+struct AnalogConfiguration {
+    explicit AnalogConfiguration(const char *text) {
+        FrmModem &f = rig.program.desk.frmModem;
+        rig.choose_cable_port(3);
+        for (TextBox *box : {&f.tboRufnummer_Empfaenger, &f.tboService_Center})
+            rig.program.enter(*box, "0171");
+        rig.program.enter(f.tboAlarmmeldung, text);
+        rig.program.click(f.cbuParametrieren);
+        rig.turn_by(milliseconds{100});
+        EXPECT_THAT(rig.journal.back(), HasSubstr("-> AT*V"));
+        rig.arrive("NEW ALARM TEXT: ");
+    }
+    void answer_the_check() {
+        rig.turn_by(milliseconds{7000});
+        rig.arrive("OK");
+        ASSERT_TRUE(rig.run_until_idle(milliseconds{60'000}));
+    }
+    Rig rig;
+};
+
+TEST(Sequencer, SaysWhetherACancelledJobLeavesHalfAConfiguration) {
+    for (const char *text : {"Pumpe?", "ATI", "AT*V"}) {
+        AnalogConfiguration job(text);
+        job.rig.turn_by(milliseconds{1100});
+        EXPECT_THAT(job.rig.journal.back(), HasSubstr(text));
+        job.rig.program.cancel();
+        EXPECT_EQ(job.rig.boxes.back().text, cancelled(true)) << text;
+    }
+    AnalogConfiguration job("x");
+    job.rig.program.cancel();
+    EXPECT_EQ(job.rig.boxes.back().text, cancelled(false));
+}
+
+TEST(Sequencer, FailsWhereNotAllCommandsLeftThePort) {
+    AnalogConfiguration job("x");
+    job.rig.port.stuck = true;
+    job.answer_the_check();
+    ASSERT_EQ(job.rig.boxes.size(), 1u);
+    EXPECT_THAT(job.rig.boxes[0].text,
+                testing::StartsWith("Es konnten nicht alle Befehle gesendet werden.\rBitte Prüfen Sie"));
+}
+
+TEST(Sequencer, TellsARejectionForItsOwnJobOnly) {
+    AnalogConfiguration job("x");
+    job.rig.turn_by(milliseconds{1200});
+    job.rig.arrive("\r\nERROR\r\n");
+    job.answer_the_check();
+    EXPECT_THAT(job.rig.boxes.back().text,
+                testing::EndsWith("nicht angenommen:\rÜbertragung des Alarmtextes"));
+    job.rig.program.click(job.rig.program.desk.frmModem.cbuParametrieren);
+    job.rig.turn_by(milliseconds{100});
+    job.rig.arrive("NEW ALARM TEXT: ");
+    job.answer_the_check();
+    EXPECT_THAT(job.rig.boxes.back().text, Not(HasSubstr("nicht angenommen")));
+}
+
+TEST(Sequencer, TakesTheEchoOfATextForNoRejection) {
+    Rig rig;
+    FrmModem &f = rig.program.desk.frmModem;
+    rig.program.choose(f.optGPRS);
+    rig.choose_cable_port(3);
+    for (TextBox *box : {&f.tboRufnummer_Empfaenger, &f.tboService_Center})
+        rig.program.enter(*box, "0171");
+    rig.program.enter(f.tboAlarmmeldung, "ERROR");
+    rig.on_output = [&](std::string_view bytes) {
+        rig.port.pending += bytes == "AT**IMEI?\r"         ? "IMEI: 123456789012345\r\n"
+                            : bytes.starts_with("AT+CMGW") ? "> "
+                                                           : "\r\n" + std::string(bytes) + "\r\n";
+        if (bytes.starts_with("ERROR"))
+            rig.port.pending += "ERROR\r\n";
+    };
+    rig.program.click(f.cbuParametrieren);
+    for (int tick = 0; tick < 100 && rig.program.busy(); ++tick) {
+        rig.turn_to(rig.timer.due);
+        if (rig.port.is_open)
+            rig.program.comSeriell_OnComm(CommEvent::data);
+    }
+    ASSERT_EQ(rig.boxes.size(), 1u);
+    EXPECT_EQ(rig.boxes[0].text, "Das Telvox-A wurde erfolgreich parametriert.");
+}
+
+TEST(Sequencer, BelievesWhatCameBeforeTheCarrierFell) {
+    for (const bool before : {true, false}) {
+        Rig rig;
+        FrmModem &f = rig.program.desk.frmModem;
+        rig.program.choose(f.optFernverbindung);
+        rig.choose_modem_port(3);
+        for (TextBox *box :
+             {&f.tboRufnummer_Modem, &f.tboRufnummer_Empfaenger, &f.tboService_Center, &f.tboAlarmmeldung})
+            rig.program.enter(*box, "0");
+        rig.program.click(f.cbuParametrieren);
+        rig.turn_by(milliseconds{3000});
+        rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
+        for (const char *said : {"ONLINE", ">", "NEW ALARM TEXT: "}) {
+            rig.turn_by(milliseconds{8500});
+            rig.arrive(said);
+        }
+        rig.turn_by(milliseconds{1150}); // the text is out
+        const auto fall = [&](CommEvent event) { rig.program.comSeriell_OnComm(event); };
+        if (before)
+            rig.arrive("\r\nERROR\r\n");
+        fall(CommEvent::carrier_fall);
+        rig.arrive(before ? "\r\nNO CARRIER\r\n" : "\r\nERROR\r\n"); // the local modem's own
+        fall(CommEvent::carrier_rise);
+        rig.turn_by(milliseconds{6000});
+        rig.arrive("OK");
+        EXPECT_TRUE(rig.run_until_idle(milliseconds{60'000}));
+        EXPECT_THAT(rig.boxes.back().text, HasSubstr("erfolgreich konfiguriert"));
+        EXPECT_EQ(rig.boxes.back().text.find("nicht angenommen") != std::string::npos, before);
+    }
 }
 
 /// A family whose jobs lead nowhere: no device table may have them, but an answer could make one of any.
@@ -120,9 +233,12 @@ TEST(Sequencer, ResetKeepsWhatOutlivesAJob) {
 
 TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     Rig rig;
-    Recorder record(rig.port, Mask([] {
-                        return std::vector<std::string>{"BRÜNEX", "1234"};
-                    }),
+    Recorder record(rig.port,
+                    Mask(
+                        [] {
+                            return std::vector<std::string>{"BRÜNEX", "1234"};
+                        },
+                        secret_labels()),
                     [&] { return rig.now; });
     std::vector<std::string> lines;
     record.added = [&](const RecordLine &line) { lines.push_back(text_of(line)); };
@@ -147,14 +263,21 @@ TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     record.Output("X");
     record.Output("\r");
     receive("X\r\nBUSY\r\n");
-    EXPECT_THAT(lines, testing::ElementsAre(
-                           "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
-                           "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
-                           "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
-                           "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n",
-                           "1200 <- PPPUSER: ***x\\r\\n", "1200 <- IPTKEYF:\\r\\n", "1200 <- IPTKEYC: ***",
-                           "1200 | -> AT**PPPPW?\\r", "1200 <- ***", "1200 <- OK\\r\\n", "1200 | -> ***",
-                           "1200 <- ***", "1200 | -> \\r", "1200 <- ***", "1200 <- BUSY\\r\\n"));
+    receive("PPPPW: ");
+    record.input("click", "cbuX", {}); // the user does something before the value is there
+    receive("geheim\r\nIPTK");
+    record.input("click", "cbuX", {});
+    receive("EYC: noch eins\r\n");
+    EXPECT_THAT(lines,
+                testing::ElementsAre(
+                    "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
+                    "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
+                    "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
+                    "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n", "1200 <- PPPUSER: ***x\\r\\n",
+                    "1200 <- IPTKEYF:\\r\\n", "1200 <- IPTKEYC: ***", "1200 | -> AT**PPPPW?\\r",
+                    "1200 <- ***", "1200 <- OK\\r\\n", "1200 | -> ***", "1200 <- ***", "1200 | -> \\r",
+                    "1200 <- ***", "1200 <- BUSY\\r\\n", "1200 <- PPPPW: ", "1200 click cbuX", "1200 <- ***",
+                    "1200 <- IPTK", "1200 click cbuX", "1200 <- EYC: ***\\r\\n"));
     for (std::size_t i = 0; i < 2 * Recorder::capacity; ++i)
         record.Output("x");
     EXPECT_EQ(record.lines().size(), Recorder::capacity);

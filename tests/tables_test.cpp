@@ -145,6 +145,8 @@ TEST(Parsers, TakeALabelledLineOnlyWhenItIsComplete) {
         {"OK\r\nPPPPW: x\r", "PPPPW:", nullptr},
         {"PPPPW: OK", "PPPPW:", nullptr},
         {"PPPUSER: x\r\nOK", "PPPPW:", nullptr},
+        {"PPPUSER: PPPPW: x\r\nOK", "PPPPW:", nullptr},
+        {"PPPUSER: PPPPW: x\r\nPPPPW: y\r\nOK", "PPPPW:", "y", 20},
         {"", "PPPPW:", nullptr},
     };
     for (const Case &c : cases) {

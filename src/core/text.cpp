@@ -162,6 +162,13 @@ bool number_exceeds(std::string_view text, unsigned limit) {
     return value > limit;
 }
 
+std::size_t line_beginning_with(std::string_view text, std::string_view beginning) {
+    auto at = text.find(beginning);
+    while (at != std::string_view::npos && at != 0 && text[at - 1] != '\r' && text[at - 1] != '\n')
+        at = text.find(beginning, at + 1);
+    return at;
+}
+
 bool has_line(std::string_view text, std::string_view line) {
     for (std::size_t at = text.find(line); at != std::string_view::npos; at = text.find(line, at + 1)) {
         const std::size_t behind = at + line.size();

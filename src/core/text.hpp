@@ -49,6 +49,12 @@ class Characters {
 /// Whether a text holds this line, with nothing else in it; lines end in CR or LF.
 [[nodiscard]] bool has_line(std::string_view text, std::string_view line);
 
+/// Where a text first stands at the beginning of a line; npos: nowhere.
+[[nodiscard]] std::size_t line_beginning_with(std::string_view text, std::string_view beginning);
+[[nodiscard]] inline bool begins_line(std::string_view text, std::string_view beginning) {
+    return line_beginning_with(text, beginning) != std::string_view::npos;
+}
+
 /// Whether a text is UTF-8 throughout.
 [[nodiscard]] bool valid_utf8(std::string_view text);
 

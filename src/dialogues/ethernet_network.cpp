@@ -44,15 +44,17 @@ constexpr Prompt gateway[] = {
      .send = "#RESET"},
 };
 
-/// An "OK" before the login says nothing about the address, which is told again at each prompt until then.
+/// An "OK" before the address was sent says nothing of it; it is told again at each prompt until then.
 constexpr Prompt address[] = {
     user,
     {.contains = "Password",
      .unless = &TelnetState::password_sent,
      .sets = &TelnetState::password_sent,
-     .clears = &TelnetState::address_confirmed,
      .send = login},
-    {.contains = "OK", .unless = &TelnetState::address_confirmed, .sets = &TelnetState::address_confirmed},
+    {.contains = "OK",
+     .given = &TelnetState::address_sent,
+     .unless = &TelnetState::address_confirmed,
+     .sets = &TelnetState::address_confirmed},
     {.contains = "AT",
      .given = &TelnetState::address_confirmed,
      .sets = &TelnetState::reset_sent,

@@ -1,6 +1,6 @@
 #include "dialogues/families.hpp"
 
-#include <algorithm>
+#include <sstream>
 
 namespace telvox {
 
@@ -19,6 +19,18 @@ const Family &family_of(ModemType type) {
         return ethernet_family;
     }
     return none;
+}
+
+std::vector<std::string> secret_labels() {
+    std::vector<std::string> labels;
+    for (const Family *family : {&analog_family, &isdn_family, &gsm_family, &gprs_family, &ethernet_family})
+        for (const Job &job : family->jobs)
+            for (const Step &step : job.steps) {
+                std::istringstream words(step.secrets);
+                for (std::string label; words >> label;)
+                    labels.push_back(label);
+            }
+    return labels;
 }
 
 const Family &family_of_job(const JobContext &job) {

@@ -66,6 +66,11 @@ constexpr Step query(Counter read, const char *status, const char *command, Answ
     step.reads = read;
     return step;
 }
+/// One that reads a value, or several, the last of which has this label.
+constexpr Step read(Counter number, const char *status, const char *command, Answer answer) {
+    answer.labelled = true;
+    return query(number, status, command, answer);
+}
 constexpr Step secret_answer(const char *labels, Step step) {
     step.secrets = labels;
     return step;

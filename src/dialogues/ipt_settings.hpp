@@ -50,8 +50,8 @@ inline bool take_ipt(const JobContext &c, const Found &found) {
 inline constexpr auto ipt_read =
     script(gprs_opening(3s, query(15, checking, "AT**IMEI?", {"IMEI: ", whole_imei}, 3s)),
            query(16, results_on, "ATQ0", {"OK"}),
-           secret_answer("IPTPW: IPTKEYF: IPTKEYC:", query(17, "IT-Telemetrie Parameter werden gelesen",
-                                                           "AT**IPT?", {"IPTKEYC:", take_ipt})),
+           secret_answer("IPTPW: IPTKEYF: IPTKEYC:", read(17, "IT-Telemetrie Parameter werden gelesen",
+                                                          "AT**IPT?", {"IPTKEYC:", take_ipt})),
            say("ATQ1", results_off, 2s), gprs_ending(read_out, OnFall::fails));
 
 } // namespace telvox::dialogues

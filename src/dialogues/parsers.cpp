@@ -1,5 +1,7 @@
 #include "dialogues/parsers.hpp"
 
+#include "core/text.hpp"
+
 #include <algorithm>
 #include <charconv>
 
@@ -19,7 +21,7 @@ std::optional<int> parse_signal(std::string_view text) {
 }
 
 std::optional<Labelled> labelled(std::string_view answer, std::string_view label) {
-    const std::size_t start = answer.find(label);
+    const std::size_t start = line_beginning_with(answer, label);
     const std::size_t end = answer.find('\r', start);
     if (start == std::string_view::npos || end == std::string_view::npos ||
         answer.find("OK", end) == std::string_view::npos)

@@ -27,8 +27,8 @@ struct Labelled {
     [[nodiscard]] char code(std::size_t offset) const { return offset < line.size() ? line[offset] : '\0'; }
 };
 
-/// The first line with this label. Nothing while its carriage return is outstanding, or the "OK" that ends
-/// the answer behind it; an "OK" in the value is none.
+/// The first line that begins with this label; in a value it is none. Nothing while its carriage return is
+/// outstanding, or the "OK" that ends the answer behind it; an "OK" in the value is none.
 [[nodiscard]] std::optional<Labelled> labelled(std::string_view answer, std::string_view label);
 
 } // namespace telvox::dialogues

@@ -48,19 +48,23 @@ std::string found_device(const JobContext &c) {
            ", " + tried(c);
 }
 
-/// A question, given the formats that there are; "Suche mit 2400,e,8,1: ISDN".
+/// A round of the search in each format that there is.
+std::size_t rounds(const JobContext &) { return usual_formats.size() + 1; }
+/// A question; "Suche mit 2400,e,8,1: ISDN".
 constexpr Step question(const char *command, RowText::Build variant) {
     Step step = say(command, {"Suche mit ", variant}, 1200ms);
-    step.times = [](const JobContext &) { return usual_formats.size() + 1; };
+    step.times = rounds;
     return step;
 }
+constexpr Step escape = {.send = "+++", .as = Write::raw, .wait = 1200ms, .times = rounds};
 std::string gsm(const JobContext &c) { return tried(c) + ": GSM"; }
 std::string gprs(const JobContext &c) { return tried(c) + ": GPRS"; }
 std::string gsm_or_analog(const JobContext &c) { return tried(c) + ": GSM, Analog"; }
 std::string isdn(const JobContext &c) { return tried(c) + ": ISDN"; }
 std::string ethernet(const JobContext &c) { return tried(c) + ": Ethernet"; }
 
-constexpr Counter ethernet_or_isdn = 5, next_format = 9, gprs_or_gsm = 10, back_online = 11, found = 12;
+constexpr Counter ethernet_or_isdn = 5, next_format = 9, gprs_or_gsm = 10, back_online = 11, gsm_or_gprs = 12,
+                  found = 14;
 
 /// Another row than the next one comes behind it.
 constexpr Step leading_to(Counter next, Step step) {
@@ -72,18 +76,22 @@ constexpr auto search =
     script(question("AT**TIME?", gsm), question("AT**IMEI?", gprs), question("ATI", gsm_or_analog),
            question("ATI1", isdn), question("ATI0", ethernet),
            // A device in its data mode passes everything on to the network; nobody else must get an escape.
-           leading_to(next_format, {.when = answered}), Step{.send = "+++", .as = Write::raw, .wait = 1200ms},
-           question("ATI0", ethernet), question("AT**IMEI?", gprs),
+           leading_to(next_format, {.when = answered}), escape, question("ATI0", ethernet),
+           question("AT**IMEI?", gprs),
            leading_to(1, {.when = others_left,
                           .act = [](const JobContext &c) { ++c.jobs.byteErkennen_Format; },
                           .format = tried,
-                          .wait = 100ms}),
+                          .wait = 100ms,
+                          .times = rounds}),
            when(answered, finish("Es hat ein Gerät geantwortet, aber nicht wie ein Telvox-A.", End::failed)),
            finish(no_connection_check, End::failed),
            // A GSM device has an IMEI too, and its first answer may have been lost.
            leading_to(found, say("AT**TIME?", {}, 1200ms)),
            // It was called out of a data connection.
-           say("ATO", {}, 500ms), Step{.act = take_over, .end = End::drop, .message = found_device});
+           leading_to(found, say("ATO", {}, 500ms)),
+           // Both mobile devices bear that name: the one tells its time, the other only its IMEI.
+           say("AT**TIME?", {}, 1200ms), say("AT**IMEI?", {}, 1200ms),
+           Step{.act = take_over, .end = End::drop, .message = found_device});
 
 constexpr Job jobs[] = {{"Erkennen", &JobState::byteErkennen_Counter, search}};
 
@@ -117,7 +125,13 @@ constexpr Reply replies[] = {
     {.contains = "TIME:", .at = {counter, found}, .take = is<ModemType::GSM>, .restart = 100ms},
     identifies("IMEI:", is<ModemType::GPRS>, back_online, {counter, next_format}),
     identifies("IMEI:", is<ModemType::GPRS>, gprs_or_gsm),
-    identifies("KWT Telvox-A", is<ModemType::GSM>),
+    identifies("KWT Telvox-A", is<ModemType::GSM>, gsm_or_gprs),
+    {.contains = "TIME:",
+     .at = {counter, gsm_or_gprs + 1},
+     .counter = counter,
+     .becomes = found,
+     .restart = 100ms},
+    {.contains = "IMEI:", .at = {counter, found}, .take = is<ModemType::GPRS>, .restart = 100ms},
     identifies("33600", is<ModemType::Analog>),
     identifies("64", is_isdn, found, {counter, ethernet_or_isdn}),
     identifies("ETHERNET", is<ModemType::Ethernet>),

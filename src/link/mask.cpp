@@ -8,10 +8,6 @@ namespace telvox {
 
 namespace {
 
-/// Commands and labels behind which a secret stands up to the end of the line.
-constexpr std::string_view carriers[] = {
-    "AT**PIN=", "AT**PPPPW=", "AT**IPTPW=", "AT**IPTKEYF=", "AT**IPTKEYC=",
-    "PPPPW:",   "IPTPW:",     "IPTKEYF:",   "IPTKEYC:"};
 /// A shorter one stands in too many words to be told from them.
 constexpr std::size_t shortest_found = 3;
 
@@ -33,7 +29,7 @@ std::string Mask::sent(std::string_view bytes) {
     typing_ = character && std::any_of(secrets.begin(), secrets.end(),
                                        [&](const std::string &secret) { return secret.starts_with(so_far); });
     if (!typing_)
-        return line(bytes);
+        return line(bytes).text;
     if (!was_typing)
         echoed_ = 0;
     typed_ = so_far;
@@ -50,19 +46,28 @@ std::string Mask::received(char byte) {
     return {byte};
 }
 
-std::string Mask::line(std::string_view bytes) const {
-    std::string shown(bytes);
-    for (const std::string_view carrier : carriers)
-        if (const auto at = shown.find(carrier); at != std::string::npos) {
-            const auto value = std::min(shown.find_first_not_of(' ', at + carrier.size()), shown.size());
-            const auto end = std::min(shown.find_first_of("\r\n", value), shown.size());
-            if (value != end)
-                shown.replace(value, end - value, hidden);
+Mask::Shown Mask::line(std::string_view bytes, std::string_view before) const {
+    const std::string all = std::string(before) + std::string(bytes);
+    std::vector<bool> secret(all.size());
+    Shown shown;
+    for (const std::string &carrier : carriers_)
+        for (auto at = all.find(carrier); at != std::string::npos; at = all.find(carrier, at + 1)) {
+            const auto value = std::min(all.find_first_not_of(' ', at + carrier.size()), all.size());
+            const auto end = std::min(all.find_first_of("\r\n", value), all.size());
+            std::fill(secret.begin() + static_cast<std::ptrdiff_t>(value),
+                      secret.begin() + static_cast<std::ptrdiff_t>(end), true);
+            shown.open |= end == all.size();
         }
-    for (const std::string &secret : on_the_line())
-        for (auto at = shown.find(secret); secret.size() >= shortest_found && at != std::string::npos;
-             at = shown.find(secret, at + std::string_view(hidden).size()))
-            shown.replace(at, secret.size(), hidden);
+    for (const std::string &known : on_the_line())
+        for (auto at = all.find(known); known.size() >= shortest_found && at != std::string::npos;
+             at = all.find(known, at + known.size()))
+            std::fill_n(secret.begin() + static_cast<std::ptrdiff_t>(at), known.size(), true);
+    for (std::size_t i = before.size(); i < all.size(); ++i) {
+        if (!secret[i])
+            shown.text += all[i];
+        else if (i == before.size() || !secret[i - 1])
+            shown.text += hidden;
+    }
     return shown;
 }
 

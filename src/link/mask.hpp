@@ -14,15 +14,21 @@ class Mask {
   public:
     static constexpr const char *hidden = "***";
 
-    /// `secrets`: what nobody may read, as it is now (UTF-8).
-    explicit Mask(std::function<std::vector<std::string>()> secrets) : secrets_(std::move(secrets)) {}
+    /// `secrets`: what nobody may read, as it is now (UTF-8). `carriers`: commands and labels behind which a
+    /// secret stands up to the end of the line, as "AT**PIN=" and "PPPPW:".
+    Mask(std::function<std::vector<std::string>()> secrets, std::vector<std::string> carriers)
+        : secrets_(std::move(secrets)), carriers_(std::move(carriers)) {}
 
     /// What may be shown of bytes that are sent; empty for the further characters of one that is typed.
     [[nodiscard]] std::string sent(std::string_view bytes);
     /// What may be shown of a byte that came: itself, or of an echo of what was typed its first "***".
     [[nodiscard]] std::string received(char byte);
-    /// What may be shown of a line that came.
-    [[nodiscard]] std::string line(std::string_view bytes) const;
+    struct Shown {
+        std::string text;
+        bool open = false; ///< what comes next belongs to a secret, up to the end of the line
+    };
+    /// What may be shown of a piece of a line that came behind another piece of it.
+    [[nodiscard]] Shown line(std::string_view bytes, std::string_view before = {}) const;
     /// A secret is being typed: what comes is its echo, and belongs together.
     [[nodiscard]] bool typing() const { return typing_; }
 
@@ -30,6 +36,7 @@ class Mask {
     [[nodiscard]] std::vector<std::string> on_the_line() const;
 
     std::function<std::vector<std::string>()> secrets_;
+    std::vector<std::string> carriers_;
     std::string typed_;      ///< of a secret that is sent one character at a time
     std::size_t echoed_ = 0; ///< characters of it that came back
     bool typing_ = false;

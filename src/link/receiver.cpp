@@ -1,5 +1,7 @@
 #include "link/receiver.hpp"
 
+#include "core/text.hpp"
+
 #include <algorithm>
 #include <utility>
 
@@ -25,11 +27,15 @@ void Receiver::await(const Awaited &awaited) {
 }
 
 bool Receiver::handle(CommEvent event, std::span<const Reply> rows) {
-    if (event == CommEvent::data)
-        link_.strCOM_Eingang.append(link_.comSeriell.Input());
     const bool data = event == CommEvent::data;
-    if (job_.jobs == JobState{} || job_.jobs.byteAuflege_Counter != 0 || (data && job_.jobs.line_dropped))
+    const std::string arrived = data ? link_.comSeriell.Input() : std::string();
+    if (job_.jobs.line_dropped && data)
+        return false; // the local modem's own words
+    link_.strCOM_Eingang.append(arrived);
+    if (job_.jobs == JobState{} || job_.jobs.byteAuflege_Counter != 0)
         return false;
+    if (data)
+        last_arrival_ = timer_.now();
     bool acted = data && answered();
     std::uint64_t bit = 1;
     for (const Reply &row : rows) {
@@ -42,6 +48,14 @@ bool Receiver::handle(CommEvent event, std::span<const Reply> rows) {
     }
     recognised_ |= data && acted;
     return acted;
+}
+
+bool Receiver::value_under_way() {
+    const auto coming = [this](const Answer &answer) {
+        return answer.labelled && begins_line(link_.strCOM_Eingang.text(), answer.contains);
+    };
+    return !job_.jobs.line_dropped && timer_.now() - last_arrival_ <= gap &&
+           std::any_of(awaited_.answers.begin(), awaited_.answers.end(), coming);
 }
 
 bool Receiver::answered() {

@@ -22,12 +22,17 @@ class Receiver {
     void begin();
     /// A command is sent: what was awaited before it counts no more.
     void await(const Awaited &awaited);
+    /// The label of an awaited value is there, and bytes still come.
+    [[nodiscard]] bool value_under_way();
     /// Whether any reply of the running job was recognised.
     [[nodiscard]] bool recognised() const { return recognised_; }
     /// Empties the receive buffer: what comes from now on answers the next command.
     void clear();
 
   private:
+    /// Longer pauses are none of an answer: an adapter hands on what it has many times in this.
+    static constexpr milliseconds gap{200};
+
     bool answered();
     bool holds(const Reply &row, CommEvent event);
     bool holds(const char *contains, Take take);
@@ -39,6 +44,7 @@ class Receiver {
     Awaited awaited_;
     std::uint64_t acted_ = 0; ///< bit per row that has acted since the buffer was emptied
     bool recognised_ = false;
+    milliseconds last_arrival_{0};
 };
 
 } // namespace telvox

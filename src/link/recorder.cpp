@@ -146,9 +146,9 @@ std::string Recorder::Input() {
     return bytes;
 }
 
-void Recorder::drain(milliseconds limit) {
+bool Recorder::drain(milliseconds limit) {
     note(RecordLine::Kind::done, "drain");
-    port_.drain(limit);
+    return port_.drain(limit);
 }
 
 /// A secret may lie across two pieces, so a line is shown as it came only if it holds none.
@@ -158,8 +158,11 @@ void Recorder::flush(bool line_ended) {
     std::string whole;
     for (const Piece &piece : pending_)
         whole += piece.bytes;
-    const std::string shown = rest_is_secret_ ? Mask::hidden : mask_.line(whole);
-    rest_is_secret_ = !line_ended && shown.ends_with(Mask::hidden);
+    const Mask::Shown seen = mask_.line(whole, begun_);
+    const std::string shown = rest_is_secret_ ? Mask::hidden : seen.text;
+    rest_is_secret_ = !line_ended && (rest_is_secret_ || seen.open || shown.ends_with(Mask::hidden));
+    begun_ += whole;
+    begun_.erase(0, line_ended ? begun_.size() : begun_.size() - std::min(begun_.size(), longest_line));
     RecordLine line{.at = pending_.front().at,
                     .kind = RecordLine::Kind::received,
                     .text = visible(shown),

@@ -79,7 +79,7 @@ class Recorder final : public SerialPort {
     void DTREnable(bool on) override;
     void Output(std::string_view bytes) override;
     std::string Input() override;
-    void drain(milliseconds limit) override;
+    bool drain(milliseconds limit) override;
     void watch_carrier(bool on) override { port_.watch_carrier(on); }
 
   private:
@@ -102,7 +102,8 @@ class Recorder final : public SerialPort {
     std::vector<Piece> pending_; ///< received, the line not yet ended
     std::size_t pending_size_ = 0;
     bool paused_ = false;
-    bool rest_is_secret_ = false; ///< a secret was cut by an output; the rest of its line is one too
+    std::string begun_;           ///< of a line that came in parts, what is shown already
+    bool rest_is_secret_ = false; ///< a secret was cut; the rest of its line is one too
 };
 
 } // namespace telvox

@@ -36,6 +36,7 @@ using Take = bool (*)(const JobContext &, const Found &);
 struct Answer {
     const char *contains = nullptr; ///< "" for any data; none: there is no such answer
     Take take = nullptr;
+    bool labelled = false; ///< `contains` is the label of a value, which may take longer than the wait
 };
 
 /// What the command that was sent last waits for, and what the first answer does; then it waits no longer.

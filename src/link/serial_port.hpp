@@ -37,8 +37,8 @@ class SerialPort {
     virtual void Output(std::string_view bytes) = 0;
     /// All bytes that arrived since the last call.
     virtual std::string Input() = 0;
-    /// Waits until all output has left, at most this long.
-    virtual void drain(milliseconds limit) = 0;
+    /// Waits until all output has left, at most this long. Returns whether it has.
+    virtual bool drain(milliseconds limit) = 0;
     /// Reports changes of the carrier-detect line from now on, or no longer; on while it is on
     /// changes nothing. The line has no event of its own, so it is polled only while a call is awaited or
     /// stands.

@@ -44,8 +44,10 @@ void NetworkTools::start(const NetworkAction &action, NetworkTask task, NetworkP
     pane_->progress = 0;
     pane_->running = true;
     const auto address = plain_address(task_.address);
-    if (!address || (action_.first_entry && !is_hex_pairs(task_.mac, 6))) {
-        say("Keine gültige Adresse: " + first_characters(task_.address, 40) + "\n");
+    const std::string &given = task_.values.address;
+    const bool can_be_given = given.empty() || plain_address(given);
+    if (!address || !can_be_given || (action_.first_entry && !is_hex_pairs(task_.mac, 6))) {
+        say("Keine gültige Adresse: " + first_characters(can_be_given ? task_.address : given, 40) + "\n");
         return finish(Outcome::failed, action_.unreached);
     }
     task_.address = *address;

@@ -19,22 +19,18 @@ bool is_hex_pairs(std::string_view text, int pairs) {
 }
 
 std::optional<std::string> plain_address(std::string_view text) {
-    if (text.size() > 15 || !func_IP_pruefen(text))
+    if (text.size() > 15 || !valid_address(text))
         return std::nullopt;
     std::string plain, field;
     for (const char c : std::string(text) + '.') {
         if (c == '.') {
-            if (field.size() > 3)
-                return std::nullopt;
             field.erase(0, std::min(field.find_first_not_of('0'), field.size() - 1));
             plain += (plain.empty() ? "" : ".") + std::exchange(field, {});
-        } else if (c >= '0' && c <= '9') {
-            field += c;
         } else {
-            return std::nullopt;
+            field += c;
         }
     }
-    return plain;
+    return plain != "0.0.0.0" ? std::optional(plain) : std::nullopt;
 }
 
 ShellCommand ping_command(Processes::Tools tools, const std::string &address) {

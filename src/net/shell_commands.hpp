@@ -13,8 +13,8 @@ namespace telvox {
 [[nodiscard]] bool is_hex_pairs(std::string_view text, int pairs);
 
 /// An address as a program may get it; nothing for a text that is none: digits and dots only, at most 15
-/// characters, no field longer than three digits. Leading zeros are dropped, which programs would take for
-/// octal numbers.
+/// characters, no field above 255, not 0.0.0.0, which is whoever asks. Leading zeros are dropped, which
+/// programs would take for octal numbers.
 [[nodiscard]] std::optional<std::string> plain_address(std::string_view text);
 
 /// Four echo requests.

@@ -75,8 +75,6 @@ TelnetDialogue::Reaction TelnetDialogue::arrive(std::string_view bytes) {
             state_.*prompt.sets = true;
             idle_ = 0;
         }
-        if (prompt.clears)
-            state_.*prompt.clears = false;
         if (prompt.send) {
             reaction.sent.push_back(prompt.send + (prompt.value ? values_.*prompt.value : std::string()) +
                                     "\r");

@@ -38,7 +38,6 @@ struct Prompt {
     TelnetFlag given = nullptr;  ///< must be set
     TelnetFlag unless = nullptr; ///< must not be set
     TelnetFlag sets = nullptr;
-    TelnetFlag clears = nullptr;
     const char *send = nullptr;                 ///< command; none: nothing is sent
     std::string TelnetValues::*value = nullptr; ///< behind the command; a carriage return follows
 };

@@ -21,7 +21,7 @@ class NoPort final : public SerialPort {
     void DTREnable(bool) override {}
     void Output(std::string_view) override {}
     std::string Input() override { return {}; }
-    void drain(milliseconds) override {}
+    bool drain(milliseconds) override { return true; }
     void watch_carrier(bool) override {}
 
   private:

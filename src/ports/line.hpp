@@ -21,7 +21,8 @@ class Line {
     virtual void dtr(bool on) = 0;
     virtual void write(std::string_view bytes) = 0;
     virtual std::string read() = 0;
-    virtual void drain(milliseconds limit) = 0;
+    /// Returns whether all output has left.
+    virtual bool drain(milliseconds limit) = 0;
     virtual void watch_carrier(bool on) = 0;
 };
 

@@ -39,10 +39,7 @@ void QtSerialPort::Output(std::string_view bytes) {
 
 std::string QtSerialPort::Input() { return line_ ? line_->read() : std::string(); }
 
-void QtSerialPort::drain(milliseconds limit) {
-    if (line_)
-        line_->drain(limit);
-}
+bool QtSerialPort::drain(milliseconds limit) { return !line_ || line_->drain(limit); }
 
 void QtSerialPort::watch_carrier(bool on) {
     if (line_)

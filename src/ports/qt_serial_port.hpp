@@ -29,7 +29,7 @@ class QtSerialPort final : public QObject, public SerialPort {
     void DTREnable(bool on) override;
     void Output(std::string_view bytes) override;
     std::string Input() override;
-    void drain(milliseconds limit) override;
+    bool drain(milliseconds limit) override;
     void watch_carrier(bool on) override;
 
   private:

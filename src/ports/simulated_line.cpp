@@ -46,7 +46,8 @@ class SimulatedLine final : public QObject, public Line {
 
     std::string read() override { return std::exchange(received_, {}); }
 
-    void drain(milliseconds) override {} // the device has every byte as soon as it is written
+    /// The device has every byte as soon as it is written.
+    bool drain(milliseconds) override { return true; }
 
     void watch_carrier(bool on) override {
         if (on && !watches_carrier_)

@@ -69,14 +69,16 @@ class SystemLine final : public QObject, public Line {
     }
     std::string read() override { return std::exchange(untold_, {}) + port_.readAll().toStdString(); }
 
-    void drain(milliseconds limit) override {
+    bool drain(milliseconds limit) override {
         const QDeadlineTimer deadline(limit);
         const auto left = [&] { return static_cast<int>(deadline.remainingTime()); };
         while (port_.bytesToWrite() > 0 && left() > 0)
             if (!port_.waitForBytesWritten(left()))
-                return;
-        while (left() > 0 && os::output_pending(port_.handle()))
+                return false;
+        bool pending = os::output_pending(port_.handle());
+        for (; pending && left() > 0; pending = os::output_pending(port_.handle()))
             QThread::msleep(drain_poll_ms);
+        return port_.bytesToWrite() == 0 && !pending;
     }
 
     void watch_carrier(bool on) override {

@@ -4,6 +4,7 @@
 #include "core/text.hpp"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace telvox {
@@ -24,6 +25,32 @@ milliseconds prescribed_time(const Job &job, const JobContext &context) {
         sum += standing * static_cast<long>(step.times ? step.times(context) : 1);
     }
     return sum;
+}
+
+/// "\r\rAchtung: …" and the names, a line each; nothing without names.
+std::string one_below_the_other(const char *heading, const std::vector<std::string> &names) {
+    std::string text = names.empty() ? "" : std::string("\r\r") + heading;
+    for (const std::string &name : names)
+        text += "\r" + name;
+    return text;
+}
+
+/// Whether the echo of a line would look like a rejection of it; what ends a message is no part of the echo.
+bool is_echoed_as_error(std::string text) {
+    std::erase_if(text, [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+    return text == "ERROR";
+}
+
+/// How many steps a table shows. What repeats itself until something happens is one.
+int steps_of(const Job &job, const JobContext &context) {
+    std::map<Counter, std::size_t> comes;
+    for (const Step &step : job.steps)
+        comes[step.number] = std::max(
+            {std::size_t{1}, comes[step.number], step.times && !step.again ? step.times(context) : 1});
+    std::size_t sum = 0;
+    for (const auto &[number, times] : comes)
+        sum += times;
+    return static_cast<int>(sum);
 }
 
 } // namespace
@@ -77,6 +104,7 @@ bool Sequencer::start(const Launch &launch, const Button &by) {
     rejected_.clear();
     changed_device_ = heard_ = false;
     progress_ = {};
+    steps_before_ = 0;
     timed_.clear();
     allowed_ = milliseconds{0};
     started_ = c_.timer.now();
@@ -112,6 +140,8 @@ bool Sequencer::open_port(const JobValues &values, const Button &by) {
 }
 
 void Sequencer::Timer1_Timer() {
+    if (receiver_.value_under_way() && c_.timer.now() - step_began_ < 2 * progress_.wait)
+        return c_.timer.restart(idle_period);
     note_rejection();
     receiver_.clear();
     if (const auto report = due_report(c_.reports, job_))
@@ -137,7 +167,7 @@ bool Sequencer::stalled() const {
 
 void Sequencer::note_rejection() {
     const std::string under = std::exchange(under_, {});
-    if (!under.empty() && !c_.jobs.line_dropped && has_line(c_.link.strCOM_Eingang.text(), "ERROR") &&
+    if (!under.empty() && has_line(c_.link.strCOM_Eingang.text(), "ERROR") &&
         std::find(rejected_.begin(), rejected_.end(), under) == rejected_.end())
         rejected_.push_back(under);
 }
@@ -174,8 +204,8 @@ void Sequencer::run(const Step &step, const Job &job) {
     if (step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::fails)
         return fail(LineEnd::hang_up, {.text = call_has_fallen});
     const bool skipped = step.send.given() && c_.jobs.line_dropped && step.on_fall == OnFall::skipped;
-    if (!skipped)
-        send(step, job);
+    if (!skipped && !send(step, job))
+        return fail(LineEnd::by_mode, {.text = not_all_sent()});
     c_.jobs.*job.counter = skipped ? step.next : step.otherwise;
     if (skipped)
         c_.timer.restart(idle_period);
@@ -185,7 +215,7 @@ void Sequencer::run(const Step &step, const Job &job) {
         end(step);
 }
 
-void Sequencer::send(const Step &step, const Job &job) {
+bool Sequencer::send(const Step &step, const Job &job) {
     if (step.status.given())
         c_.panel.status(step.status(job_));
     if (step.act) {
@@ -194,19 +224,20 @@ void Sequencer::send(const Step &step, const Job &job) {
     }
     c_.jobs.byteGPRS_Leseschritt = step.reads;
     if (step.format.given()) {
-        c_.link.comSeriell.drain(drain_limit);
+        if (!c_.link.comSeriell.drain(drain_limit))
+            return false;
         if (const auto format = parse_format(step.format(job_)))
             c_.link.comSeriell.Settings(*format);
     }
-    progress_ = {.step = step.number, .steps = job.steps.back().number, .wait = step.wait};
+    note_progress(step, job);
     step_began_ = c_.timer.now();
     if (step.send.given()) {
         const std::string text = step.send(job_);
         step.as == Write::line ? c_.link.prz_Daten_senden(text) : c_.link.send_raw(text);
         changed_device_ |= step.changes_device;
-        // The set-up speaks to the local modem, and an alarm text may itself be what is looked for.
-        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter && text != "ERROR" &&
-            !c_.families(job_).guesses)
+        // The set-up speaks to the local modem, and the echo of an alarm text may be what is looked for.
+        if (step.as == Write::line && job.counter != &JobState::byteAnwahl_Counter &&
+            !is_echoed_as_error(text) && !c_.families(job_).guesses)
             under_ = step.status.given() ? step.status(job_) : text.substr(0, text.find('='));
     }
     receiver_.await({.answers = step.answers,
@@ -215,26 +246,51 @@ void Sequencer::send(const Step &step, const Job &job) {
                      .becomes = step.next,
                      .moves = step.starts,
                      .restart = step.after});
+    return true;
+}
+
+/// A call and what it is for are one count, and so are the rounds of a search.
+void Sequencer::note_progress(const Step &step, const Job &job) {
+    const bool first = progress_.step == 0, other_table = !first && counted_ != job.counter;
+    if (first) {
+        progress_.steps = steps_of(job, job_);
+        for (const Step &one : job.steps)
+            for (const Move &move : one.starts)
+                if (c_.jobs.*move.when)
+                    for (const Job &next : c_.families(job_).jobs)
+                        progress_.steps += next.counter == move.counter ? steps_of(next, job_) : 0;
+    }
+    if (other_table || (!first && step.number < counted_step_))
+        steps_before_ += other_table ? steps_of_counted_ : counted_step_;
+    counted_ = job.counter;
+    counted_step_ = step.number;
+    steps_of_counted_ = steps_of(job, job_);
+    progress_.step = std::min(steps_before_ + step.number, progress_.steps);
+    progress_.wait = step.wait;
 }
 
 void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
         return fail(LineEnd::by_mode, {.text = step.message(job_)});
     // A query has no message; what its fields show says it all.
-    const bool tells = step.message.given(), objected = tells && !rejected_.empty();
+    const bool tells = step.message.given();
+    const auto changed = c_.panel.changed(c_.findings);
+    const bool objected = tells && (!rejected_.empty() || !changed.empty());
     Message message{.text = tells ? step.message(job_) : "",
                     .tone = objected ? Tone::refusal : Tone::success};
     if (objected) {
         message.icon = Icon::exclamation;
-        message.text += "\r\rAchtung: Das Telvox-A hat nicht angenommen:";
-        for (const std::string &name : rejected_)
-            message.text += "\r" + name;
+        message.text += one_below_the_other("Achtung: Das Telvox-A hat nicht angenommen:", rejected_) +
+                        one_below_the_other("Achtung: Nicht unverändert übernommen:", changed);
     }
     end_.outcome = objected ? Outcome::objected : Outcome::succeeded;
     if (tells)
         end_.said.push_back(message);
     // The hang-up of a success leaves the job's state until it is through, and its inputs locked.
-    step.end == End::drop ? finish(LineEnd::drop) : start_hang_up();
+    if (step.end != End::drop)
+        start_hang_up();
+    else if (!finish(LineEnd::drop))
+        return;
     if (tells)
         c_.outbox.show(std::move(message));
 }
@@ -272,18 +328,28 @@ void Sequencer::fail(LineEnd line, Message message) {
     c_.outbox.show(std::move(message));
 }
 
-void Sequencer::finish(LineEnd line) {
+bool Sequencer::finish(LineEnd line) {
     const bool hang_up = line == LineEnd::hang_up || (line == LineEnd::by_mode && c_.values.remote);
-    if (!hang_up)
-        close_port();
+    const bool all_sent = hang_up || close_port() || !went_well(end_.outcome);
     c_.timer.Enabled(false);
     if (hang_up) { // the inputs stay locked until the line is down
         c_.jobs = {};
         c_.panel.status("Verbindung wird getrennt");
-        return start_hang_up();
+        start_hang_up();
+        return true;
     }
     prz_Initialisieren();
+    if (!all_sent) {
+        end_.outcome = Outcome::failed;
+        end_.said = {{.text = not_all_sent()}};
+        c_.outbox.show(end_.said.front());
+    }
     tell_end();
+    return all_sent;
+}
+
+std::string Sequencer::not_all_sent() const {
+    return std::string("Es konnten nicht alle Befehle gesendet werden.") + c_.reports.check_line;
 }
 
 void Sequencer::tell_end() {
@@ -322,13 +388,14 @@ void Sequencer::abandon() {
     finish(LineEnd::by_mode);
 }
 
-void Sequencer::close_port() {
+bool Sequencer::close_port() {
     SerialPort &port = c_.link.comSeriell;
     if (!port.PortOpen())
-        return;
-    port.drain(drain_limit);
+        return true;
+    const bool all_sent = port.drain(drain_limit);
     port.DTREnable(false);
     port.PortOpen(false);
+    return all_sent;
 }
 
 void Sequencer::comSeriell_OnComm(CommEvent event) {
@@ -339,8 +406,10 @@ void Sequencer::comSeriell_OnComm(CommEvent event) {
         return;
     }
     // Once a hang-up runs the job's end has been reported, and a line without its port is down anyway.
-    if (!busy() || c_.jobs.byteAuflege_Counter != 0)
-        return finish(LineEnd::drop);
+    if (!busy() || c_.jobs.byteAuflege_Counter != 0) {
+        finish(LineEnd::drop);
+        return;
+    }
     fail(LineEnd::drop, {.text = "Die Verbindung zur Schnittstelle " +
                                  port_entry(c_.link.comSeriell.CommPort()) + " ging verloren.",
                          .title = port_error_title,

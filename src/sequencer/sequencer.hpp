@@ -81,7 +81,8 @@ class Sequencer {
     [[nodiscard]] Progress progress() const;
 
     /// Leaves the line in order when the program ends: DTR off drops a call that is still up.
-    void close_port();
+    /// Returns whether all that was written has left.
+    bool close_port();
 
   private:
     static constexpr milliseconds idle_period{100};
@@ -94,7 +95,8 @@ class Sequencer {
     bool open_port(const JobValues &values, const Button &by);
     void run_jobs();
     void run(const Step &step, const Job &job);
-    void send(const Step &step, const Job &job);
+    bool send(const Step &step, const Job &job);
+    void note_progress(const Step &step, const Job &job);
     void end(const Step &step);
     void allow_time_for(const Job &job);
     void note_rejection();
@@ -103,7 +105,8 @@ class Sequencer {
     void hang_up_step();
     void start_hang_up();
     void fail(LineEnd line, Message message);
-    void finish(LineEnd line);
+    bool finish(LineEnd line);
+    [[nodiscard]] std::string not_all_sent() const;
     void tell_end();
 
     Context c_;
@@ -118,6 +121,10 @@ class Sequencer {
     bool changed_device_ = false;
     bool heard_ = false; ///< the device has sent something
     Progress progress_;
+    CounterOf counted_ = nullptr; ///< the table that stands in it,
+    Counter counted_step_ = 0;    ///< its step,
+    int steps_of_counted_ = 0;    ///< how many it has,
+    int steps_before_ = 0;        ///< and what came before
     milliseconds step_began_{0};
 };
 

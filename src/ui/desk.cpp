@@ -57,4 +57,14 @@ void Desk::show(const Findings &found) {
         frmEinstellungen.device_changed();
 }
 
+std::vector<std::string> Desk::changed(const Findings &found) const {
+    std::vector<std::string> fields;
+    if (found.gprs)
+        fields = frmGPRS.differences(*found.gprs);
+    if (found.ipt)
+        for (std::string &field : frmIPT.differences(*found.ipt))
+            fields.push_back(std::move(field));
+    return fields;
+}
+
 } // namespace telvox

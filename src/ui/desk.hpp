@@ -81,6 +81,7 @@ struct Desk final : Panel {
 
     [[nodiscard]] JobValues values() const override;
     void show(const Findings &found) override;
+    [[nodiscard]] std::vector<std::string> changed(const Findings &found) const override;
     void status(std::string_view text) override {
         if (frmModem.StatusBar.text != text)
             observers.tell(&Observer::status, text);

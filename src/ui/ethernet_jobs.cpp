@@ -2,6 +2,7 @@
 #include "core/text.hpp"
 #include "net/shell_commands.hpp"
 #include "ui/jobs.hpp"
+#include "ui/questions.hpp"
 
 namespace telvox {
 
@@ -48,6 +49,11 @@ constexpr Check mac_address[] = {
     {.holds = [](const Desk &d) { return is_hex_pairs(d.frmIPoEthernet.tboMAC_Adresse2.text, 3); },
      .otherwise = "Bitte geben Sie eine gültige MAC-Adresse ein.\rBeispiel: 00-05-B6-00-1C-04",
      .field = [](Desk &d) -> Control * { return &d.frmIPoEthernet.tboMAC_Adresse2; }}};
+
+constexpr Question address_questions[] = {
+    {.strikes = [](const Desk &d) { return !valid_address(d.frmEthernet.tboIP.text); },
+     .text = "Es wurde keine gültige IP-Adresse eingetragen.",
+     .field = [](Desk &d) -> Control * { return &d.frmEthernet.tboIP; }}};
 
 constexpr Launch set_address = {
     .checks = address_checks, .counter = &JobState::byteEthernet_IP_Counter, .cable_only = true};
@@ -160,7 +166,13 @@ void connect_ethernet(Desk &desk, Sequencer &sequencer, NetworkTools &network,
     desk.frmModem.mnuIPuPort.clicked = opens(desk.frmEthernet);
     desk.frmModem.mnuGateway.clicked = opens(desk.frmGateway);
     desk.frmModem.mnuIP_over_Ethernet.clicked = opens(desk.frmIPoEthernet);
-    starts_and_closes(desk.frmEthernet.cbuEthernet_Konfigurieren, sequencer, set_address);
+    desk.frmEthernet.cbuEthernet_Konfigurieren.clicked = [&] {
+        if (sequencer.ready(set_address))
+            ask_all(desk, address_questions, [&] {
+                if (sequencer.start(set_address, desk.frmEthernet.cbuEthernet_Konfigurieren))
+                    desk.frmEthernet.unload();
+            });
+    };
     starts_and_closes(desk.frmGateway.cbuEthernet_GW_Kabel, sequencer, set_gateway);
     NetworkButtons buttons(desk, network, dialogues);
     const auto presses = [&](void (NetworkButtons::*action)()) {

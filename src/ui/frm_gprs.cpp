@@ -145,6 +145,39 @@ void FrmGPRS::show(const GprsSettings &read) {
     choose_target(read.leased_line, optStandleitung_aus, optStandleitung_IP, optStandleitung_Domain);
 }
 
+std::vector<std::string> FrmGPRS::differences(const GprsSettings &read) const {
+    const GprsSettings shown = settings();
+    struct Text {
+        const char *name;
+        std::string GprsSettings::*value;
+    };
+    struct Code {
+        const char *name;
+        int GprsSettings::*value;
+    };
+    constexpr Text texts[] = {{"APN", &GprsSettings::apn},
+                              {"Benutzername", &GprsSettings::user},
+                              {"Passwort", &GprsSettings::password},
+                              {"IP-Adresse", &GprsSettings::ip},
+                              {"Port der IP-Adresse", &GprsSettings::ip_port},
+                              {"Domain-Name", &GprsSettings::domain},
+                              {"Port der Domain", &GprsSettings::domain_port},
+                              {"1. Nummer", &GprsSettings::number1},
+                              {"2. Nummer", &GprsSettings::number2},
+                              {"Keep Alive Timer", &GprsSettings::keep_alive}};
+    constexpr Code codes[] = {{"Callback der 1. Nummer", &GprsSettings::callback1},
+                              {"Callback der 2. Nummer", &GprsSettings::callback2},
+                              {"Standleitungsbetrieb", &GprsSettings::leased_line}};
+    std::vector<std::string> names;
+    for (const auto &[field, value] : texts)
+        if (shown.*value != read.*value)
+            names.emplace_back(field);
+    for (const auto &[field, value] : codes)
+        if (shown.*value != read.*value)
+            names.emplace_back(field);
+    return names;
+}
+
 bool FrmGPRS::uses_ip() const {
     return optCallback1_IP.value || optCallback2_IP.value || optStandleitung_IP.value;
 }

@@ -44,6 +44,8 @@ class FrmGPRS : public Form {
     [[nodiscard]] GprsSettings settings() const;
     /// Shows what a device said; a code that has no option leaves the options as they are.
     void show(const GprsSettings &read);
+    /// The fields that hold something else than that.
+    [[nodiscard]] std::vector<std::string> differences(const GprsSettings &read) const;
     /// A target is the IP address, or the domain.
     [[nodiscard]] bool uses_ip() const;
     [[nodiscard]] bool uses_domain() const;

@@ -52,6 +52,25 @@ void FrmIPT::show(const IptSettings &read) {
         (read.mode == 2 ? optUnscrambled : optScrambled).choose();
 }
 
+std::vector<std::string> FrmIPT::differences(const IptSettings &read) const {
+    const IptSettings shown = settings();
+    struct Text {
+        const char *name;
+        std::string IptSettings::*value;
+    };
+    constexpr Text texts[] = {{"Benutzer", &IptSettings::user},
+                              {"Passwort", &IptSettings::password},
+                              {"Fixed Scramble Key", &IptSettings::fixed_key},
+                              {"Challenge Scramble Key", &IptSettings::challenge_key}};
+    std::vector<std::string> names;
+    for (const auto &[field, value] : texts)
+        if (shown.*value != read.*value)
+            names.emplace_back(field);
+    if (shown.mode != read.mode)
+        names.emplace_back("IP-Telemetrie Betrieb");
+    return names;
+}
+
 void FrmIPT::lock(Lock what) {
     locked_ = what;
     compute();

@@ -22,6 +22,8 @@ class FrmIPT : public Form {
     [[nodiscard]] IptSettings settings() const;
     /// Shows what a device said; a mode that has no option leaves the options as they are.
     void show(const IptSettings &read);
+    /// The fields that hold something else than that.
+    [[nodiscard]] std::vector<std::string> differences(const IptSettings &read) const;
 
     void lock(Lock what);
     void unlock() override { lock(Lock::none); }

@@ -137,7 +137,10 @@ void Rig::FakePort::Output(std::string_view bytes) {
     rig.on_output(bytes);
 }
 
-void Rig::FakePort::drain(milliseconds) { rig.note("drain"); }
+bool Rig::FakePort::drain(milliseconds) {
+    rig.note("drain");
+    return !stuck;
+}
 
 std::vector<PortInfo> Rig::FakeScan::ports() {
     std::vector<PortInfo> found = rig.busy_ports;

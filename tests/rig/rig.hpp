@@ -77,7 +77,7 @@ class Rig : private Observer {
         void DTREnable(bool on) override;
         void Output(std::string_view bytes) override;
         std::string Input() override { return std::exchange(pending, {}); }
-        void drain(milliseconds limit) override;
+        bool drain(milliseconds limit) override;
         void watch_carrier(bool on) override { watches = on; }
 
         Rig &rig;
@@ -85,6 +85,7 @@ class Rig : private Observer {
         SerialFormat format;
         bool is_open = false;
         bool watches = false;
+        bool stuck = false; ///< nothing that is written leaves it
         std::string pending;
     };
     struct FakeScan final : PortScan {
