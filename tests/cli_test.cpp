@@ -194,6 +194,16 @@ TEST(CliCall, KeepsTheWayThatTheVariantWouldReset) {
     EXPECT_TRUE(isdn.rig.program.busy());
 }
 
+TEST(CliCall, TakesAnAccessPointOfAnyLengthWithoutAnAbort) {
+    for (const std::size_t length : {254, 255, 256, 1000}) {
+        FilledDesk desk;
+        EXPECT_THAT(desk.refusal("gprs-schreiben --schnittstelle 3 --apn " + std::string(length, 'a')),
+                    HasSubstr("--apn: "))
+            << length;
+        EXPECT_FALSE(desk.rig.program.busy());
+    }
+}
+
 TEST(CliCall, GoesThroughTheMenuToADialogsButton) {
     FilledDesk desk;
     EXPECT_EQ(desk.refusal("anschlussart --typ isdn --anschlussart punkt-zu-punkt --schnittstelle 3"), "");

@@ -38,8 +38,14 @@ TEST(Sequencer, GoesOnWithWhatAJobWasStartedWithWhateverIsFilledInMeanwhile) {
         }
         rig.turn_by(milliseconds{3000});
         rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
+        int step = 0; // of call and configuration together
         for (const char *said : {"ONLINE", ">", "NEW ALARM TEXT: ", "OK"}) {
-            rig.turn_by(milliseconds{8500});
+            for (int i = 0; i < 85; ++i) {
+                rig.turn_by(milliseconds{100});
+                const Progress progress = rig.program.progress();
+                EXPECT_TRUE(progress.step >= step && progress.steps == 3 + 9) << progress.step;
+                step = progress.step;
+            }
             rig.arrive(said);
         }
         EXPECT_TRUE(rig.run_until_idle(milliseconds{60'000}));

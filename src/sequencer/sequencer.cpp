@@ -341,7 +341,7 @@ bool Sequencer::finish(LineEnd line) {
     prz_Initialisieren();
     if (!all_sent) {
         end_.outcome = Outcome::failed;
-        end_.said = {{.text = not_all_sent()}};
+        end_.said = {{.text = not_all_sent(), .tone = Tone::failure}};
         c_.outbox.show(end_.said.front());
     }
     tell_end();
