@@ -274,7 +274,7 @@ TEST(CliCall, TakesValuesFromLines) {
         {"pin --aus -", "pin\n", "hat nicht die Form name=wert"},
         {"pin --aus -", std::string("pin=\0", 5), "ist kein Text"},
         {"pin --aus -", std::string(70000, 'x'), "größer als 64 KB"},
-        {"pin --aus /etc", "", "\"/etc\" lässt sich nicht lesen. An der Stelle der Datei steht ein Ordner."},
+        {"pin --aus /etc", "", "\"/etc\" ist keine Datei."},
         {"pin --aus /nonexistent", "", "\"/nonexistent\" gibt es nicht"},
     };
     for (const auto &[words, lines, because] : cases) {

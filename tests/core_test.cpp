@@ -1,6 +1,8 @@
+#include "core/files/append_file.hpp"
 #include "core/files/files.hpp"
 #include "core/files/remembered.hpp"
 #include "core/files/settings_file.hpp"
+#include "core/files/system_error.hpp"
 #include "core/port_choice.hpp"
 #include "core/serial_format.hpp"
 #include "core/text.hpp"
@@ -9,8 +11,13 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <fstream>
 #include <sstream>
+#ifndef _WIN32
+#include <sys/resource.h>
+#include <sys/stat.h>
+#endif
 
 namespace telvox {
 namespace {
@@ -194,11 +201,6 @@ TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
     std::vector<std::pair<fs::path, const char *>> cases{
         {folder / "Com.ini" / "x", "Der Ordner ist nicht vorhanden."},
         {folder / "sub", "An der Stelle der Datei steht ein Ordner."}};
-#ifndef _WIN32
-    // /dev/full is a disk without room: the draft is a link to it.
-    fs::create_symlink("/dev/full", folder / "Com.ini.neu");
-    cases.emplace_back(folder, "Der Datenträger ist voll.");
-#endif
     for (const auto &[place, why] : cases) {
         EXPECT_FALSE(prz_Einstellungen_speichern(session, place, {"300", "7", "odd", "2"},
                                                  {"300", "7", "odd", "2"}, outbox));
@@ -210,6 +212,71 @@ TEST_F(SettingsFile, AFailedSaveKeepsWhatWasThereAndSaysWhy) {
                   std::string("Die Einstellungen konnten nicht gespeichert werden.\r") + why);
     }
 }
+
+#ifndef _WIN32
+TEST_F(SettingsFile, IsReplacedThroughItsLinkAndKeepsRightsAndOwner) {
+    const fs::path real = folder / "dort" / "real", link = folder / "Com.ini";
+    ASSERT_EQ(replace_file(real, "alt"), 0);
+    fs::create_symlink("dort/real", link);
+    fs::create_symlink("dort/real",
+                       folder / "Com.ini.neu"); // no name that somebody may have taken is written to
+    ASSERT_EQ(::chmod(real.c_str(), 0640), 0);
+    const bool as_root = ::geteuid() == 0;
+    ASSERT_EQ(as_root ? ::chown(real.c_str(), 1234, 1235) : 0, 0);
+    struct stat state {};
+    const auto rights = [&](const fs::path &file) {
+        return ::stat(file.c_str(), &state), state.st_mode & 07777;
+    };
+    EXPECT_EQ(replace_file(link, "neu"), 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(whole_file(real, 1024), "neu");
+    EXPECT_EQ(rights(real), 0640u);
+    EXPECT_TRUE(!as_root || (state.st_uid == 1234 && state.st_gid == 1235));
+    EXPECT_EQ(std::distance(fs::directory_iterator(real.parent_path()), {}), 1) << "a draft was left behind";
+
+    EXPECT_EQ(replace_file(real, "geheim", Readers::owner), 0);
+    EXPECT_EQ(rights(real), 0600u);
+    EXPECT_EQ(replace_file(folder / "neu", "geheim", Readers::owner), 0);
+    EXPECT_EQ(replace_file(folder / "neu", "nicht mehr"), 0);
+    EXPECT_EQ(rights(folder / "neu"), 0600u) << "it was not for others";
+
+    fs::remove(real);
+    EXPECT_EQ(replace_file(link, "neu"), EEXIST) << "a link that leads nowhere";
+    EXPECT_EQ(AppendFile().open(link, "neu"), EEXIST);
+    EXPECT_FALSE(fs::exists(real));
+}
+
+TEST_F(SettingsFile, ThatIsNoOrdinaryFileOrProtectedIsLeftAlone) {
+    const fs::path pipe = folder / "Com.ini";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    session.strCOMparameter_direkt = "kept";
+    prz_Einstellungen_laden(session, folder); // and does not wait for a writer
+    EXPECT_EQ(session.strCOMparameter_direkt, "kept");
+    for (const char *device : {"Com.ini", "/dev/zero"}) {
+        EXPECT_EQ(read_file(folder / device, 1).error, EEXIST);
+        EXPECT_EQ(replace_file(folder / device, ""), EEXIST);
+        EXPECT_EQ(AppendFile().open(folder / device, ""), EEXIST);
+    }
+    for (const char *place : {"/sys/telvox", "/sys/telvox/Com.ini"})
+        EXPECT_EQ(german_reason(replace_file(place, "")), "Der Ordner oder die Datei ist schreibgeschützt.")
+            << place;
+
+    ASSERT_EQ(replace_file(folder / "voll", "alt"), 0);
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small{.rlim_cur = 10, .rlim_max = limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const int failed = replace_file(folder / "voll", std::string(20, 'x')),
+              new_failed = AppendFile().open(folder / "x", "elf Zeichen");
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_EQ(failed, EFBIG);
+    EXPECT_EQ(new_failed, EFBIG);
+    EXPECT_EQ(whole_file(folder / "voll", 1024), "alt");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2)
+        << "what could not be written was left behind";
+}
+#endif
 
 TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
     EXPECT_EQ(read_remembered(folder), Remembered{}) << "the first start";

@@ -13,6 +13,7 @@
 namespace telvox::test {
 namespace {
 
+namespace fs = std::filesystem;
 using operation::Profiles;
 using testing::AllOf;
 using testing::HasSubstr;
@@ -20,8 +21,8 @@ using testing::Not;
 
 /// A program with its profiles and a folder for them.
 struct Desktop {
-    Desktop() { std::filesystem::create_directories(folder); }
-    ~Desktop() { std::filesystem::remove_all(folder); }
+    Desktop() { fs::create_directories(folder); }
+    ~Desktop() { fs::remove_all(folder); }
 
     std::string write(const std::string &text) {
         std::ofstream(folder / "p.telvox", std::ios::binary) << text;
@@ -40,7 +41,7 @@ struct Desktop {
         throw std::invalid_argument(name);
     }
 
-    std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_profile_test";
+    fs::path folder = fs::temp_directory_path() / "telvox_profile_test";
     Rig rig{{folder, {SHARE}}};
     Telvox &program = rig.program;
     Desk &desk = program.desk;
@@ -150,6 +151,10 @@ TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
     close();
     EXPECT_THAT(desktop.saved(), AllOf(HasSubstr("apn=zwei\n"), Not(HasSubstr("geheim"))));
     EXPECT_THAT(desktop.saved(true), HasSubstr("kennwort=geheim\n"));
+#ifndef _WIN32
+    EXPECT_EQ(fs::status(desktop.folder / "s.telvox").permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+#endif
     EXPECT_EQ(desktop.desk.remembered.profiles.size(), 2U);
     EXPECT_EQ(desktop.desk.frmModem.mnuProfil1.caption, "&1 s.telvox");
     EXPECT_FALSE(desktop.desk.frmModem.mnuProfil3.visible);

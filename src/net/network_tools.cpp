@@ -1,10 +1,9 @@
 #include "net/network_tools.hpp"
 
+#include "core/files/files.hpp"
 #include "core/text.hpp"
 #include "net/shell_commands.hpp"
 
-#include <fstream>
-#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -135,16 +134,11 @@ void NetworkTools::after_ping(const ProcessEnd &end) {
 std::string NetworkTools::through_file(const std::string &output) const {
     const fs::path path = c_.data_folder / "Shell.txt";
     std::error_code error;
-    fs::remove(path, error);
-    if (error)
+    fs::remove(path, error); // a link is not followed here
+    if (error || replace_file(path, output) != 0)
         return output;
-    std::ofstream written(path, std::ios::binary);
-    written << output;
-    written.close();
-    std::ifstream file(path, std::ios::binary);
-    if (!written || !file)
-        return output;
-    return {std::istreambuf_iterator<char>(file), {}};
+    const FileContent file = read_file(path, output.size());
+    return file.error == 0 ? file.bytes : output;
 }
 
 void NetworkTools::Winsock_DataArrival(std::string_view bytes) {

@@ -1,14 +1,10 @@
 #include "operation/profile.hpp"
 
 #include "core/files/files.hpp"
-#include "core/files/system_error.hpp"
 #include "core/lists/table_file.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 
 namespace telvox::operation {
@@ -113,6 +109,15 @@ bool has_value(const Option &option, Desk &desk) {
     return option.pick && reachable(option.pick->opens(desk)) && !value_of(option, desk).empty();
 }
 
+/// A text without the mark that an editor may have put before it.
+std::string checked(std::string text, const std::string &source) {
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.erase(0, 3);
+    if (text.find('\0') != std::string::npos || !valid_utf8(text))
+        throw UsageError(source + " ist kein Text (UTF-8).");
+    return text;
+}
+
 void append(std::string &text, std::span<const Option> options, const Values &values) {
     for (const Option &option : options)
         if (const auto found = values.find(option.name); found != values.end())
@@ -127,27 +132,14 @@ std::string profile_of_stream(std::istream &stream, const std::string &source) {
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
     if (stream.bad())
-        throw UsageError(source + " lässt sich nicht lesen");
+        throw UsageError(source + " lässt sich nicht lesen.");
     if (text.size() > largest_file)
-        throw UsageError(source + " ist größer als 64 KB");
-    if (text.starts_with("\xEF\xBB\xBF"))
-        text.erase(0, 3);
-    if (text.find('\0') != std::string::npos || !valid_utf8(text))
-        throw UsageError(source + " ist kein Text (UTF-8)");
-    return text;
+        throw UsageError(source + " ist größer als 64 KB.");
+    return checked(std::move(text), source);
 }
 
 std::string profile_of_file(const std::string &path) {
-    const std::string source = "\"" + path + "\"";
-    const std::filesystem::path file_path = path_of(path);
-    std::error_code error;
-    errno = 0;
-    std::ifstream file(file_path, std::ios::binary);
-    if (!file && errno == ENOENT)
-        throw UsageError(source + " gibt es nicht");
-    if (!file || std::filesystem::is_directory(file_path, error))
-        throw UsageError(source + " lässt sich nicht lesen. " + german_reason(file ? EISDIR : errno));
-    return profile_of_stream(file, source);
+    return checked(whole_file(path_of(path), largest_file), "\"" + path + "\"");
 }
 
 Profile parse_profile(const std::string &text, const std::string &source, const JobCommand *job) {

@@ -1,5 +1,6 @@
 #include "ports/common_options.hpp"
 
+#include "core/files/files.hpp"
 #include "core/files/list_files.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
@@ -14,10 +15,6 @@
 namespace telvox {
 
 namespace {
-
-std::filesystem::path path_of(const std::string &utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
 
 /// An option's value as it was given.
 const std::string &checked(const std::string &name, const std::string &value) {

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t longest_output = 65536;
 
 /// Path of a program of the system, or its bare name if it is not there.
-QString path_of(const std::string &name) {
+QString found_program(const std::string &name) {
     QStringList folders;
     for (const std::string &folder : os::program_folders())
         folders << QString::fromStdString(folder);
@@ -55,7 +55,7 @@ class Run final : public QObject {
         });
         limit_.setSingleShot(true);
         limit_.start(limit);
-        process_.start(path_of(command.program), arguments, QIODevice::ReadOnly);
+        process_.start(found_program(command.program), arguments, QIODevice::ReadOnly);
     }
 
     ~Run() override {

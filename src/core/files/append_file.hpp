@@ -15,8 +15,10 @@ class AppendFile {
     AppendFile(const AppendFile &) = delete;
     AppendFile &operator=(const AppendFile &) = delete;
 
-    /// Opens a file, and makes it if there is none. EBUSY if another program has it open like this.
-    [[nodiscard]] int open(const std::filesystem::path &file);
+    /// Opens an ordinary file; if there is none it is made with a first record, or not at all. EEXIST for
+    /// anything else that stands there, a link that leads nowhere included; EBUSY if another program has it
+    /// open like this.
+    [[nodiscard]] int open(const std::filesystem::path &file, std::string_view first_record);
     /// Appends a record; one that cannot be written whole leaves nothing behind. ESTALE if somebody has
     /// deleted or replaced the file.
     [[nodiscard]] int append(std::string_view record);

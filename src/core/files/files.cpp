@@ -1,30 +1,38 @@
 #include "core/files/files.hpp"
 
+#include "core/files/system_error.hpp"
+#include "core/usage_error.hpp"
+
 #include <cerrno>
-#include <fstream>
 
 namespace telvox {
 
 namespace fs = std::filesystem;
 
-int replace_file(const fs::path &target, std::string_view content) {
-    std::error_code error;
-    fs::create_directories(target.parent_path(), error);
-    const fs::path draft = fs::path(target).concat(".neu");
-    errno = 0;
-    std::ofstream file(draft, std::ios::binary | std::ios::trunc);
-    file << content;
-    file.close();
-    int failed = file ? 0 : (errno != 0 ? errno : EIO);
-    if (failed == 0) {
-        fs::rename(draft, target, error);
-        failed = error.default_error_condition().value(); // an errno on every system
+std::string whole_file(const fs::path &file, std::size_t most) {
+    constexpr std::size_t kilobyte = 1024, megabyte = 1024 * kilobyte;
+    FileContent content = read_file(file, most);
+    const std::string name = "\"" + text_of(file) + "\"";
+    switch (content.error) {
+    case 0:
+        break;
+    case ENOENT:
+    case ENOTDIR:
+        throw UsageError(name + " gibt es nicht.");
+    case EISDIR:
+    case EEXIST:
+        throw UsageError(name + " ist keine Datei.");
+    case EACCES:
+    case EPERM:
+        throw UsageError(name + " lässt sich nicht lesen. Die Rechte dafür fehlen.");
+    default:
+        throw UsageError(name + " lässt sich nicht lesen. " + german_reason(content.error));
     }
-    if (failed != 0 && fs::is_directory(target, error))
-        failed = EISDIR; // some systems only say that it is not allowed
-    if (failed != 0)
-        fs::remove(draft, error);
-    return failed;
+    if (!content.whole)
+        throw UsageError(name + " ist größer als " +
+                         (most < megabyte ? std::to_string(most / kilobyte) + " KB."
+                                          : std::to_string(most / megabyte) + " MB."));
+    return std::move(content.bytes);
 }
 
 fs::path path_of(std::string_view utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }

@@ -1,8 +1,9 @@
 #include "core/files/list_files.hpp"
 
+#include "core/files/files.hpp"
 #include "core/text.hpp"
 
-#include <fstream>
+#include <algorithm>
 #include <system_error>
 
 namespace telvox {
@@ -14,19 +15,12 @@ namespace {
 constexpr std::size_t largest_file = 256 * 1024;
 constexpr std::size_t most_lines = 5000;
 
-/// The beginning of a file, as far as whole lines of it fit. Anything but a file (a device, a pipe) would
-/// wait for bytes.
+/// The beginning of a file, as far as whole lines of it fit.
 std::string beginning_of(const fs::path &path) {
-    std::error_code error;
-    if (!fs::is_regular_file(path, error))
-        return {};
-    std::ifstream file(path, std::ios::binary);
-    std::string text(largest_file + 1, '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    if (text.size() > largest_file)
-        text.resize(text.rfind('\n') + 1); // nothing of it, where there are no lines
-    return text;
+    FileContent content = read_file(path, largest_file);
+    if (!content.whole)
+        content.bytes.resize(content.bytes.rfind('\n') + 1); // nothing of it, where there are no lines
+    return std::move(content.bytes);
 }
 
 } // namespace

@@ -1,11 +1,11 @@
 #include "core/files/settings_file.hpp"
 
+#include "core/files/append_file.hpp"
 #include "core/files/files.hpp"
 #include "core/files/list_files.hpp"
 #include "core/files/system_error.hpp"
 
 #include <array>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <sstream>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char *file_name = "Com.ini";
 /// The file has eleven short lines; whatever is longer was not written by this program.
-constexpr std::streamsize largest_file = 65536;
+constexpr std::size_t largest_file = 65536;
 
 std::string section(const char *heading, const SerialTexts &texts) {
     return std::string(heading) + "\r\nBaudrate, " + texts.baud + "\r\nBitzahl, " + texts.bits +
@@ -63,11 +63,7 @@ bool prz_Einstellungen_speichern(Session &session, const fs::path &folder, const
 }
 
 void prz_Einstellungen_laden(Session &session, const fs::path &folder) {
-    std::ifstream file(folder / file_name, std::ios::binary);
-    std::string text(largest_file, '\0');
-    file.read(text.data(), largest_file);
-    text.resize(static_cast<std::size_t>(file.gcount()));
-    const std::vector<std::string> fields = fields_of(text);
+    const std::vector<std::string> fields = fields_of(read_file(folder / file_name, largest_file).bytes);
 
     std::size_t at = 1; // behind the first heading
     const auto read_section = [&]() -> std::optional<std::string> {
@@ -94,7 +90,7 @@ DataFolders choose_data_folders(const fs::path &program_folder, const fs::path &
         return beside_the_program;
     // Whether a folder can be written is only certain once something was written.
     const fs::path probe = program_folder / ".telvox-schreibprobe";
-    const bool writable = !kept_clean && std::ofstream(probe).is_open();
+    const bool writable = !kept_clean && AppendFile().open(probe, "") == 0;
     fs::remove(probe, error);
     if (writable)
         return beside_the_program;

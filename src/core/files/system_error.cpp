@@ -17,9 +17,9 @@ constexpr Reason reasons[] = {
 #ifdef EDQUOT
     {EDQUOT, "Der Speicherplatz, der dem Benutzer zusteht, ist verbraucht."},
 #endif
-    {EACCES, "Der Ordner ist schreibgeschützt."},
-    {EPERM, "Der Ordner ist schreibgeschützt."},
-    {EROFS, "Der Ordner ist schreibgeschützt."},
+    {EACCES, "Der Ordner oder die Datei ist schreibgeschützt."},
+    {EPERM, "Der Ordner oder die Datei ist schreibgeschützt."},
+    {EROFS, "Der Ordner oder die Datei ist schreibgeschützt."},
     {ENOENT, "Der Ordner ist nicht vorhanden."},
     {ENOTDIR, "Der Ordner ist nicht vorhanden."},
     {EISDIR, "An der Stelle der Datei steht ein Ordner."},

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <map>
 
 namespace telvox {
@@ -105,13 +104,11 @@ ResultFile::ResultFile(const fs::path &path, const DeviceList &list) : last_(lis
         if (failed != 0)
             throw UsageError(refused(path, "lässt sich nicht schreiben. " + german_reason(failed)));
     };
-    std::error_code error;
-    check(fs::exists(path, error) && !fs::is_regular_file(path, error) ? EEXIST : 0);
-    check(file_.open(path));
+    check(file_.open(path, header));
     const std::string all = table_bytes(path);
     // Some file systems leave zeros where the power went off.
     const std::string_view bytes = std::string_view(all).substr(0, all.find_last_not_of('\0') + 1);
-    if (header.starts_with(bytes)) { // new, or not finished when it was
+    if (bytes != header && header.starts_with(bytes)) { // its making was not finished
         check(file_.cut(0));
         check(file_.append(header));
         return;

@@ -1,13 +1,10 @@
 #include "core/lists/table_file.hpp"
 
 #include "core/files/files.hpp"
-#include "core/files/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 
 namespace telvox {
 
@@ -172,27 +169,7 @@ Table read_table(const fs::path &file, std::size_t most_rows) {
     return parse_table(table_bytes(file), text_of(file.filename()), most_rows);
 }
 
-std::string table_bytes(const fs::path &file) {
-    const std::string name = "\"" + text_of(file) + "\"";
-    std::error_code error;
-    if (!fs::exists(file, error))
-        throw UsageError(name + " gibt es nicht.");
-    // Anything but a file (a device, a pipe) would wait for bytes.
-    if (!fs::is_regular_file(file, error))
-        throw UsageError(name + " ist keine Datei.");
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes(
-        static_cast<std::size_t>(std::min<std::uintmax_t>(fs::file_size(file, error), largest_file)) + 1,
-        '\0');
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!stream.is_open() || stream.bad())
-        throw UsageError(name + " lässt sich nicht lesen. " + german_reason(errno != 0 ? errno : EIO));
-    bytes.resize(static_cast<std::size_t>(stream.gcount()));
-    if (bytes.size() > largest_file)
-        throw UsageError(name + " ist größer als 8 MB.");
-    return bytes;
-}
+std::string table_bytes(const fs::path &file) { return whole_file(file, largest_file); }
 
 std::string table_row(std::span<const std::string> fields) {
     std::string row;
