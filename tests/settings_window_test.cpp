@@ -112,6 +112,12 @@ TEST(HelpWindow, ShowsFindsAndGoesBack) {
     auto &contents = *help.findChild<QListWidget *>("lstInhalt");
     EXPECT_EQ(help.show("frmPin.tboPin"), "");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&help) && !help.isModal());
+    EXPECT_FALSE(
+        page.loadResource(QTextDocument::StyleSheetResource, QUrl("hilfe.css")).toByteArray().isEmpty());
+    for (const char *outside :
+         {"file:///etc/passwd", "../../../etc/passwd", "http://127.0.0.1/x", "/etc", ".."})
+        EXPECT_TRUE(page.loadResource(QTextDocument::ImageResource, QUrl(outside)).toByteArray().isEmpty())
+            << outside;
     EXPECT_EQ(page.source().fileName(), "pin.html");
     EXPECT_EQ(contents.currentItem()->text(), "PIN einstellen");
     EXPECT_FALSE(page.isBackwardAvailable());

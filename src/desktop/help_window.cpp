@@ -1,5 +1,6 @@
 #include "desktop/help_window.hpp"
 
+#include "core/files/files.hpp"
 #include "core/files/list_files.hpp"
 
 #include <QBoxLayout>
@@ -18,11 +19,24 @@ namespace {
 
 constexpr QSize first_size{960, 680};
 
-QString path_of(const std::filesystem::path &path) {
-    const std::u8string text = path.u8string();
-    return QString::fromUtf8(reinterpret_cast<const char *>(text.data()),
-                             static_cast<qsizetype>(text.size()));
-}
+/// More than any page or picture has.
+constexpr std::size_t largest_file = 4 * 1024 * 1024;
+
+QString path_text(const std::filesystem::path &path) { return QString::fromStdString(text_of(path)); }
+
+/// What a page names is taken from the help's folder, whatever folder or computer the page says.
+class Page final : public QTextBrowser {
+  public:
+    explicit Page(const std::filesystem::path &folder) : folder_(folder) {}
+
+    QVariant loadResource(int, const QUrl &url) override {
+        const FileContent file = read_file(folder_ / path_of(url.fileName().toStdString()), largest_file);
+        return QByteArray(file.bytes.data(), static_cast<qsizetype>(file.bytes.size()));
+    }
+
+  private:
+    const std::filesystem::path &folder_;
+};
 
 std::string missing(const std::string &file) {
     return "Die Hilfe kann nicht angezeigt werden.\rDie Datei \"" + file + "\" fehlt.";
@@ -34,7 +48,7 @@ HelpWindow::HelpWindow(std::vector<std::filesystem::path> folders)
     : folders_(std::move(folders)),
       search_(new QLineEdit),
       contents_(new QListWidget),
-      page_(new QTextBrowser),
+      page_(new Page(folder_)),
       back_(new QPushButton("&Zurück")),
       forward_(new QPushButton("&Vor")),
       start_(new QPushButton("&Übersicht")) {
@@ -106,7 +120,7 @@ std::string HelpWindow::show(std::string_view topic) {
     if (!found)
         return missing(help_contents);
     const QString file = QString::fromStdString(found->file);
-    if (!QFile::exists(path_of(contents.parent_path()) + '/' + file))
+    if (!QFile::exists(path_text(contents.parent_path()) + '/' + file))
         return missing(found->file);
     topics_ = topics;
     folder_ = contents.parent_path();
@@ -147,10 +161,9 @@ bool HelpWindow::has(const HelpTopic &topic, const QString &text) {
         return true;
     auto [page, is_new] = texts_.try_emplace(topic.file);
     if (is_new) {
-        QFile file(path_of(folder_) + '/' + QString::fromStdString(topic.file));
         QTextDocument document;
-        if (file.open(QIODevice::ReadOnly))
-            document.setHtml(QString::fromUtf8(file.readAll()));
+        document.setHtml(
+            QString::fromStdString(read_file(folder_ / path_of(topic.file), largest_file).bytes));
         page->second = QString::fromStdString(topic.title) + ' ' + document.toPlainText();
         for (const std::string &key : topic.keys)
             if (!key.starts_with("frm"))
@@ -178,7 +191,7 @@ void HelpWindow::open(const QUrl &url) {
     const QString file = url.fileName().isEmpty() ? page_->source().fileName() : url.fileName();
     if (!url.scheme().isEmpty() && url.scheme() != "file")
         return;
-    const QString path = path_of(folder_) + '/' + file;
+    const QString path = path_text(folder_) + '/' + file;
     if (!QFile::exists(path)) {
         page_->setPlainText("Die Datei \"" + file + "\" fehlt.");
         return;
