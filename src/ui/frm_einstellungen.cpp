@@ -11,6 +11,14 @@ namespace {
 
 constexpr std::array parities = {"even", "odd", "none"};
 
+/// Puts a rate into a list that has only the usual ones, at its place.
+void add_rate(ComboBox &list, int rate) {
+    const auto place = std::find_if(list.items.begin(), list.items.end(),
+                                    [&](const std::string &item) { return std::stoi(item) >= rate; });
+    if (place == list.items.end() || std::stoi(*place) != rate)
+        list.items.insert(place, std::to_string(rate));
+}
+
 /// Chooses an entry that the list has.
 void choose(ComboBox &list, std::string_view entry) {
     if (std::find(list.items.begin(), list.items.end(), entry) != list.items.end())
@@ -26,12 +34,15 @@ std::string SerialCombos::settings() const {
 void SerialCombos::show(std::string_view settings) {
     if (settings.find(',') == std::string_view::npos)
         return;
+    const auto format = parse_format(settings); // one that was saved holds, whatever the lists offer
     std::array<std::string_view, 4> field;
     for (std::string_view &part : field) {
         const auto comma = settings.find(',');
         part = settings.substr(0, comma);
         settings.remove_prefix(comma == std::string_view::npos ? settings.size() : comma + 1);
     }
+    if (format)
+        add_rate(baud, format->baud);
     choose(baud, field[0]);
     for (const std::string_view name : parities)
         if (field[1] == name.substr(0, 1))

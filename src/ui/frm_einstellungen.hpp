@@ -19,7 +19,8 @@ struct SerialCombos {
     [[nodiscard]] SerialTexts texts() const { return {baud.text, bits.text, parity.text, stop.text}; }
     /// As a settings text, "9600,n,8,1".
     [[nodiscard]] std::string settings() const;
-    /// Selects the entries that a settings text names. What it names no entry for stays what it was.
+    /// Selects the entries that a settings text names. A rate that only the list lacks is put into
+    /// it; what else it names no entry for stays what it was.
     void show(std::string_view settings);
 };
 
