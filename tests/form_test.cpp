@@ -47,6 +47,12 @@ TEST_F(MainWindow, BoxesTakeOnlyTheirCharacters) {
     rig.program.desk.frmPin.load();
     EXPECT_EQ(entered(rig.program.desk.frmMSN.tboMSN, "*12a+#"), "*12");
     EXPECT_EQ(entered(rig.program.desk.frmPin.tboPin, "1*2 3"), "123");
+    const std::string endless(100, '1');
+    for (TextBox *number : {&f.tboRufnummer_Modem, &f.tboRufnummer_Empfaenger, &f.tboService_Center})
+        EXPECT_EQ(entered(*number, endless).size(), 40u) << number->name;
+    EXPECT_EQ(entered(f.tboAmt, endless).size(), 20u);
+    EXPECT_EQ(entered(rig.program.desk.frmMSN.tboMSN, endless).size(), 20u);
+    EXPECT_EQ(entered(rig.program.desk.frmPin.tboPin, endless).size(), 8u);
     rig.program.set(f.chkPasswort, true);
     EXPECT_EQ(entered(f.tboPasswort, std::string(300, 'x')).size(), 254u);
 }

@@ -24,6 +24,9 @@ struct FrmModem::Variant {
 };
 
 namespace {
+/// No telephone network takes longer ones.
+constexpr std::size_t longest_number = 40;
+constexpr std::size_t longest_prefix = 20;
 constexpr const char *default_password = "BRUNEX";
 constexpr const char *sms_gateway = "090032669000";
 constexpr const char *other_service_number = "andere Servicenummer ausw&ählen";
@@ -101,11 +104,14 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     cbuProtokoll_leeren.tool_tip = "Leert nur diese Anzeige; gespeichert wird weiterhin alles.";
     mnuBeenden.keys = "Ctrl+Q";
 
+    for (TextBox *number : {&tboRufnummer_Modem, &tboRufnummer_Empfaenger, &tboService_Center})
+        number->max_length = longest_number;
     tboRufnummer_Modem.accepts = digits;
     tboRufnummer_Empfaenger.accepts = digits;
     tboRufnummer_Modem.phone_number = tboRufnummer_Empfaenger.phone_number = true;
     tboService_Center.accepts = digits_plus;
     tboAmt.accepts = dialling_characters;
+    tboAmt.max_length = longest_prefix;
     tboAmt.spoken_name = "Zeichen zur Amtsholung";
     tboAlarmmeldung.counts_as_sent = true;
     tboAlarmmeldung.enter = &cbuParametrieren;

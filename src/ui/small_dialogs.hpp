@@ -10,6 +10,7 @@ class FrmPin : public Form {
   public:
     FrmPin() : Form("frmPin", "GSM PIN") {
         tboPin.accepts = digits;
+        tboPin.max_length = 8; // no SIM has a longer one
         tboPin.secret = true;
         cancel = &cbuAbbruch;
         cbuAbbruch.clicked = [this] { unload(); };
@@ -29,6 +30,7 @@ class FrmMSN : public Form {
   public:
     FrmMSN() : Form("frmMSN", "MSN einstellen") {
         tboMSN.accepts = digits_star;
+        tboMSN.max_length = 20; // no exchange has longer ones
         cancel = &cbuMSN_Abbruch;
         cbuMSN_Abbruch.clicked = [this] { unload(); };
     }
