@@ -159,6 +159,8 @@ TEST(Route, NamesTheInterfaceOrWhyThereIsNone) {
          "Die Adresse gehört zu keinem Netz, an das dieser Rechner angeschlossen ist."},
         {"broadcast 10.9.0.255 dev veth0 src 10.9.0.1\n", "veth0",
          "Diese Adresse kann kein einzelnes Gerät haben."},
+        {"10.9.0.2 dev a;reboot\n", "a;reboot", "Diese Adresse kann kein einzelnes Gerät haben."},
+        {"10.9.0.2 dev -x\n", "-x", "Diese Adresse kann kein einzelnes Gerät haben."},
         {"", "", "Diese Adresse kann kein einzelnes Gerät haben."}};
     for (const Case &c : cases) {
         const Route route = parse_route(c.output);

@@ -40,6 +40,20 @@ ShellCommand ping_command(Processes::Tools tools, const std::string &address) {
     return {"ping", {"-n", "-O", "-c", "4", "-W", "2", address}};
 }
 
+namespace {
+
+/// A name as the system gives to interfaces; it stands in a command that the user may be shown to type.
+bool is_interface(std::string_view name) {
+    constexpr std::size_t longest = 15;
+    return name.size() <= longest && !name.empty() && name[0] != '-' &&
+           std::all_of(name.begin(), name.end(), [](char c) {
+               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                      std::string_view("._-:@").find(c) != std::string_view::npos;
+           });
+}
+
+} // namespace
+
 ShellCommand route_command(const std::string &address) { return {"ip", {"route", "get", address}}; }
 
 Route parse_route(std::string_view output) {
@@ -57,7 +71,7 @@ Route parse_route(std::string_view output) {
         route.problem = "Das ist eine Adresse dieses Rechners.";
     else if (by_router)
         route.problem = "Die Adresse gehört zu keinem Netz, an das dieser Rechner angeschlossen ist.";
-    else if (!plain_address(first) || route.device.empty())
+    else if (!plain_address(first) || !is_interface(route.device))
         route.problem = "Diese Adresse kann kein einzelnes Gerät haben.";
     return route;
 }

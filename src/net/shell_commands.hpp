@@ -25,7 +25,7 @@ namespace telvox {
 
 /// What `route_command` said.
 struct Route {
-    std::string device;  ///< the interface that leads there
+    std::string device;  ///< the interface that leads there: letters, digits, "._-:@"
     std::string problem; ///< why no entry can be set for the address (German); empty: it can
 };
 [[nodiscard]] Route parse_route(std::string_view output);
