@@ -1,6 +1,7 @@
 // Calls of the command line: what is understood, what the form refuses, and by which name.
 
 #include "cli/call.hpp"
+#include "cli/output.hpp"
 #include "core/text.hpp"
 #include "operation/operator.hpp"
 #include "ports/qt_port_scan.hpp"
@@ -48,6 +49,16 @@ struct FilledDesk {
     QtPortScan scan{ports};
     Operator at_the_form{rig.program, scan};
 };
+
+TEST(CliOutput, PrintsNothingThatSteersATerminal) {
+    char *printed = nullptr;
+    std::size_t size = 0;
+    cli::Output output(::open_memstream(&printed, &size));
+    output.line("a\rb\tü\x1B[2J\xC2\x9B\x9B\x7F\n");
+    EXPECT_EQ(output.end(), "");
+    EXPECT_STREQ(printed, "a\nb\tü?[2J???\n\n");
+    std::free(printed);
+}
 
 TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
     const struct {
@@ -275,6 +286,7 @@ TEST(CliCall, TakesValuesFromLines) {
         {"pin --aus -", std::string("pin=\0", 5), "ist kein Text"},
         {"pin --aus -", std::string(70000, 'x'), "größer als 64 KB"},
         {"pin --aus /etc", "", "\"/etc\" ist keine Datei."},
+        {"pin --aus /x\x1B[2J\xC2\x9B", "", "\"/x?[2J?\" gibt es nicht"},
         {"pin --aus /nonexistent", "", "\"/nonexistent\" gibt es nicht"},
     };
     for (const auto &[words, lines, because] : cases) {

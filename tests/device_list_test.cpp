@@ -90,6 +90,8 @@ TEST(TableFile, ARowIsReadBackAsItWasWritten) {
     const std::vector<std::string> fields = {"", "a;b", "\"", "x \"\"y", " z\t", "ü,1", "a\r\rb\x01\x7F", ""};
     const Table table = parse_table(table_row(fields), "t", 1);
     EXPECT_EQ(shown(table), "1:|a;b|\"|x \"\"y| z\t|ü,1|a b??|");
+    // Split at another separator, the rest of the cell would be computed.
+    EXPECT_EQ(table_row(std::vector<std::string>{"a,=1+1", "b\t-2", "c"}), "\"a,=1+1\";\"b\t-2\";c");
 }
 
 std::string shown(const DeviceList &list) {

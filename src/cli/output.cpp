@@ -29,10 +29,15 @@ std::string json_line(std::initializer_list<std::pair<const char *, std::string>
 }
 
 void Output::line(std::string text) {
-    std::replace(text.begin(), text.end(), '\r', '\n');
-    text += '\n';
+    std::string plain; // whoever named a file, a device or a column: nothing of it steers the terminal
+    for (std::size_t from = 0; from <= text.size();) {
+        const std::size_t end = std::min(text.find_first_of("\r\n\t", from), text.size());
+        plain += one_line(std::string_view(text).substr(from, end - from));
+        plain += end < text.size() && text[end] == '\t' ? '\t' : '\n';
+        from = end + 1;
+    }
     errno = 0;
-    note(os::print(text, stream_));
+    note(os::print(plain, stream_));
 }
 
 std::string Output::end() {

@@ -193,10 +193,13 @@ bool valid_utf8(std::string_view text) {
 }
 
 std::string one_line(std::string_view text) {
-    std::string line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; },
-        '?');
+    std::string line;
+    Characters characters(text);
+    for (auto c = characters.next(); !c.empty(); c = characters.next()) {
+        const char32_t point = code_point(c);
+        const bool control = point < 0x20 || (point >= 0x7F && point < 0xA0);
+        line += control || point == 0xFFFD ? "?" : c;
+    }
     return line;
 }
 

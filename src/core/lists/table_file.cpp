@@ -134,14 +134,15 @@ class Reader {
     char separator_;
 };
 
-/// A field as it stands in a row: quoted where it must be.
+/// A field as it stands in a row: quoted where it must be, or where some spreadsheet would split it and compute
+/// what stands behind.
 std::string written(std::string_view text) {
     const std::string line = joined_lines(text);
     std::string plain;
     Characters characters(line);
     for (auto c = characters.next(); !c.empty(); c = characters.next())
         plain += c == "\t" || belongs_to_a_text(code_point(c)) ? c : "?";
-    if (plain.find_first_of(";\"") == std::string::npos)
+    if (plain.find_first_of(";,\t\"") == std::string::npos)
         return plain;
     for (auto at = plain.find('"'); at != std::string::npos; at = plain.find('"', at + 2))
         plain.insert(at, 1, '"');
