@@ -155,7 +155,7 @@ TEST(CliCall, RefusesByNameWhatTheFormDoesNotTake) {
         {"schnittstelle-aendern --schnittstelle 3 --neu 57600,n,8,1", "--neu: \"57600,n,8,1\" steht in den"},
         {"schnittstelle-aendern --schnittstelle 3 --com-direkt 57600,n,8,1 --neu 300,n,8,1",
          "--com-direkt: \"57600,n,8,1\" steht in den Einstellungen nicht zur Wahl"},
-        {"einstellungen --speichern --com-fern 300,n,8,1", "--com-fern: \"300,n,8,1\" steht"},
+        {"einstellungen --speichern --com-direkt 57600,n,8,1", "--com-direkt: \"57600,n,8,1\" steht"},
         {"netz-erstvergabe --neue-ip 1 --mac 00:1c", "--mac: nur Ziffern, A bis F und -"},
         {"alarmtest --anbieter unbekannt", "--anbieter: kein Eintrag der Liste enthält \"unbekannt\""},
         {"alarmtest --netz o2", "--netz gibt es nicht mit --typ analog"},

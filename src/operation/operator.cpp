@@ -302,13 +302,9 @@ bool Operator::save_formats(const Order &order) {
 
 void Operator::check_formats_shown(const Order &order) const {
     const FrmEinstellungen &form = program_.desk.frmEinstellungen;
-    const auto check = [&](const char *option, const SerialCombos &combos) {
-        const Given *given = form.open ? order.find(option) : nullptr;
-        if (given && combos.settings() != given->value)
-            throw UsageError(given->from, no_such_format(given->value));
-    };
-    check("com-direkt", form.direkt);
-    check("com-fern", form.fern);
+    const Given *given = form.open ? order.find("com-direkt") : nullptr;
+    if (given && form.direkt.settings() != given->value)
+        throw UsageError(given->from, no_such_format(given->value));
 }
 
 void Operator::unlock(const Option &option, const Control &field, const Given &given) {

@@ -34,15 +34,12 @@ std::string SerialCombos::settings() const {
 void SerialCombos::show(std::string_view settings) {
     if (settings.find(',') == std::string_view::npos)
         return;
-    const auto format = parse_format(settings); // one that was saved holds, whatever the lists offer
     std::array<std::string_view, 4> field;
     for (std::string_view &part : field) {
         const auto comma = settings.find(',');
         part = settings.substr(0, comma);
         settings.remove_prefix(comma == std::string_view::npos ? settings.size() : comma + 1);
     }
-    if (format)
-        add_rate(baud, format->baud);
     choose(baud, field[0]);
     for (const std::string_view name : parities)
         if (field[1] == name.substr(0, 1))
@@ -89,6 +86,13 @@ void FrmEinstellungen::show_session() {
     fern.show(default_fern);
     prz_Parameter_Modem();
     prz_Parameter_direkt();
+}
+
+/// Settings that somebody wrote into the file for his modem hold, also where the list lacks their rate.
+void FrmEinstellungen::prz_Parameter_Modem() {
+    if (const auto format = parse_format(session_.strCOMparameter_fern))
+        add_rate(cobModem_Baudrate, format->baud);
+    fern.show(session_.strCOMparameter_fern);
 }
 
 void FrmEinstellungen::device_changed() {

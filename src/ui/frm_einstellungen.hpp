@@ -19,8 +19,7 @@ struct SerialCombos {
     [[nodiscard]] SerialTexts texts() const { return {baud.text, bits.text, parity.text, stop.text}; }
     /// As a settings text, "9600,n,8,1".
     [[nodiscard]] std::string settings() const;
-    /// Selects the entries that a settings text names. A rate that only the list lacks is put into
-    /// it; what else it names no entry for stays what it was.
+    /// Selects the entries that a settings text names. What it names no entry for stays what it was.
     void show(std::string_view settings);
 };
 
@@ -33,7 +32,7 @@ class FrmEinstellungen : public Form {
     /// The combos as the session's settings texts are.
     void show_session();
     void prz_Parameter_direkt() { direkt.show(session_.strCOMparameter_direkt); }
-    void prz_Parameter_Modem() { fern.show(session_.strCOMparameter_fern); }
+    void prz_Parameter_Modem();
 
     /// The device has taken a new format, which is now the session's.
     void device_changed();

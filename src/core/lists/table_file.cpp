@@ -134,8 +134,8 @@ class Reader {
     char separator_;
 };
 
-/// A field as it stands in a row: quoted where it must be, or where some spreadsheet would split it and compute
-/// what stands behind.
+/// A field as it stands in a row: quoted where it must be, or where some spreadsheet would split it and
+/// compute what stands behind.
 std::string written(std::string_view text) {
     const std::string line = joined_lines(text);
     std::string plain;
