@@ -26,7 +26,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .outbox = desk.outbox,
                   .families = family_of_job,
                   .reports = device_reports,
-                  .started = [this](const Button &by) { starts_.push_back(&by); },
+                  .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
                   .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}),
       network_({.Winsock = ports.Winsock,
                 .processes = ports.processes,
@@ -34,7 +34,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                 .outbox = desk.outbox,
                 .data_folder = desk.folders.settings,
                 .observers = desk.observers,
-                .started = [this](const Button &by) { starts_.push_back(&by); },
+                .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
                 .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}) {
     desk.folders = std::move(folders);
     desk.observers.add(*this);
@@ -62,8 +62,13 @@ void Telvox::connect_the_end() {
     main.cbuAbbrechen.clicked = [this] { end_running(); };
     main.mnuBeenden.clicked = [&main] { main.cbuBeenden.clicked(); };
     main.cbuBeenden.clicked = [this] {
-        if (!busy())
+        if (!busy() && !unsaved_)
             return desk.frmModem.unload();
+        if (!busy())
+            return desk.outbox.ask("Es gibt nicht gespeicherte Angaben. Trotzdem beenden?", [this](bool yes) {
+                if (yes)
+                    desk.frmModem.unload();
+            });
         desk.outbox.ask("Es läuft noch ein Vorgang. Trotzdem beenden?", [this](bool yes) {
             if (yes)
                 leave();
@@ -114,6 +119,21 @@ void Telvox::tell_observers() {
 
 void Telvox::status(std::string_view text) {
     recorder_.note(RecordLine::Kind::done, "status " + std::string(text));
+}
+
+/// A job sends what stands there, but for one that only looks.
+void Telvox::ended(const JobEnd &end) {
+    const bool looks = end.by == &desk.frmModem.cbuErkennen || end.by->form == &desk.frmGSM_Status;
+    if (went_well(end.outcome) && !looks)
+        unsaved_ = false;
+}
+
+/// Of what is filled in, only what the user does counts: his events are within no other.
+void Telvox::note_change(bool typed) { unsaved_ |= depth_ == 1 && (typed || of_profile_); }
+
+void Telvox::saved() {
+    unsaved_ = false;
+    of_profile_ = true;
 }
 
 void Telvox::record_format(std::string Session::*format) {
@@ -202,12 +222,19 @@ static std::string recorded(const Control &control) {
     return std::string(control.form->name) + "." + control.name;
 }
 
+/// Two buttons "Abbrechen" stand above each other then: the window's and the status bar's.
+bool Telvox::ends_own_job(const Button &button) const {
+    const Form &form = *button.form;
+    return busy() && started_by_ && started_by_->form == &form && form.cancel == &button &&
+           &form != &desk.frmModem;
+}
+
 void Telvox::click(Button &button) {
     if (!button.usable())
         return;
     if (button.recorded)
         recorder_.input("click", recorded(button), {});
-    event([&] { button.clicked(); });
+    event([&] { ends_own_job(button) ? end_running() : button.clicked(); });
 }
 
 void Telvox::click(MenuEntry &entry) {
@@ -222,8 +249,10 @@ void Telvox::put(Control &control, std::string_view value) {
     if (!control.usable())
         return;
     event([&] {
-        if (control.take(value))
-            record(control);
+        if (!control.take(value))
+            return;
+        record(control);
+        note_change(false);
     });
 }
 
@@ -235,8 +264,10 @@ void Telvox::enter(TextBox &box, std::string_view input) {
     if (!box.usable() || box.read_only)
         return;
     event([&] {
-        box.text = box.filtered(input);
+        const std::string before = std::exchange(box.text, box.filtered(input));
         record(box);
+        if (box.text != before)
+            note_change(box.form == &desk.frmModem);
     });
 }
 

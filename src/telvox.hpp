@@ -88,6 +88,8 @@ class Telvox : private Observer {
     void begin_again(const std::string &what, const std::function<void()> &fill);
     /// A dialog that was opened for its job goes without a question.
     void dismiss(Form &form);
+    /// All that the windows hold stands in a profile too; from now on what is changed in them belongs there.
+    void saved();
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// The main window goes: the port is closed, a call that is up is dropped with DTR, a program or
@@ -108,11 +110,15 @@ class Telvox : private Observer {
     template <class Handler> void event(Handler &&handler);
     void tell_observers();
     void status(std::string_view text) override;
+    void ended(const JobEnd &end) override;
+    void note_change(bool typed);
     void after_event();
     void record_format(std::string Session::*format);
     void record(const Control &control);
     void connect_the_end();
     void end_running();
+    /// What a window's cancel button does while a job or an action runs that was started from there.
+    [[nodiscard]] bool ends_own_job(const Button &button) const;
     void show_help(std::string_view topic);
     void leave();
 
@@ -121,10 +127,14 @@ class Telvox : private Observer {
     Link link_;
     Sequencer sequencer_;
     NetworkTools network_;
-    int depth_ = 0; ///< events that are happening, one within the other
+    const Button *started_by_ = nullptr; ///< the last job or action
+    int depth_ = 0;                      ///< events that are happening, one within the other
     // Of the event that happens, not yet told.
     std::vector<const Button *> starts_;
     std::vector<JobEnd> ends_;
+    bool unsaved_ = false; ///< what the user typed is neither sent nor in a file
+    bool of_profile_ =
+        false; ///< a profile was opened or saved, and what was changed since would be lost with it
     bool leaving_ = false; ///< the program ends as soon as the session is idle
     bool gone_ = false;
 };

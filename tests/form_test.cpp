@@ -269,6 +269,64 @@ TEST_F(MainWindow, PortListsSayWhyAPortIsMissing) {
     EXPECT_EQ(rig.boxes.size(), 1u);
 }
 
+TEST_F(MainWindow, ASearchGoesOverTheCableAndLeavesEthernetWhatItHas) {
+    rig.choose_cable_port(3);
+    rig.program.choose(f.optEthernet);
+    rig.program.choose(f.optFernverbindung);
+    rig.program.click(f.cbuErkennen);
+    EXPECT_TRUE(f.optDirektverbindung.value && rig.program.busy());
+    rig.program.cancel();
+    for (const Control *none : std::initializer_list<Control *>{
+             &f.tboRufnummer_Empfaenger, &f.tboService_Center, &f.cbuSC_Uebersicht, &f.tboAlarmmeldung,
+             &f.cbuParametrieren, &f.cbuTest, &f.cbuAlarm_aus})
+        EXPECT_FALSE(none->usable()) << none->name;
+    EXPECT_TRUE(f.lblMenue_Hinweis.visible);
+    rig.program.choose(f.optAnalog);
+    EXPECT_TRUE(f.tboAlarmmeldung.usable() && !f.lblMenue_Hinweis.visible);
+}
+
+TEST(TheEnd, AsksOnlyWhereTypedWorkWouldBeLost) {
+    struct Case {
+        const char *name;
+        std::function<void(Telvox &)> before; ///< a job that succeeds sends it
+        bool sends, asks;
+    };
+    const auto type = [](Telvox &p) { p.enter(p.desk.frmModem.tboAlarmmeldung, "Pumpe"); };
+    const auto change_profile = [](Telvox &p) {
+        p.saved();
+        p.choose(p.desk.frmModem.optISDN);
+    };
+    const Case cases[] = {{"a look", [](Telvox &p) { p.choose(p.desk.frmModem.optISDN); }, false, false},
+                          {"typed", type, false, true},
+                          {"typed and sent", type, true, false},
+                          {"filled in", [&](Telvox &p) { p.together([&] { type(p); }); }, false, false},
+                          {"profile changed", change_profile, false, true},
+                          {"profile sent", change_profile, true, false},
+                          {"typed and saved", [&](Telvox &p) { type(p), p.saved(); }, false, false}};
+    for (const Case &c : cases) {
+        Rig rig;
+        Desk &desk = rig.program.desk;
+        rig.choose_cable_port(3);
+        c.before(rig.program);
+        if (c.sends) {
+            rig.program.choose(desk.frmModem.optGSM);
+            rig.program.click(desk.frmModem.mnuPin_festlegen);
+            rig.program.enter(desk.frmPin.tboPin, "1");
+            rig.program.click(desk.frmPin.cbuPin_Eingabe);
+            rig.turn_by(milliseconds{100});
+            rig.arrive("TIME: 1\r\n");
+            ASSERT_TRUE(rig.run_until_idle(milliseconds{60'000}));
+        }
+        rig.program.click(desk.frmModem.cbuBeenden);
+        EXPECT_EQ(desk.frmModem.open, c.asks) << c.name;
+        if (!c.asks)
+            continue;
+        EXPECT_EQ(rig.boxes.back().text, "Es gibt nicht gespeicherte Angaben. Trotzdem beenden?");
+        rig.answer(true);
+        EXPECT_FALSE(desk.frmModem.open);
+    }
+}
+
 TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     Desk &desk = rig.program.desk;
     rig.program.choose(f.optISDN);
@@ -288,6 +346,10 @@ TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     EXPECT_FALSE(rig.program.busy()) << "the button of a closed dialog";
     rig.program.click(f.mnuPin_festlegen);
     EXPECT_EQ(desk.frmPin.tboPin.text, "");
+    rig.program.click(desk.frmPin.cbuPin_Eingabe);
+    EXPECT_EQ(rig.boxes.back().text, "Die PIN wird gelöscht. Fortfahren?");
+    rig.answer(false);
+    EXPECT_TRUE(desk.frmPin.open && !rig.program.busy());
     rig.program.close(desk.frmPin);
 
     FrmGSM_Status &status = desk.frmGSM_Status;
@@ -295,6 +357,10 @@ TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     status.tboIMEI.text = "490154203237518";
     rig.program.click(status.cbuSignalstaerke);
     ASSERT_TRUE(rig.program.busy());
+    for (const auto &[signal, text] : {std::pair{17, "17 von 31, −79 dBm"}, {99, "nicht bekannt"}}) {
+        status.show({.signal = signal});
+        EXPECT_EQ(status.lblSignalwert.caption, text);
+    }
     for (const Button *button : {&status.cbuPIN_Status, &status.cbuReg_zustand, &status.cbuSignalstaerke,
                                  &status.cbuIMEI, &status.cbuSchließen})
         EXPECT_FALSE(button->usable()) << button->name;

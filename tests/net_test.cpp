@@ -307,8 +307,8 @@ TEST(NetworkDialogue, EndsInOneBoxWhateverTheModuleDoes) {
             ASSERT_EQ(bench.rig.boxes.size(), 1u) << where;
             EXPECT_EQ(bench.rig.boxes[0].text, box) << where;
             EXPECT_EQ(bench.rig.outcome(), done ? Outcome::succeeded : Outcome::failed) << where;
-            EXPECT_TRUE(bench.desk.frmGateway.cbuEthernet_GW_Abbruch.enabled &&
-                        bench.desk.frmIPoEthernet.cbuEthernet_Abbruch.enabled)
+            EXPECT_TRUE(bench.desk.frmGateway.cbuEthernet_GW_Konfigurieren.enabled &&
+                        bench.desk.frmIPoEthernet.cbuEthernet_IP_aendern.enabled)
                 << where;
             EXPECT_FALSE(bench.rig.timer2.on) << where;
             auto &told = bench.world.ethernet->memory.settings;
@@ -419,7 +419,7 @@ TEST(NetworkDialogue, TheUserCanEndIt) {
     rig.program.Winsock_DataArrival("AT");
     rig.program.cancel();
     EXPECT_THAT(rig.boxes.back().text, HasSubstr("möglicherweise nur teilweise konfiguriert"));
-    EXPECT_TRUE(desk.frmIPoEthernet.cbuEthernet_Abbruch.enabled);
+    EXPECT_TRUE(desk.frmIPoEthernet.cbuEthernet_IP_aendern.enabled);
 }
 
 } // namespace

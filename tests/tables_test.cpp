@@ -222,10 +222,18 @@ TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
     const Start starts[] = {
         {&FrmModem::optAnalog, {configure, alarm_test, alarm_off}},
         {&FrmModem::optISDN,
-         {configure, alarm_test, alarm_off, [](Telvox &p) { p.click(p.desk.frmMSN.cbuMSN_einstellen); },
+         {configure, alarm_test, alarm_off,
+          [](Telvox &p) {
+              p.enter(p.desk.frmMSN.tboMSN, "1");
+              p.click(p.desk.frmMSN.cbuMSN_einstellen);
+          },
           [](Telvox &p) { p.click(p.desk.frmAnschlussart.cmdAnschlussart_einstellen); }}},
         {&FrmModem::optGSM,
-         {configure, alarm_test, alarm_off, [](Telvox &p) { p.click(p.desk.frmPin.cbuPin_Eingabe); },
+         {configure, alarm_test, alarm_off,
+          [](Telvox &p) {
+              p.enter(p.desk.frmPin.tboPin, "1");
+              p.click(p.desk.frmPin.cbuPin_Eingabe);
+          },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuPIN_Status); },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuReg_zustand); },
           [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuSignalstaerke); },

@@ -32,6 +32,8 @@ struct Message {
     std::string title = program_title;
     Icon icon = Icon::none;
     bool asks = false; ///< Ja and Nein; Nein is the default, and what closing the box means
+    /// Also Zurück, which is what closing the box means and nobody hears; Ja is the default.
+    bool can_go_back = false;
     Tone tone = Tone::plain;
     std::string
         about; ///< which device, where the user works at several; stands before the text, in no record
@@ -69,6 +71,11 @@ class Outbox {
     /// Asks with Ja and Nein; the answer comes as an event of its own.
     void ask(std::string text, Answered answered) {
         waiting_.push_back({Message{.text = std::move(text), .asks = true}, std::move(answered)});
+    }
+    /// The same, and the user may go back as if nothing had been asked.
+    void ask_or_go_back(std::string text, Answered answered) {
+        waiting_.push_back(
+            {Message{.text = std::move(text), .asks = true, .can_go_back = true}, std::move(answered)});
     }
     /// Shows a box and goes on when it has been read.
     void show_then(std::string text, std::function<void()> then) {

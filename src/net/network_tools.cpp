@@ -33,7 +33,7 @@ std::string plain_text(std::string_view bytes) {
 
 void NetworkTools::start(const NetworkAction &action, NetworkTask task, NetworkPane pane, const Button &by) {
     if (busy())
-        return c_.outbox.show(already_running);
+        return c_.outbox.show({.text = already_running, .tone = Tone::refusal});
     action_ = action;
     task_ = std::move(task);
     pane_.emplace(pane);

@@ -153,6 +153,7 @@ void Profiles::take_over(Profile profile, const std::string &path, const std::st
     recent.insert(recent.begin(), path_);
     recent.resize(std::min(recent.size(), Remembered::most_profiles));
     write_remembered(desk_.folders.settings, desk_.remembered);
+    program_.saved();
     program_.together([&] {
         show_recent();
         program_.tell("Profil \"" + file_name(path_) + "\" " + what_happened);

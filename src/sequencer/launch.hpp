@@ -35,6 +35,7 @@ struct Launch {
     bool as_shown = false;
     /// Locks windows, and empties the fields that the job fills. Runs when the start is certain.
     void (*prepare)(Desk &) = nullptr;
+    const char *advice = ""; ///< what is left to do after a success, behind its text
 };
 
 } // namespace telvox

@@ -59,7 +59,7 @@ bool all_hold(std::span<const Check> checks, Desk &desk, Panel &panel, Outbox &o
     for (const Check &check : checks) {
         if (check.holds(desk))
             continue;
-        outbox.show(check.otherwise);
+        outbox.show({.text = check.otherwise, .tone = Tone::refusal});
         if (check.field)
             panel.focus(*check.field(desk));
         return false;
@@ -69,7 +69,7 @@ bool all_hold(std::span<const Check> checks, Desk &desk, Panel &panel, Outbox &o
 
 bool Sequencer::ready(const Launch &launch) {
     if (busy()) {
-        c_.outbox.show(already_running);
+        c_.outbox.show({.text = already_running, .tone = Tone::refusal});
         return false;
     }
     return all_hold(launch.checks, c_.desk, c_.panel, c_.outbox);
@@ -96,6 +96,7 @@ bool Sequencer::start(const Launch &launch, const Button &by) {
         c_.jobs.*launch.flag = true;
     c_.jobs.*launch.counter = 1;
     c_.jobs.running = true;
+    advice_ = launch.advice;
     c_.panel.prz_Eingaben_deaktivieren();
     receiver_.begin();
     c_.started(by);
@@ -276,7 +277,7 @@ void Sequencer::end(const Step &step) {
     const bool tells = step.message.given();
     const auto changed = c_.panel.changed(c_.findings);
     const bool objected = tells && (!rejected_.empty() || !changed.empty());
-    Message message{.text = tells ? step.message(job_) : "",
+    Message message{.text = tells ? step.message(job_) + advice_ : "",
                     .tone = objected ? Tone::refusal : Tone::success};
     if (objected) {
         message.icon = Icon::exclamation;
@@ -364,12 +365,6 @@ void Sequencer::cancel() {
     end_.said = {message};
     abandon();
     c_.outbox.show(message);
-}
-
-bool Sequencer::give_up_dialling() {
-    if (c_.jobs.boolAnwahl_Fehler)
-        c_.timer.restart(milliseconds{10});
-    return c_.jobs.boolAnwahl_Fehler;
 }
 
 Progress Sequencer::progress() const {

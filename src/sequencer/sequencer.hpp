@@ -74,10 +74,6 @@ class Sequencer {
     /// The same without a message, for a program that ends.
     void abandon();
 
-    /// Waits no longer for the call that is being dialled: the next tick, in a moment, reports it as failed
-    /// and hangs up. Returns false where nothing is dialled.
-    bool give_up_dialling();
-
     [[nodiscard]] Progress progress() const;
 
     /// Leaves the line in order when the program ends: DTR off drops a call that is still up.
@@ -118,6 +114,7 @@ class Sequencer {
     std::string under_;            ///< what the last command is called, should the device reject it
     std::vector<std::string> rejected_;
     JobEnd end_{}; ///< of the job that runs, or hangs up; told when the line is down
+    const char *advice_ = "";
     bool changed_device_ = false;
     bool heard_ = false; ///< the device has sent something
     Progress progress_;

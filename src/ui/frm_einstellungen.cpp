@@ -106,7 +106,7 @@ void FrmEinstellungen::przSchnittstelle_aendern() {
 }
 
 void FrmEinstellungen::enable_inputs(bool on) {
-    tabOptions.enabled = cmdOK.enabled = cmdCancel.enabled = on;
+    tabOptions.enabled = cmdOK.enabled = on;
     cboSchnittstelle_aendern.enabled = on && !cable_port_.text.empty();
 }
 

@@ -39,11 +39,11 @@ class FrmEinstellungen : public Form {
     /// That format is not in the settings file yet.
     [[nodiscard]] bool unsaved() const { return unsaved_; }
 
-    /// All inputs are off while the change runs.
+    /// All inputs are off while the change runs, which "Abbrechen" ends.
     void lock() { enable_inputs(false); }
     void unlock() override { enable_inputs(true); }
 
-    TabFrame tabOptions{*this, "tabOptions"};
+    Frame tabOptions{*this, "tabOptions"};
 
     Frame fraSchnittstellen_Einstellung{*this, "fraSchnittstellen_Einstellung",
                                         "Momentane Schnittstelleneinstellung des Telvox-A", &tabOptions};

@@ -17,10 +17,9 @@ class FrmGateway : public Form {
         reset();
     }
 
-    bool running = false; ///< an action of this window; its buttons are off meanwhile
+    bool running = false; ///< an action of this window; the buttons that start one are off meanwhile
     void compute() override {
-        for (Button *button : {&cbuVerbindung_pruefen, &cbuEthernet_GW_Konfigurieren, &cbuEthernet_GW_Kabel,
-                               &cbuEthernet_GW_Abbruch})
+        for (Button *button : {&cbuVerbindung_pruefen, &cbuEthernet_GW_Konfigurieren, &cbuEthernet_GW_Kabel})
             button->enabled = !running;
     }
 

@@ -72,6 +72,8 @@ FrmGPRS::FrmGPRS(Session &session, const FrmModem &main, const DataFolders &fold
             "Die freigegebene Nummer muss exakt in dem Format eingegeben werden, wie sie bei der "
             "Rufnummernübermittelung ausgegeben wird. Meist +49...";
     }
+    fraCallback1.spoken_name = "Callback bei der 1. Nummer";
+    fraCallback2.spoken_name = "Callback bei der 2. Nummer";
     cbuGPRS_lesen.tool_tip = "Nur per Direktverbindung möglich";
     cancel = &cbuGPRS_Abbrechen;
 }

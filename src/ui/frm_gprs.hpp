@@ -52,7 +52,7 @@ class FrmGPRS : public Form {
     /// Above what the device takes it is the largest value.
     void limit_keep_alive();
 
-    /// The inputs are off while a job of this window runs; it can be closed.
+    /// The inputs are off while a job of this window runs.
     void lock();
     void unlock() override;
     void compute() override;

@@ -24,7 +24,7 @@ void FrmIPoEthernet::show_mode() {
 }
 
 void FrmIPoEthernet::compute() {
-    for (Button *button : {&cbuVerbindung_pruefen, &cbuEthernet_IP_aendern, &cbuEthernet_Abbruch})
+    for (Button *button : {&cbuVerbindung_pruefen, &cbuEthernet_IP_aendern})
         button->enabled = !running;
 }
 

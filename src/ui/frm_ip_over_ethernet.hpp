@@ -13,7 +13,7 @@ class FrmIPoEthernet : public Form {
     /// The maker's part of all MAC addresses stands before what the user enters.
     [[nodiscard]] std::string mac() const { return tboMAC_Adresse1.text + tboMAC_Adresse2.text; }
 
-    bool running = false; ///< an action of this window; its buttons are off meanwhile
+    bool running = false; ///< an action of this window; the buttons that start one are off meanwhile
     void compute() override;
 
     Frame frmIP_aendern{*this, "frmIP_aendern", "IP Adresse ändern"};
@@ -25,7 +25,7 @@ class FrmIPoEthernet : public Form {
     Label lblIP_Format{*this, "lblIP_Format", ip_example, &frmIP_aendern};
     Label lblAlte_IP{*this, "lblAlte_IP", "&Momentane IP:", &frmIP_aendern};
     TextBox tboAlte_IP{*this, "tboAlte_IP", {}, &frmIP_aendern};
-    Label lblMAC_Adresse{*this, "lblMAC_Adresse", "&MAC-Adresse:", &frmIP_aendern};
+    Label lblMAC_Adresse{*this, "lblMAC_Adresse", "MAC-A&dresse:", &frmIP_aendern};
     TextBox tboMAC_Adresse1{*this, "tboMAC_Adresse1", {}, &frmIP_aendern};
     TextBox tboMAC_Adresse2{*this, "tboMAC_Adresse2", {}, &frmIP_aendern};
     Button cbuVerbindung_pruefen{*this, "cbuVerbindung_pruefen", {}, &frmIP_aendern};

@@ -89,8 +89,8 @@ void FrmIPT::compute() {
          std::initializer_list<Control *>{&lblFix_Scrambled_Key, &tboFix_Scrambled_Key, &cbuDefault_Fix,
                                           &lblClg_Scrambled_Key, &tboClg_Scrambled_Key, &cbuDefault_Clg})
         control->enabled = keys;
-    cbuIPT_schreiben.enabled = cbuIPT_Abbrechen.enabled = locked_ != Lock::window;
-    cbuIPT_lesen.enabled = locked_ != Lock::window && !main_.optFernverbindung.value;
+    cbuIPT_schreiben.enabled = locked_ != Lock::buttons;
+    cbuIPT_lesen.enabled = locked_ != Lock::buttons && !main_.optFernverbindung.value;
 }
 
 } // namespace telvox

@@ -14,9 +14,8 @@ class FrmIPT : public Form {
     /// The main window says whether the device is reached in a call, where it cannot be read.
     explicit FrmIPT(const FrmModem &main);
 
-    /// What a running job of this window locks. While it reads, the window also stays open, or there would be
-    /// nothing to show the values in.
-    enum class Lock { none, inputs, window };
+    /// What a running job of this window locks; while it reads, the buttons that would start another too.
+    enum class Lock { none, inputs, buttons };
 
     /// The values as the device gets them.
     [[nodiscard]] IptSettings settings() const;
@@ -42,7 +41,7 @@ class FrmIPT : public Form {
     Label lblFix_Scrambled_Key{*this, "lblFix_Scrambled_Key", "&Fixed Scramble Key (Login):", &fraScramble};
     TextBox tboFix_Scrambled_Key{*this, "tboFix_Scrambled_Key", {}, &fraScramble};
     Button cbuDefault_Fix{*this, "cbuDefault_Fix", "&Defaultkey", &fraScramble};
-    Label lblClg_Scrambled_Key{*this, "lblClg_Scrambled_Key", "&Challenge Scramble Key:", &fraScramble};
+    Label lblClg_Scrambled_Key{*this, "lblClg_Scrambled_Key", "Challenge Scramble Ke&y:", &fraScramble};
     TextBox tboClg_Scrambled_Key{*this, "tboClg_Scrambled_Key", {}, &fraScramble};
     Button cbuDefault_Clg{*this, "cbuDefault_Clg", "Default&key", &fraScramble};
 

@@ -29,8 +29,8 @@ constexpr std::size_t longest_number = 40;
 constexpr std::size_t longest_prefix = 20;
 constexpr const char *default_password = "BRUNEX";
 constexpr const char *sms_gateway = "090032669000";
-constexpr const char *other_service_number = "andere Servicenummer ausw&ählen";
-constexpr const char *choose_service_center = "Service-Center Nummer ausw&ählen";
+constexpr const char *other_service_number = "andere Servicenummer aus&wählen";
+constexpr const char *choose_service_center = "Service-Center Nummer aus&wählen";
 } // namespace
 
 FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(outbox) {
@@ -194,6 +194,7 @@ void FrmModem::choose_variant(const Variant &variant) {
         chkPasswort.value = tboPasswort.enabled = false;
 
     tboAlarmmeldung.enabled = variant.alarms;
+    lblMenue_Hinweis.visible = !variant.alarms;
     if (variant.text_limit != 0) {
         lblAlarmmeldung.caption = "Alarm&meldung (max. " + std::to_string(variant.text_limit) + " Zeichen):";
         tboAlarmmeldung.max_length = variant.text_limit;
@@ -281,6 +282,11 @@ void FrmModem::prz_Eingaben_aktivieren() {
             cbuTest.enabled = true;
     }
     lblPasswort.enabled = lblService_Center.enabled = tboService_Center.enabled = true;
+    if (optEthernet.value) { // it has none of all this
+        enable_service_fields(false);
+        fraEmpfaenger.enabled = tboAlarmmeldung.enabled = false;
+        cbuParametrieren.enabled = cbuAlarm_aus.enabled = cbuTest.enabled = false;
+    }
 }
 
 void FrmModem::show_progress(const Progress &progress, bool can_be_ended) {
@@ -298,17 +304,27 @@ void FrmModem::show_progress(const Progress &progress, bool can_be_ended) {
         lblSchritt.caption += ", noch " + std::to_string((left.count() + 999) / 1000) + " s";
 }
 
+namespace {
+
+/// What is known of the chosen entry, in one line; a blank keeps the line where there is nothing to say.
+std::string description(const ComboBox &list) {
+    std::string text = " ";
+    for (std::size_t i = 0; list.enabled && i < std::min(list.items.size(), list.item_tool_tips.size()); ++i)
+        if (list.items[i] == list.text)
+            text = list.item_tool_tips[i];
+    if (const auto line = text.find('\n'); line != std::string::npos)
+        text.replace(line, 1, ", ");
+    return text;
+}
+
+} // namespace
+
 void FrmModem::compute() {
     const std::size_t used = tboAlarmmeldung.counted(tboAlarmmeldung.text);
     const std::size_t limit = tboAlarmmeldung.max_length;
     lblZeichen_frei.caption = "noch " + std::to_string(limit > used ? limit - used : 0);
-    const ComboBox &list = optDirektverbindung.value ? cobSchnittstelle : cobModem_Port;
-    lblPort_Beschreibung.caption = " "; // keeps its line
-    for (std::size_t i = 0; list.enabled && i < std::min(list.items.size(), list.item_tool_tips.size()); ++i)
-        if (list.items[i] == list.text)
-            lblPort_Beschreibung.caption = list.item_tool_tips[i];
-    if (const auto line = lblPort_Beschreibung.caption.find('\n'); line != std::string::npos)
-        lblPort_Beschreibung.caption.replace(line, 1, ", ");
+    lblPort_Beschreibung.caption = description(cobSchnittstelle);
+    lblModem_Beschreibung.caption = description(cobModem_Port);
 }
 
 } // namespace telvox

@@ -21,7 +21,8 @@ class FrmModem : public Form {
 
     /// Lock the inputs while a job runs; "Beenden" and the menus stay usable.
     void prz_Eingaben_deaktivieren();
-    /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too.
+    /// Unlock them; it only enables, so a button that the variant does not offer is enabled by it too, but
+    /// for Ethernet, which has nothing of the kind.
     void prz_Eingaben_aktivieren();
 
     /// Shows how far the running job is, and the button that ends it if there is something to end.
@@ -39,7 +40,7 @@ class FrmModem : public Form {
     void compute() override;
 
     MenuEntry mnuDatei{*this, "mnuDatei", "&Datei"};
-    MenuEntry mnuProfil_oeffnen{*this, "mnuProfil_oeffnen", "Profil &öffnen…", &mnuDatei};
+    MenuEntry mnuProfil_oeffnen{*this, "mnuProfil_oeffnen", "Profil ö&ffnen…", &mnuDatei};
     MenuEntry mnuProfil_speichern{*this, "mnuProfil_speichern", "Profil &speichern…", &mnuDatei};
     MenuEntry mnuZuletzt{*this, "mnuZuletzt", "&Zuletzt verwendet", &mnuDatei};
     MenuEntry mnuProfil1{*this, "mnuProfil1", {}, &mnuZuletzt};
@@ -63,41 +64,42 @@ class FrmModem : public Form {
     MenuEntry mnuGateway{*this, "mnuGateway", "&Gateway und Netzmaske einstellen", &mnuEthernet};
     MenuEntry mnuIP_over_Ethernet{*this, "mnuIP_over_Ethernet", "über das &Netzwerk einstellen",
                                   &mnuEthernet};
-    MenuEntry mnuEinstellungen{*this, "mnuEinstellungen", "E&instellungen"};
+    MenuEntry mnuEinstellungen{*this, "mnuEinstellungen", "Einstell&ungen"};
     MenuEntry mnuInfo{*this, "mnuInfo", "Info"};
     MenuEntry mnuHilfe{*this, "mnuHilfe", "&Hilfe"};
 
     Frame fraModemart{*this, "fraModemart", "Telvox-A Typ"};
-    OptionButton optAnalog{*this, "optAnalog", "Ana&log", &fraModemart};
+    OptionButton optAnalog{*this, "optAnalog", "Analog", &fraModemart};
     OptionButton optISDN{*this, "optISDN", "ISDN", &fraModemart};
     OptionButton optGSM{*this, "optGSM", "GSM", &fraModemart};
     OptionButton optGPRS{*this, "optGPRS", "GPRS", &fraModemart};
     OptionButton optEthernet{*this, "optEthernet", "Ethernet", &fraModemart};
 
-    Button cbuErkennen{*this, "cbuErkennen", "Erkennen", &fraModemart};
+    Button cbuErkennen{*this, "cbuErkennen", "Er&kennen", &fraModemart};
 
     Frame fraVerbindungsart{*this, "fraVerbindungsart", "Verbindungsart"};
-    OptionButton optDirektverbindung{*this, "optDirektverbindung", "Direktverbindung mit &Kabel",
+    OptionButton optDirektverbindung{*this, "optDirektverbindung", "Direktverbindung mit Kabel",
                                      &fraVerbindungsart};
-    Label lblSchnittstelle{*this, "lblSchnittstelle", "S&chnittstelle:", &fraVerbindungsart};
+    Label lblSchnittstelle{*this, "lblSchnittstelle", "Schnittstelle:", &fraVerbindungsart};
     ComboBox cobSchnittstelle{*this, "cobSchnittstelle", {}, &fraVerbindungsart};
     OptionButton optFernverbindung{*this, "optFernverbindung", "Fern&verbindung über Modem",
                                    &fraVerbindungsart};
-    Label lblModemanschluss{*this, "lblModemanschluss", "M&odemanschluss:", &fraVerbindungsart};
+    Label lblModemanschluss{*this, "lblModemanschluss", "Modemanschluss:", &fraVerbindungsart};
     ComboBox cobModem_Port{*this, "cobModem_Port", {}, &fraVerbindungsart};
-    Label lblPort_Beschreibung{*this, "lblPort_Beschreibung", {}, &fraVerbindungsart}; ///< of the chosen port
-    Label lblRufnummer_Modem{*this, "lblRufnummer_Modem", "&Rufnummer des Telvox-A:", &fraVerbindungsart};
+    // What is known of the chosen port, below its list.
+    Label lblPort_Beschreibung{*this, "lblPort_Beschreibung", {}, &fraVerbindungsart};
+    Label lblModem_Beschreibung{*this, "lblModem_Beschreibung", {}, &fraVerbindungsart};
+    Label lblRufnummer_Modem{*this, "lblRufnummer_Modem", "Rufnummer des Telvox-A:", &fraVerbindungsart};
     TextBox tboRufnummer_Modem{*this, "tboRufnummer_Modem", {}, &fraVerbindungsart};
 
     Frame fraEmpfaenger{*this, "fraEmpfaenger", "Empfänger"};
-    Label lblRufnummer_Empfaenger{*this, "lblRufnummer_Empfaenger",
-                                  "&Nummer des Empfängers:", &fraEmpfaenger};
+    Label lblRufnummer_Empfaenger{*this, "lblRufnummer_Empfaenger", "Nummer des Empfängers:", &fraEmpfaenger};
     TextBox tboRufnummer_Empfaenger{*this, "tboRufnummer_Empfaenger", {}, &fraEmpfaenger};
     CheckBox chkAmt{*this, "chkAmt", "&Zeichen zur Amtsholung:", &fraEmpfaenger};
     TextBox tboAmt{*this, "tboAmt", {}, &fraEmpfaenger};
 
     Frame fraService_Center{*this, "fraService_Center", "SMS Provider"};
-    Label lblService_Center{*this, "lblService_Center", "Service-Center N&ummer:", &fraService_Center};
+    Label lblService_Center{*this, "lblService_Center", "Service-Center Nummer:", &fraService_Center};
     TextBox tboService_Center{*this, "tboService_Center", {}, &fraService_Center};
     Button cbuSC_Uebersicht{*this, "cbuSC_Uebersicht", {}, &fraService_Center};
 
@@ -106,9 +108,11 @@ class FrmModem : public Form {
     OptionButton optFAX{*this, "optFAX", "Fa&x", &fraAlarm_Ziel};
 
     Frame fraPasswort{*this, "fraPasswort", "Sicherheit Konfiguration"};
-    CheckBox chkPasswort{*this, "chkPasswort", "Kein Standard Pass&wort verwendet", &fraPasswort};
-    Label lblPasswort{*this, "lblPasswort", "&Passwort:", &fraPasswort};
+    CheckBox chkPasswort{*this, "chkPasswort", "Kein Standard Passwort verwendet", &fraPasswort};
+    Label lblPasswort{*this, "lblPasswort", "Passwort:", &fraPasswort};
     TextBox tboPasswort{*this, "tboPasswort", {}, &fraPasswort};
+
+    Label lblMenue_Hinweis{*this, "lblMenue_Hinweis", "Einstellungen im Menü Ethernet"};
 
     Label lblAlarmmeldung{*this, "lblAlarmmeldung"};
     Label lblZeichen_frei{*this, "lblZeichen_frei"}; ///< characters left for the alarm text
@@ -121,20 +125,20 @@ class FrmModem : public Form {
 
     Frame fraProtokoll{*this, "fraProtokoll", "Protokoll"};
     Log tboProtokoll{*this, "tboProtokoll", {}, &fraProtokoll};
-    Button cbuProtokoll_kopieren{*this, "cbuProtokoll_kopieren", "Kopieren", &fraProtokoll};
-    Button cbuProtokoll_speichern{*this, "cbuProtokoll_speichern", "Speichern…", &fraProtokoll};
-    Button cbuProtokoll_leeren{*this, "cbuProtokoll_leeren", "Leeren", &fraProtokoll};
+    Button cbuProtokoll_kopieren{*this, "cbuProtokoll_kopieren", "K&opieren", &fraProtokoll};
+    Button cbuProtokoll_speichern{*this, "cbuProtokoll_speichern", "S&peichern…", &fraProtokoll};
+    Button cbuProtokoll_leeren{*this, "cbuProtokoll_leeren", "&Leeren", &fraProtokoll};
     Frame fraListe{*this, "fraListe", "Geräteliste"};
     Label lblListe{*this, "lblListe", {}, &fraListe}; ///< "pumpen.csv: 12 von 30 erledigt"
     RowTable tblListe{*this, "tblListe", {}, &fraListe};
-    Button cbuListe_starten{*this, "cbuListe_starten", "Starten", &fraListe};
-    Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspringen", &fraListe};
-    Button cbuListe_schliessen{*this, "cbuListe_schliessen", "Schließen", &fraListe};
+    Button cbuListe_starten{*this, "cbuListe_starten", "Sta&rten", &fraListe};
+    Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspri&ngen", &fraListe};
+    Button cbuListe_schliessen{*this, "cbuListe_schliessen", "Schl&ießen", &fraListe};
 
     StatusPanel StatusBar{*this, "StatusBar"};
     Label lblSchritt{*this, "lblSchritt"}; ///< "Schritt 4 von 9, noch 12 s"
     ProgressBar pzbSchritt{*this, "pzbSchritt"};
-    Button cbuAbbrechen{*this, "cbuAbbrechen", "Abbrechen"};
+    Button cbuAbbrechen{*this, "cbuAbbrechen", "Abbre&chen"};
 
   private:
     struct Variant;

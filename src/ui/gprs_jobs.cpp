@@ -37,7 +37,7 @@ constexpr Launch gprs_read = {.checks = direct_checks,
 constexpr Launch ipt_read = {.checks = direct_checks,
                              .flag = &JobState::boolIPT_lesen,
                              .counter = &JobState::byteIPT_lese_Counter,
-                             .prepare = [](Desk &d) { d.frmIPT.lock(FrmIPT::Lock::window); }};
+                             .prepare = [](Desk &d) { d.frmIPT.lock(FrmIPT::Lock::buttons); }};
 
 template <auto Field> Control *field_of_gprs(Desk &desk) { return &(desk.frmGPRS.*Field); }
 
@@ -140,14 +140,8 @@ void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer) {
     starts(desk.frmGPRS.cbuGPRS_lesen, sequencer, gprs_read);
     starts(desk.frmIPT.cbuIPT_lesen, sequencer, ipt_read);
 
-    const auto close = [&](Form &form) {
-        return [&] {
-            if (!sequencer.give_up_dialling())
-                form.unload();
-        };
-    };
-    desk.frmGPRS.cbuGPRS_Abbrechen.clicked = close(desk.frmGPRS);
-    desk.frmIPT.cbuIPT_Abbrechen.clicked = close(desk.frmIPT);
+    desk.frmGPRS.cbuGPRS_Abbrechen.clicked = [&] { desk.frmGPRS.unload(); };
+    desk.frmIPT.cbuIPT_Abbrechen.clicked = [&] { desk.frmIPT.unload(); };
 }
 
 } // namespace telvox

@@ -99,7 +99,11 @@ void connect_main_window(Desk &desk, Sequencer &sequencer) {
     FrmModem &main = desk.frmModem;
     const bool &remote = main.optFernverbindung.value;
     main.cbuParametrieren.clicked = [&] { sequencer.start(configure(desk), main.cbuParametrieren); };
-    starts(main.cbuErkennen, sequencer, recognise);
+    main.cbuErkennen.clicked = [&] {
+        if (!main.optDirektverbindung.value)
+            main.optDirektverbindung.choose(); // it is the cable that is searched
+        sequencer.start(recognise, main.cbuErkennen);
+    };
     main.cbuTest.clicked = [&] { sequencer.start(remote ? test_remote : test_direct, main.cbuTest); };
     main.cbuAlarm_aus.clicked = [&] {
         sequencer.start(remote ? alarm_off_remote : alarm_off_direct, main.cbuAlarm_aus);

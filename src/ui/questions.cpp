@@ -37,6 +37,8 @@ void ask_next(Asking asking) {
         }
         ask_next(asking);
     };
+    if (question.kind == Question::Kind::question)
+        return outbox.ask(question.text, answered);
     if (question.kind == Question::Kind::go_on_anyway)
         return outbox.ask(question.text + std::string("\rEinstellungen trotzdem übertragen?"), answered);
     const bool goes_on = question.kind == Question::Kind::notice;

@@ -11,6 +11,7 @@ struct Desk;
 /// A check of the inputs that the user may overrule, and what he is told where it strikes.
 struct Question {
     enum class Kind {
+        question,     ///< Ja and Nein; Nein objects
         go_on_anyway, ///< Ja and Nein: "Einstellungen trotzdem übertragen?"; Nein objects
         notice,       ///< OK, and it goes on
         objection,    ///< OK, and it does not go on

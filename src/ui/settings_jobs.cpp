@@ -17,6 +17,7 @@ constexpr Launch change_interface = {
     .cable_only = true,
     .as_shown = true,
     .prepare = [](Desk &d) { d.frmEinstellungen.lock(); },
+    .advice = "\rMit OK bleiben die neuen Einstellungen gespeichert.",
 };
 
 /// Saves what the dialog shows and closes it; it stays open when that fails.
@@ -34,13 +35,13 @@ void leave(Desk &desk) {
     FrmEinstellungen &form = desk.frmEinstellungen;
     if (!form.unsaved())
         return form.unload();
-    desk.outbox.ask("Die neue Schnittstelleneinstellung ist noch nicht gespeichert. Jetzt speichern?",
-                    [&](bool yes) {
-                        if (!yes)
-                            return form.unload();
-                        form.show_session(); // what else was changed in the dialog is cancelled
-                        save(desk);
-                    });
+    desk.outbox.ask_or_go_back(
+        "Die neue Schnittstelleneinstellung ist noch nicht gespeichert. Jetzt speichern?", [&](bool yes) {
+            if (!yes)
+                return form.unload();
+            form.show_session(); // what else was changed in the dialog is cancelled
+            save(desk);
+        });
 }
 
 } // namespace

@@ -52,11 +52,15 @@ void FrmGSM_Status::show(const Findings &found) {
         tboIMEI.text = tboIMEI.filtered(*found.imei);
 }
 
-/// The bar, and for a script whether there is anything to show.
 void FrmGSM_Status::show_signal(int value) {
     constexpr int not_known = 99;
     signal_known = value != not_known;
     pzbSignalstaerke.value = signal_known ? std::clamp(value, 1, pzbSignalstaerke.maximum) : 0;
+    const int told = std::clamp(value, 0, pzbSignalstaerke.maximum);
+    lblSignalwert.caption = !signal_known
+                                ? "nicht bekannt"
+                                : std::to_string(told) + " von " + std::to_string(pzbSignalstaerke.maximum) +
+                                      ", −" + std::to_string(113 - 2 * told) + " dBm";
 }
 
 } // namespace telvox

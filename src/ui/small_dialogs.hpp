@@ -98,6 +98,11 @@ class FrmGSM_Status : public Form {
 
     /// Shows what a query has found out.
     void show(const Findings &found);
+    void forget_signal() {
+        signal_known = false;
+        pzbSignalstaerke.value = 0;
+        lblSignalwert.caption = unknown;
+    }
     bool signal_known = false;
 
     void unlock() override { enable_buttons(true); }
@@ -112,6 +117,7 @@ class FrmGSM_Status : public Form {
     Button cbuSignalstaerke{*this, "cbuSignalstaerke", "&Signalstärke abfragen"};
     ProgressBar pzbSignalstaerke{*this, "pzbSignalstaerke"};
     Label lblSignalstaerke{*this, "lblSignalstaerke", "< schwach"};
+    Label lblSignalwert{*this, "lblSignalwert"};
     Label lblSignalstaerke_gut{*this, "lblSignalstaerke_gut", "gut >"};
     Button cbuIMEI{*this, "cbuIMEI", "Geräte &IMEI auslesen"};
     TextBox tboIMEI{*this, "tboIMEI"};
@@ -119,11 +125,11 @@ class FrmGSM_Status : public Form {
 
     void reset() override {
         tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = unknown;
-        pzbSignalstaerke.value = 0;
-        signal_known = false;
+        forget_signal();
     }
 
   private:
+    /// By the bar, and in words: "17 von 31, −79 dBm".
     void show_signal(int value);
 };
 

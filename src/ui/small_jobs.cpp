@@ -1,4 +1,5 @@
 #include "ui/jobs.hpp"
+#include "ui/questions.hpp"
 
 namespace telvox {
 
@@ -12,6 +13,16 @@ constexpr Launch set_msn = {
     .checks = cable_checks, .counter = &JobState::byteMSN_Counter, .cable_only = true};
 constexpr Launch set_line_type = {
     .checks = cable_checks, .counter = &JobState::byteISDN_Anschluss_Counter, .cable_only = true};
+
+/// An empty number takes the one that the device has away from it.
+constexpr Question empty_pin[] = {{.strikes = [](const Desk &d) { return d.frmPin.tboPin.text.empty(); },
+                                   .text = "Die PIN wird gelöscht. Fortfahren?",
+                                   .kind = Question::Kind::question,
+                                   .field = [](Desk &d) -> Control * { return &d.frmPin.tboPin; }}};
+constexpr Question empty_msn[] = {{.strikes = [](const Desk &d) { return d.frmMSN.tboMSN.text.empty(); },
+                                   .text = "Die MSN wird gelöscht. Fortfahren?",
+                                   .kind = Question::Kind::question,
+                                   .field = [](Desk &d) -> Control * { return &d.frmMSN.tboMSN; }}};
 
 /// The queries of the GSM status dialog lock its buttons and blank their fields.
 constexpr Launch query_pin = {.checks = cable_checks,
@@ -36,7 +47,7 @@ constexpr Launch query_signal = {.checks = cable_checks,
                                  .counter = &JobState::byteGSM_Signal_Counter,
                                  .cable_only = true,
                                  .prepare = [](Desk &d) {
-                                     d.frmGSM_Status.pzbSignalstaerke.value = 0;
+                                     d.frmGSM_Status.forget_signal();
                                      d.frmGSM_Status.enable_buttons(false);
                                  }};
 constexpr Launch query_imei = {.checks = cable_checks,
@@ -57,8 +68,15 @@ void connect_small_dialogs(Desk &desk, Sequencer &sequencer) {
     main.mnuISDN_Anschluss.clicked = opens(desk.frmAnschlussart);
     main.mnuStatus_abfragen.clicked = opens(desk.frmGSM_Status);
 
-    starts_and_closes(desk.frmPin.cbuPin_Eingabe, sequencer, set_pin);
-    starts_and_closes(desk.frmMSN.cbuMSN_einstellen, sequencer, set_msn);
+    const auto asks_first = [&](Button &button, const Launch &launch, std::span<const Question> questions) {
+        starts_and_closes(button, sequencer, launch);
+        button.clicked = [&, questions, start = button.clicked] {
+            if (sequencer.ready(launch))
+                ask_all(desk, questions, start);
+        };
+    };
+    asks_first(desk.frmPin.cbuPin_Eingabe, set_pin, empty_pin);
+    asks_first(desk.frmMSN.cbuMSN_einstellen, set_msn, empty_msn);
     starts_and_closes(desk.frmAnschlussart.cmdAnschlussart_einstellen, sequencer, set_line_type);
     starts(desk.frmGSM_Status.cbuPIN_Status, sequencer, query_pin);
     starts(desk.frmGSM_Status.cbuReg_zustand, sequencer, query_registration);
