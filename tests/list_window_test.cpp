@@ -43,6 +43,14 @@ TEST(ListWindow, RowsAreChosenAndStartedByKeys) {
     EXPECT_EQ(cell(0, 1), "Gerät 1");
     EXPECT_EQ(cell(0, 10), "***");
 
+    // Getting the focus chooses nothing.
+    rig.program.desk.frmModem.tblListe.selected = RowTable::none;
+    windows.draw();
+    window.setFocus();
+    table.setFocus();
+    EXPECT_EQ(rig.program.desk.frmModem.tblListe.selected, RowTable::none);
+    rig.program.choose(rig.program.desk.frmModem.tblListe, 0);
+
     QTest::keyClick(&table, Qt::Key_Down);
     EXPECT_EQ(window.findChild<QLineEdit *>("tboRufnummer_Empfaenger")->text(), "2");
     table.selectRow(9'999);
@@ -55,10 +63,10 @@ TEST(ListWindow, RowsAreChosenAndStartedByKeys) {
     table.setFocus();
     QTest::keyClick(&table, Qt::Key_Return);
     EXPECT_TRUE(rig.program.busy());
-    EXPECT_EQ(cell(9'999, 3), "läuft");
+    EXPECT_EQ(cell(9'999, 2), "läuft");
     EXPECT_FALSE(table.isEnabled());
     EXPECT_TRUE(rig.run_until_idle(milliseconds{60'000}));
-    EXPECT_EQ(cell(9'999, 3), "fehlgeschlagen");
+    EXPECT_EQ(cell(9'999, 2), "✗ fehlgeschlagen");
     EXPECT_EQ(table.currentIndex().row(), 9'999);
     EXPECT_TRUE(table.hasFocus()) << "Enter repeats it";
 }

@@ -56,6 +56,11 @@ class ColourWatch final : public QObject {
     bool dark_ = false;
 };
 
+/// Whichever of the two stands out more.
+QColor clearer(const QColor &deep, const QColor &bright, const QColor &ground) {
+    return contrast(deep, ground) > contrast(bright, ground) ? deep : bright;
+}
+
 } // namespace
 
 double contrast(const QColor &a, const QColor &b) {
@@ -63,10 +68,8 @@ double contrast(const QColor &a, const QColor &b) {
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
-QColor red_on(const QColor &ground) {
-    constexpr QColor deep(0xB0, 0x00, 0x00), bright(0xFF, 0x8A, 0x80);
-    return contrast(deep, ground) > contrast(bright, ground) ? deep : bright;
-}
+QColor red_on(const QColor &ground) { return clearer({0xB0, 0x00, 0x00}, {0xFF, 0x8A, 0x80}, ground); }
+QColor green_on(const QColor &ground) { return clearer({0x00, 0x66, 0x00}, {0x8A, 0xE0, 0x8A}, ground); }
 
 void ReadableStyle::polish(QPalette &palette) {
     QProxyStyle::polish(palette);
@@ -92,6 +95,12 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
         same_as_ground.palette.setBrush(QPalette::Base, option->palette.window());
         return QProxyStyle::drawPrimitive(element, &same_as_ground, painter, widget);
     }
+    if (const auto *frame = qstyleoption_cast<const QStyleOptionFocusRect *>(option);
+        frame && element == PE_FrameFocusRect) {
+        QStyleOptionFocusRect always(*frame); // many styles leave it out until the Tab key is pressed
+        always.state |= State_KeyboardFocusChange;
+        return QProxyStyle::drawPrimitive(element, &always, painter, widget);
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     const QColor ground = option->palette.color(QPalette::Window);
     const QColor text = option->palette.color(QPalette::WindowText);
@@ -109,6 +118,16 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *
 
 void follow_system_colours(QApplication &application) {
     application.installEventFilter(new ColourWatch(&application));
+}
+
+QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                                      const QWidget *widget) const {
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (type != CT_PushButton || !button)
+        return size;
+    constexpr int distance = 10; // of the text from the border, left and right
+    return size.expandedTo({button->fontMetrics.horizontalAdvance(button->text) + 2 * distance, 0});
 }
 
 } // namespace telvox::desktop

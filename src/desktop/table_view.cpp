@@ -20,11 +20,11 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
     view_.horizontalHeader()->setMaximumSectionSize(view_.fontMetrics().averageCharWidth() * 40);
     view_.horizontalHeader()->setHighlightSections(false);
     view_.horizontalHeader()->setResizeContentsPrecision(0); // widths of what is seen, not of a thousand rows
-    connect(view_.selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &index) {
-                if (!drawing_ && index.isValid())
-                    program_.choose(table_, static_cast<std::size_t>(index.row()));
-            });
+    // A key or a click selects. The current row alone is also the view's own doing: when it gets the focus.
+    connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (const int row = selected_row(); !drawing_ && row >= 0)
+            program_.choose(table_, static_cast<std::size_t>(row));
+    });
     const auto press = [this] {
         if (table_.enter)
             program_.click(*table_.enter);
@@ -56,12 +56,17 @@ void TableView::show_contents() {
 
 void TableView::show_choice() {
     const int chosen = table_.selected < rows_ ? static_cast<int>(table_.selected) : -1;
-    if (chosen == view_.currentIndex().row())
+    if (chosen == selected_row() && chosen == view_.currentIndex().row())
         return;
     if (chosen < 0)
         return view_.selectionModel()->clear();
     view_.selectRow(chosen);
     view_.scrollTo(index(chosen, 0));
+}
+
+int TableView::selected_row() const {
+    const auto selected = view_.selectionModel()->selectedRows();
+    return selected.isEmpty() ? -1 : selected.front().row();
 }
 
 int TableView::rowCount(const QModelIndex &parent) const {
@@ -74,11 +79,15 @@ int TableView::columnCount(const QModelIndex &parent) const {
 
 QVariant TableView::data(const QModelIndex &index, int role) const {
     const auto row = static_cast<std::size_t>(index.row());
-    if (role == Qt::ForegroundRole && table_.stands_out(row))
-        return red_on(view_.palette().color(QPalette::Base));
+    const auto column = static_cast<std::size_t>(index.column());
+    const RowTable::Mark mark = table_.mark(row);
+    const bool good = mark == RowTable::Mark::good;
+    if (role == Qt::ForegroundRole && mark != RowTable::Mark::none)
+        return (good ? green_on : red_on)(view_.palette().color(QPalette::Base));
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
-    return QString::fromStdString(table_.cell(row, static_cast<std::size_t>(index.column())));
+    const char *sign = column != table_.marked || mark == RowTable::Mark::none ? "" : good ? "✓ " : "✗ ";
+    return sign + QString::fromStdString(table_.cell(row, column));
 }
 
 QVariant TableView::headerData(int section, Qt::Orientation orientation, int role) const {

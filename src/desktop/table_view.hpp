@@ -22,6 +22,7 @@ class TableView final : public QAbstractTableModel {
   private:
     void show_contents();
     void show_choice();
+    [[nodiscard]] int selected_row() const;
 
     RowTable &table_;
     QTableView &view_;

@@ -14,8 +14,7 @@ namespace telvox::operation {
 namespace {
 
 /// The pane's columns that are not the list's.
-constexpr std::array own_columns = {"Zeile", "Name",          "Auftrag", "Ergebnis",
-                                    "Zeit",  "Schnittstelle", "Meldung"};
+constexpr std::array own_columns = {"Zeile", "Name", "Ergebnis", "Meldung", "Auftrag", "Zeit", "Anschluss"};
 
 /// Whether a list says what its devices are reached by; else that is the user's, once for all of them.
 bool names_ports(const DeviceList &list) {
@@ -41,10 +40,13 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
         choose(row);
     };
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
-    main_.tblListe.stands_out = [this](std::size_t row) {
+    main_.tblListe.mark = [this](std::size_t row) {
         const auto &last = work_->results.last(row);
-        return last && !is_done(last->outcome);
+        return !last || row == running_ ? RowTable::Mark::none
+               : is_done(last->outcome) ? RowTable::Mark::good
+                                        : RowTable::Mark::bad;
     };
+    main_.tblListe.marked = 2; // the outcome
     main_.cbuListe_starten.clicked = [this] { start(); };
     main_.cbuListe_ueberspringen.clicked = [this] { skip(); };
     main_.cbuListe_schliessen.clicked = [this] { close(); };
@@ -284,7 +286,7 @@ std::string ListPane::cell(std::size_t row, std::size_t column) const {
                                 : work_->results.last(row) ? word_of(last.outcome)
                                                            : "offen";
     const std::string own[] = {
-        std::to_string(device.line), device.name, device.job, outcome, last.time, last.port, last.message};
+        std::to_string(device.line), device.name, outcome, last.message, device.job, last.time, last.port};
     static_assert(std::size(own) == own_columns.size());
     return own[column];
 }
@@ -307,7 +309,7 @@ void ListPane::show() {
     ++main_.tblListe.revision;
     if (current_ == none || !idle)
         return;
-    main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiederholen" : "Starten";
+    main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiede&rholen" : "Sta&rten";
     program_.tell("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
                   (rows[current_].name.empty() ? "" : ": " + rows[current_].name) +
                   (told_.empty() ? "" : " (" + told_ + ")"));

@@ -191,14 +191,13 @@ struct RowTable : Control {
     std::function<std::string(std::size_t row, std::size_t column)> cell = [](std::size_t, std::size_t) {
         return std::string();
     };
-    std::function<bool(std::size_t row)> stands_out = [](std::size_t) { return false; }; ///< another colour
+    enum class Mark { none, good, bad };
+    std::function<Mark(std::size_t row)> mark = [](std::size_t) {
+        return Mark::none;
+    };                                                                ///< its colour and sign
+    std::size_t marked = 0;                                           ///< column of the sign
     std::function<void(std::size_t row)> chosen = [](std::size_t) {}; ///< by the user; the form selects it
     Button *enter = nullptr; ///< pressed by the Enter key and a double click
-};
-
-/// Tabs, each with a frame that may carry its caption.
-struct TabFrame : Control {
-    using Control::Control;
 };
 
 /// A picture: the design's, or what stands in a file.
