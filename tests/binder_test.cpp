@@ -16,7 +16,6 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -43,9 +42,6 @@ struct Gallery : Form {
     ListBox lstNummern{*this, "lstNummern"};
     TextBox tboShell{*this, "tboShell"};
     TextBox tboKeepAlive{*this, "tboKeepAlive"};
-    TabFrame tabOptions{*this, "tabOptions"};
-    Frame fraEins{*this, "fraEins", "Eins", &tabOptions};
-    Frame fraZwei{*this, "fraZwei", "Zwei", &tabOptions};
     Picture imgLogo{*this, "imgLogo"};
     TickEntry mnuHaken{*this, "mnuHaken", "Haken"};
     Log tboLog{*this, "tboLog"};
@@ -75,17 +71,8 @@ class GalleryTest : public testing::Test, private Observer {
     QListWidget &list = *add<QListWidget>("lstNummern");
     QPlainTextEdit &shell = *add<QPlainTextEdit>("tboShell");
     QLineEdit &keep_alive = *add<QLineEdit>("tboKeepAlive");
-    QTabWidget &tabs = *add<QTabWidget>("tabOptions");
     QLabel &logo = *add<QLabel>("imgLogo");
     QPlainTextEdit &log = *add<QPlainTextEdit>("tboLog");
-    QWidget *page = [this] {
-        for (const char *name : {"fraEins", "fraZwei"}) {
-            auto *frame = new QWidget;
-            frame->setObjectName(name);
-            tabs.addTab(frame, {});
-        }
-        return tabs.widget(1);
-    }();
     QAction &tick = [this]() -> QAction & {
         form.mnuHaken.keys = "Ctrl+P";
         QAction *action = window.addAction("");
@@ -167,12 +154,9 @@ TEST_F(GalleryTest, AProtocolFollowsItsEndUnlessSomebodyReads) {
     EXPECT_EQ(shell.toPlainText().toStdString(), form.tboShell.text);
 }
 
-TEST_F(GalleryTest, TabsPicturesAndFieldsThatAreLeft) {
-    EXPECT_EQ(tabs.tabText(1), "Zwei");
-    form.fraZwei.visible = false;
+TEST_F(GalleryTest, PicturesAndFieldsThatAreLeft) {
     form.imgLogo.file = "nirgends.png";
     binder.draw();
-    EXPECT_FALSE(tabs.isTabVisible(1));
     EXPECT_TRUE(logo.pixmap().isNull());
     form.tboKeepAlive.lost_focus = [&] { form.tboKeepAlive.text = "255"; };
     keep_alive.setFocus();
@@ -366,7 +350,7 @@ TEST(Boxes, OpenOneAfterTheOtherAndHoldNothingUp) {
     EXPECT_EQ(first->windowTitle(), "Telvox-A Konfiguration");
     EXPECT_EQ(first->icon(), QMessageBox::NoIcon);
     ASSERT_EQ(first->buttons().size(), 1);
-    EXPECT_EQ(first->buttons()[0]->text(), "OK");
+    EXPECT_EQ(first->buttons()[0]->text(), "&OK");
     QTest::keyClick(first, Qt::Key_Escape);
 
     ASSERT_TRUE(
@@ -403,6 +387,16 @@ TEST(Boxes, AQuestionIsDeniedUnlessJaIsPressed) {
         yes ? box->buttons()[0]->click() : QTest::keyClick(box, Qt::Key_Escape);
         ASSERT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
         EXPECT_EQ(answers, std::vector<bool>{yes});
+    }
+    for (const int key : {Qt::Key_Return, Qt::Key_Escape}) {
+        std::vector<bool> answers;
+        boxes.show({.text = "Speichern?", .asks = true, .can_go_back = true},
+                   [&](bool answer) { answers.push_back(answer); });
+        QMessageBox *box = shown(boxes);
+        ASSERT_NE(box, nullptr);
+        QTest::keyClick(box, static_cast<Qt::Key>(key));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !boxes.current(); }, 2000));
+        EXPECT_EQ(answers, key == Qt::Key_Return ? std::vector{true} : std::vector<bool>{});
     }
 }
 

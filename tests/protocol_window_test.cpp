@@ -93,7 +93,7 @@ TEST_F(ProtocolTest, IsHiddenAtFirstAndThenAsItWasLeft) {
 
 TEST_F(ProtocolTest, LeavesTheListAboveItsRows) {
     Started started(folder);
-    started.window.resize(1024, 950);
+    started.window.resize(1024, 1050);
     started.rig.program.desk.frmModem.fraListe.visible = true;
     started.windows.draw();
     started.toggle();

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTextBrowser>
 #include <gmock/gmock.h>
@@ -118,6 +119,7 @@ TEST(HelpWindow, ShowsFindsAndGoesBack) {
          {"file:///etc/passwd", "../../../etc/passwd", "http://127.0.0.1/x", "/etc", ".."})
         EXPECT_TRUE(page.loadResource(QTextDocument::ImageResource, QUrl(outside)).toByteArray().isEmpty())
             << outside;
+    EXPECT_LE(help.frameGeometry().width(), help.screen()->availableSize().width());
     EXPECT_EQ(page.source().fileName(), "pin.html");
     EXPECT_EQ(contents.currentItem()->text(), "PIN einstellen");
     EXPECT_FALSE(page.isBackwardAvailable());

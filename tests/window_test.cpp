@@ -22,7 +22,6 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QStatusBar>
-#include <QTabWidget>
 #include <QTest>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -219,7 +218,14 @@ TEST_F(WindowTest, ASwallowedKeySaysWhy) {
         type(field, key);
         return QToolTip::text().toStdString();
     };
+    type("tboRufnummer_Empfaenger", "+4");
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "004") << "as it is dialled";
     EXPECT_EQ(hint_of("tboRufnummer_Empfaenger", "+"), "Nur Ziffern; + als 00 eingeben");
+    find<QLineEdit>("tboRufnummer_Empfaenger").selectAll();
+    type("tboRufnummer_Empfaenger", "+");
+    EXPECT_EQ(text("tboRufnummer_Empfaenger"), "00");
+    find<QLineEdit>("tboRufnummer_Empfaenger").selectAll();
+    QTest::keyClick(&find<QLineEdit>("tboRufnummer_Empfaenger"), Qt::Key_Delete);
     EXPECT_EQ(hint_of("tboRufnummer_Empfaenger", "a"), "Nur Ziffern");
     EXPECT_EQ(hint_of("tboService_Center", "*"), "Nur Ziffern und +");
     paste("tboAlarmmeldung", QString(200, 'a'), 0);

@@ -18,7 +18,6 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QStatusBar>
-#include <QTabWidget>
 #include <QTableView>
 #include <QToolTip>
 #include <utility>
@@ -46,6 +45,12 @@ bool swallowed(const TextField &field, QObject &widget, const QKeyEvent &key) {
         return false;
     show_hint(static_cast<QWidget &>(widget), field.refusal(key.text().toStdString()));
     return true;
+}
+
+/// Whether what is typed becomes the first of a line, a "+" then what is dialled for it.
+bool at_the_beginning(const QObject &widget) {
+    const auto *edit = qobject_cast<const QLineEdit *>(&widget);
+    return edit && (edit->hasSelectedText() ? edit->selectionStart() : edit->cursorPosition()) == 0;
 }
 
 /// A key that opens a drop-down list.
@@ -90,14 +95,7 @@ bool Binder::bind_to_action(Control &control) {
 }
 
 bool Binder::bind_to_widget(Control &control) {
-    if (auto *frame = dynamic_cast<Frame *>(&control))
-        for (auto *tabs : window_.findChildren<QTabWidget *>())
-            for (int i = 0; i < tabs->count(); ++i)
-                if (tabs->widget(i)->objectName() == control.name) {
-                    bind_page(*frame, *tabs, *tabs->widget(i));
-                    return true;
-                }
-    return bind_as<Frame, QGroupBox>(control) || bind_as<TabFrame, QTabWidget>(control) ||
+    return bind_as<Frame, QGroupBox>(control) || bind_as<Frame, QWidget>(control) ||
            bind_as<Label, QLabel>(control) || bind_as<Picture, QLabel>(control) ||
            bind_as<Button, QPushButton>(control) || bind_as<OptionButton, QRadioButton>(control) ||
            bind_as<CheckBox, QCheckBox>(control) || bind_as<TextBox, QLineEdit>(control) ||
@@ -140,15 +138,16 @@ void Binder::draw_common(const Control &control, QWidget &widget) {
 void Binder::draw() {
     drawing_ = true;
     // A locked widget would pass its focus on to the next one, so that a second key press would meet a button
-    // that nobody aimed at ("Beenden"). It waits for the unlocking instead.
+    // that nobody aimed at ("Beenden"). It waits for the unlocking instead, and meanwhile the window has the
+    // focus: one without any would be given its first usable widget as soon as it comes to the front.
     if (QWidget *focus = window_.focusWidget(); focus && focus != &window_ && !usable(focus)) {
         locked_focus_ = focus;
-        focus->clearFocus();
+        window_.setFocus();
     }
     for (const auto &draw_one : drawers_)
         draw_one();
     if (locked_focus_ && usable(locked_focus_)) {
-        if (!window_.focusWidget() || window_.focusWidget() == &window_)
+        if (window_.focusWidget() == &window_)
             locked_focus_->setFocus();
         locked_focus_ = nullptr;
     }
@@ -229,19 +228,16 @@ bool Binder::key_pressed(QObject &watched, const QKeyEvent &key) {
     }
     const std::string name = watched.objectName().toStdString();
     const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    // Dialogs know the Enter key by themselves.
-    if (auto *button = qobject_cast<QPushButton *>(&watched);
-        button && enter && !key.isAutoRepeat() && !qobject_cast<QDialog *>(&window_)) {
-        button->click();
-        return true;
-    }
     if (const auto *box = form_.find<TextBox>(name)) {
-        if (enter && box->enter && !key.isAutoRepeat())
+        if (box->phone_number && key.text() == "+" && at_the_beginning(watched)) {
+            static_cast<QLineEdit &>(watched).insert("00");
+            return true;
+        }
+        if (enter && box->enter)
             program_.click(*box->enter);
         return !box->read_only && swallowed(*box, watched, key);
     }
-    if (const auto *table = form_.find<RowTable>(name);
-        table && enter && table->enter && !key.isAutoRepeat()) {
+    if (const auto *table = form_.find<RowTable>(name); table && enter && table->enter) {
         program_.click(*table->enter);
         return true;
     }
@@ -342,7 +338,7 @@ QStringList Binder::mismatches() const {
     };
     constexpr const char *kinds[] = {"QAbstractButton", "QLabel",       "QLineEdit", "QComboBox",
                                      "QGroupBox",       "QProgressBar", "QMenu",     "QListWidget",
-                                     "QPlainTextEdit",  "QTabWidget",   "QTableView"};
+                                     "QPlainTextEdit",  "QTableView"};
     for (const QWidget *widget : window_.findChildren<QWidget *>())
         if (std::any_of(std::begin(kinds), std::end(kinds),
                         [&](auto kind) { return widget->inherits(kind); }))

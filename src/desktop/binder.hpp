@@ -24,7 +24,6 @@ class QProgressBar;
 class QPushButton;
 class QRadioButton;
 class QStatusBar;
-class QTabWidget;
 class QTableView;
 
 namespace telvox::desktop {
@@ -42,8 +41,7 @@ void show(Widget &widget, Get get, Set set, const Value &value) {
 void show_hint(QWidget &widget, const std::string &text);
 
 /// Ties a form to the window that shows it. A control and its widget carry the same name: what the user does
-/// to the widget goes to the program as an event, and the control's values go to the widget. A frame may also
-/// be a page of a tab widget; its caption is the tab's then.
+/// to the widget goes to the program as an event, and the control's values go to the widget.
 class Binder final : public QObject {
   public:
     Binder(Form &form, QWidget &window, Telvox &program);
@@ -67,8 +65,7 @@ class Binder final : public QObject {
     bool bind_to_widget(Control &control);
     template <class Kind, class Widget> bool bind_as(Control &control);
     void bind(Frame &control, QGroupBox &widget);
-    void bind(TabFrame &control, QTabWidget &widget);
-    void bind_page(Frame &control, QTabWidget &tabs, QWidget &page);
+    void bind(Frame &control, QWidget &widget); ///< one that only holds together what stands in it
     void bind(Label &control, QLabel &widget);
     void bind(Picture &control, QLabel &widget);
     void bind(Button &control, QPushButton &widget);

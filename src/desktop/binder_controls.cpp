@@ -17,10 +17,11 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QStylePainter>
-#include <QTabWidget>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 
 /// How each kind of control and its widget are tied.
@@ -43,6 +44,29 @@ void give_width(QWidget &widget, int characters) {
 int selected_row(const QListWidget &list) {
     const auto selected = list.selectionModel()->selectedRows();
     return selected.isEmpty() ? -1 : selected.front().row();
+}
+
+/// Shows beside an entry of an open list what is known of it.
+class EntryDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (const QString known = index.data(Qt::ToolTipRole).toString(); !known.isEmpty())
+            option->text += "    " + QString(known).replace('\n', ", ");
+    }
+};
+
+/// Of the option buttons that stand together.
+const OptionButton *chosen_or_first(const OptionButton &one) {
+    const OptionButton *first = nullptr;
+    for (const Control *control : one.form->controls())
+        if (const auto *option = dynamic_cast<const OptionButton *>(control);
+            option && option->within == one.within && (!first || option->value))
+            first = option;
+    return first;
 }
 
 /// Takes the width that there is: a longer text ends in "…", so that no window grows with it.
@@ -68,17 +92,7 @@ void Binder::bind(Frame &control, QGroupBox &widget) {
         [&] { show(widget, &QGroupBox::title, &QGroupBox::setTitle, text_of(control.caption)); });
 }
 
-void Binder::bind(TabFrame &, QTabWidget &) {}
-
-void Binder::bind_page(Frame &control, QTabWidget &tabs, QWidget &page) {
-    drawers_.emplace_back([&] {
-        const int at = tabs.indexOf(&page);
-        if (!control.caption.empty() && tabs.tabText(at) != text_of(control.caption))
-            tabs.setTabText(at, text_of(control.caption));
-        tabs.setTabVisible(at, control.visible);
-        page.setEnabled(control.enabled);
-    });
-}
+void Binder::bind(Frame &, QWidget &) {}
 
 void Binder::bind(Label &control, QLabel &widget) {
     widget.setTextFormat(Qt::PlainText);
@@ -93,6 +107,7 @@ void Binder::bind(Picture &control, QLabel &widget) {
 }
 
 void Binder::bind(Button &control, QPushButton &widget) {
+    widget.setAutoDefault(true); // whichever has the focus is the one that Enter presses
     connect(&widget, &QPushButton::clicked, this, [&] { program_.click(control); });
     drawers_.emplace_back(
         [&] { show(widget, &QPushButton::text, &QPushButton::setText, text_of(control.caption)); });
@@ -102,6 +117,9 @@ void Binder::bind(OptionButton &control, QRadioButton &widget) {
     connect(&widget, &QRadioButton::clicked, this, [&] { program_.choose(control); });
     drawers_.emplace_back([&] {
         show(widget, &QRadioButton::text, &QRadioButton::setText, text_of(control.caption));
+        // Tab comes to the chosen one of a group, or if none is chosen to the first.
+        const OptionButton *in = chosen_or_first(control);
+        widget.setFocusPolicy(in == &control ? Qt::StrongFocus : Qt::ClickFocus);
         if (widget.isChecked() == control.value)
             return;
         // Which one of a group is set is the form's business; left to itself, a group keeps one set.
@@ -167,17 +185,19 @@ void Binder::bind(TextBox &control, QPlainTextEdit &widget) {
 
 void Binder::bind(ComboBox &control, QComboBox &widget) {
     connect(&widget, &QComboBox::textActivated, this, [&](const QString &entry) {
-        if (entry == text_of(control.text))
-            return; // leaving an editable list "picks" what was typed once more
         program_.select(control, entry.toStdString());
         if (QLineEdit *edit = widget.lineEdit())
             edit->setCursorPosition(0); // an entry is recognised by its beginning
     });
     widget.view()->installEventFilter(this);
+    widget.setItemDelegate(new EntryDelegate(&widget));
     if (control.editable) {
         widget.setEditable(true);
         widget.setInsertPolicy(QComboBox::NoInsert);
         widget.setCompleter(nullptr); // it would add what nobody typed
+        // Leaving it, or Enter, would "pick" what was typed once more.
+        for (const auto done : {&QLineEdit::returnPressed, &QLineEdit::editingFinished})
+            disconnect(widget.lineEdit(), done, &widget, nullptr);
         filter(control, *widget.lineEdit());
         give_width(widget, 20);
         connect(widget.lineEdit(), &QLineEdit::textEdited, this,
@@ -188,19 +208,23 @@ void Binder::bind(ComboBox &control, QComboBox &widget) {
 
 void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
     const QStringList entries = texts_of(control.items);
-    QStringList shown;
-    for (int i = 0; i < widget.count(); ++i)
+    QStringList tool_tips = texts_of(control.item_tool_tips);
+    tool_tips.resize(entries.size());
+    QStringList shown, tips_shown;
+    for (int i = 0; i < widget.count(); ++i) {
         shown << widget.itemText(i);
-    if (entries != shown) {
+        tips_shown << widget.itemData(i, Qt::ToolTipRole).toString();
+    }
+    if (entries != shown || tool_tips != tips_shown) {
         widget.clear();
         widget.addItems(entries);
+        for (int i = 0; i < widget.count(); ++i)
+            widget.setItemData(i, tool_tips[i], Qt::ToolTipRole);
+        QAbstractItemView &view = *widget.view(); // opens as wide as its entries, as far as the screen goes
+        view.setMinimumWidth(
+            std::min(view.sizeHintForColumn(0) + view.verticalScrollBar()->sizeHint().width(),
+                     widget.screen()->availableSize().width()));
     }
-    const auto tool_tip = [&](int i) {
-        const auto at = static_cast<std::size_t>(i);
-        return at < control.item_tool_tips.size() ? text_of(control.item_tool_tips[at]) : QString();
-    };
-    for (int i = 0; i < widget.count(); ++i)
-        widget.setItemData(i, tool_tip(i), Qt::ToolTipRole);
     const QString text = text_of(control.text);
     const int chosen = static_cast<int>(entries.indexOf(text));
     const QLineEdit *edit = widget.lineEdit();
@@ -212,8 +236,8 @@ void Binder::draw_list(const ComboBox &control, QComboBox &widget) {
     if (cursor >= 0)
         widget.lineEdit()->setCursorPosition(cursor);
     QStringList tips;
-    if (chosen >= 0 && !tool_tip(chosen).isEmpty())
-        tips << tool_tip(chosen);
+    if (chosen >= 0 && !tool_tips[chosen].isEmpty())
+        tips << tool_tips[chosen];
     if (!control.tool_tip.empty())
         tips << text_of(control.tool_tip);
     show(widget, &QWidget::toolTip, &QWidget::setToolTip, tips.join('\n'));

@@ -25,6 +25,8 @@ class Dialog final : public QFileDialog {
         setFileMode(question.saves ? AnyFile : ExistingFile);
         setNameFilters({filter, "Alle Dateien (*)"});
         setDefaultSuffix(QRegularExpression("\\*\\.(\\w+)").match(filter).captured(1));
+        setLabelText(Accept, question.saves ? "&Speichern" : "Ö&ffnen");
+        setLabelText(Reject, "&Abbrechen");
         boxes_.owner = [this] { return this; };
         if (question.tick.empty())
             return;

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTextBrowser>
@@ -51,10 +52,9 @@ HelpWindow::HelpWindow(std::vector<std::filesystem::path> folders)
       page_(new Page(folder_)),
       back_(new QPushButton("&Zurück")),
       forward_(new QPushButton("&Vor")),
-      start_(new QPushButton("&Übersicht")) {
+      start_(new QPushButton("Ü&bersicht")) {
     setObjectName("frmHilfe");
     setWindowTitle("Telvox-A Hilfe");
-    resize(first_size);
     search_->setObjectName("tboSuche");
     search_->setPlaceholderText("Suchen (Strg+F)");
     search_->setAccessibleName("Suchen");
@@ -124,8 +124,11 @@ std::string HelpWindow::show(std::string_view topic) {
         return missing(found->file);
     topics_ = topics;
     folder_ = contents.parent_path();
-    if (!isVisible())
+    if (!isVisible()) {
+        constexpr QSize borders{16, 48};
+        resize(first_size.boundedTo(screen()->availableSize() - borders));
         start_anew();
+    }
     open(QUrl(file));
     QWidget::show();
     raise();

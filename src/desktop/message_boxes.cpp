@@ -1,23 +1,31 @@
 #include "desktop/message_boxes.hpp"
 
 #include <QGridLayout>
+#include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 
 namespace telvox::desktop {
 
 namespace {
 
-/// A short text must not cut the title off; beside it stand the window's own buttons.
-void leave_room_for_title(QMessageBox &box) {
+/// The text breaks where it says so, and elsewhere only where it is longer than can be read well or than the
+/// screen is wide; left to itself the box breaks it at a width of its own. A short one must not cut the title
+/// off; beside that stand the window's own buttons.
+void leave_room(QMessageBox &box) {
+    if (auto *text = box.findChild<QLabel *>("qt_msgbox_label")) {
+        const int widest = std::min(text->fontMetrics().averageCharWidth() * 120,
+                                    box.screen()->availableSize().width() * 3 / 4);
+        text->setWordWrap(true);
+        text->setMinimumWidth(
+            std::min(text->fontMetrics().size(Qt::TextExpandTabs, text->text()).width() + 2, widest));
+    }
     if (auto *grid = qobject_cast<QGridLayout *>(box.layout())) {
         const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) * 5 / 4 + 120;
         grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
     }
 }
-
-} // namespace
-
-namespace {
 
 QMessageBox::Icon icon_of(const Message &message) {
     switch (message.tone) {
@@ -57,13 +65,17 @@ void QtMessageBoxes::open_next() {
     box_->setTextFormat(Qt::PlainText);
     const std::string text = message.about + (message.about.empty() ? "" : "\r\r") + message.text;
     box_->setText(QString::fromStdString(text).replace('\r', '\n'));
-    QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "OK", QMessageBox::AcceptRole);
-    box_->setDefaultButton(message.asks ? box_->addButton("&Nein", QMessageBox::RejectRole) : yes);
-    box_->setEscapeButton(box_->defaultButton());
-    leave_room_for_title(*box_);
+    QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "&OK", QMessageBox::AcceptRole);
+    QPushButton *no = message.asks ? box_->addButton("&Nein", QMessageBox::DestructiveRole) : yes;
+    QPushButton *back = message.can_go_back ? box_->addButton("&Zurück", QMessageBox::RejectRole) : nullptr;
+    box_->setDefaultButton(back ? yes : no);
+    box_->setEscapeButton(back ? back : no);
+    leave_room(*box_);
     if (answered)
-        connect(box_, &QMessageBox::finished, this,
-                [box = box_, yes, hear = answered] { hear(box && box->clickedButton() == yes); });
+        connect(box_, &QMessageBox::finished, this, [box = box_, yes, back, hear = answered] {
+            if (!back || box->clickedButton() != back)
+                hear(box->clickedButton() == yes);
+        });
     // However it goes, also with the window that it belongs to: the next one is due.
     connect(
         box_, &QObject::destroyed, this, [this] { open_next(); }, Qt::QueuedConnection);

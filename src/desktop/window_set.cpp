@@ -17,17 +17,13 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QShortcut>
-#include <QSplitter>
 #include <QStatusBar>
 #include <algorithm>
 #include <string_view>
@@ -68,8 +64,7 @@ void add_progress(QStatusBar &bar) {
     add(progress, "pzbSchritt", 0);
     auto *cancel = new QPushButton(&bar);
     // A shortcut of the button itself would go with the next text that it gets.
-    auto *escape = new QShortcut(Qt::Key_Escape, cancel, [cancel] { cancel->click(); });
-    escape->setAutoRepeat(false);
+    new QShortcut(Qt::Key_Escape, cancel, [cancel] { cancel->click(); });
     cancel->setFocusPolicy(Qt::NoFocus); // it comes and goes; the focus stays where the user left it
     add(cancel, "cbuAbbrechen", 0);
 }
@@ -80,18 +75,21 @@ QWidget *make_main(QWidget *parent) {
     return window;
 }
 
+template <class Design> QWidget *make_dialog(QWidget *parent) {
+    QWidget *window = make<Design, QDialog>(parent);
+    let_fields_scroll(*static_cast<QDialog *>(window));
+    return window;
+}
+
 /// A dialog over which a job can run. While it is open no other window takes clicks and keys, so it has a
 /// status bar of its own.
 template <class Design> QWidget *make_with_status(QWidget *parent) {
-    QWidget *window = make<Design, QDialog>(parent);
+    QWidget *window = make_dialog<Design>(parent);
     auto *bar = new QStatusBar(window);
     bar->setObjectName("StatusBar");
     bar->setSizeGripEnabled(false);
     add_progress(*bar);
-    if (auto *grid = qobject_cast<QGridLayout *>(window->layout()))
-        grid->addWidget(bar, grid->rowCount(), 0, 1, -1);
-    else
-        window->layout()->addWidget(bar);
+    window->layout()->addWidget(bar);
     return window;
 }
 
@@ -109,75 +107,22 @@ constexpr Maker makers[] = {
     {"frmGateway", make_with_status<Ui::frmGateway>},
     {"frmEinstellungen", make_with_status<Ui::frmEinstellungen>},
     {"frmIPoEthernet", make_with_status<Ui::frmIPoEthernet>},
-    {"frmService_Center", make<Ui::frmService_Center, QDialog>},
-    {"frmServicenummer", make<Ui::frmServicenummer, QDialog>},
-    {"frmAbout", make<Ui::frmAbout, QDialog>},
+    {"frmService_Center", make_dialog<Ui::frmService_Center>},
+    {"frmServicenummer", make_dialog<Ui::frmServicenummer>},
+    {"frmAbout", make_dialog<Ui::frmAbout>},
     {"frmGPRS", make_with_status<Ui::frmGPRS>},
     {"frmIPT", make_with_status<Ui::frmIPT>},
 };
 
-/// The main window's form and the panes below it.
-QSplitter *panes_of(const QWidget &window) { return window.findChild<QSplitter *>("splFenster"); }
-
-/// Heights that form and panes would like to have; a pane that is not shown none.
-QList<int> wished_heights(const QSplitter &panes) {
-    QList<int> heights;
-    for (int i = 0; i < panes.count(); ++i)
-        heights << (panes.widget(i)->isHidden() ? 0 : panes.widget(i)->sizeHint().height());
-    const auto *fields = panes.findChild<QScrollArea *>(); // asks for less than all of them need
-    heights[0] += fields->widget()->sizeHint().height() - fields->sizeHint().height();
-    return heights;
-}
-
-/// Height of what is shown, as far as it comes and goes: all of a dialog's fields; of the main window, whose
-/// buttons must not jump away under the mouse, only the panes.
-int content_height(QWidget &window) {
-    if (const QSplitter *panes = panes_of(window)) {
-        int height = 0;
-        for (const int pane : wished_heights(*panes).mid(1))
-            height += pane == 0 ? 0 : pane + panes->handleWidth();
-        return height;
+/// Each time a window opens it begins at the first thing that can be filled in or pressed, in the order of
+/// the Tab key.
+void begin_at_first_field(QWidget &window) {
+    for (QWidget *next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain()) {
+        const auto *edit = qobject_cast<QLineEdit *>(next);
+        if ((next->focusPolicy() & Qt::TabFocus) != 0 && next->isEnabledTo(&window) &&
+            next->isVisibleTo(&window) && !(edit && edit->isReadOnly()))
+            return next->setFocus(Qt::TabFocusReason);
     }
-    window.layout()->activate(); // or the window would not get below its old smallest size
-    return window.layout()->sizeHint().height();
-}
-
-/// Gives the panes the height they wish and what is left over to the lowest one. What is missing they go
-/// without, the lowest first, down to their least height; then the form scrolls.
-void share_out(QSplitter &panes) {
-    QList<int> heights = wished_heights(panes);
-    const auto left = [&] {
-        int room = panes.height() + panes.handleWidth(); // one less than there are parts
-        for (const int height : heights)
-            room -= height == 0 ? 0 : height + panes.handleWidth();
-        return room;
-    };
-    for (int i = panes.count() - 1; i > 0 && left() < 0; --i)
-        heights[i] =
-            std::max(heights[i] + left(), std::min(heights[i], panes.widget(i)->minimumSizeHint().height()));
-    const auto lowest =
-        std::find_if(heights.rbegin(), heights.rend(), [](int height) { return height != 0; });
-    (left() < 0 ? heights.first() : *lowest) += left();
-    panes.setSizes(heights);
-}
-
-/// Gives the main window room for its form and panes, as far as the screen goes; there the fields scroll.
-void fit_to_screen(QWidget &window) {
-    constexpr QSize borders{16, 48};
-    const QSize screen = window.screen()->availableSize() - borders;
-    window.setAttribute(Qt::WA_DontShowOnScreen); // sizes are known once it has been laid out
-    window.show();
-    window.hide();
-    window.setAttribute(Qt::WA_DontShowOnScreen, false);
-    const QSplitter &panes = *panes_of(window);
-    const auto &fields = *panes.findChild<QScrollArea *>();
-    const int missing = fields.widget()->sizeHint().width() - fields.viewport()->width();
-    QSize size(window.width() + missing,
-               window.height() - panes.height() + wished_heights(panes).first() + content_height(window));
-    size = size.expandedTo(window.minimumSizeHint());
-    if (size.height() > screen.height())
-        size.rwidth() += fields.verticalScrollBar()->sizeHint().width();
-    window.resize(size.boundedTo(screen));
 }
 
 } // namespace
@@ -246,44 +191,23 @@ void WindowSet::show_or_hide(Form &form) {
         return;
     }
     QWidget &window = this->window(form);
-    const int height = window.height();
+    const QSize before = window.size();
+    const bool has_focus_to_give = form.wants_focus != nullptr;
     binder(form).draw();
     if (visible) {
         if (std::exchange(form.wants_front, false)) {
             window.raise();
             window.activateWindow();
         }
-        return follow_content(made_[&form], height);
+        return made_[&form].room.follow(window, before);
     }
-    if (auto *dialog = qobject_cast<QDialog *>(&window)) {
-        if (QWidget *focus = dialog->focusWidget())
-            focus->clearFocus(); // each time it opens it begins at its first field
-        dialog->open();
-    } else {
-        fit_to_screen(window);
-        window.show();
-        share_out(*panes_of(window));
-    }
-    made_[&form].wished = made_[&form].given = content_height(window);
-}
-
-void WindowSet::follow_content(Made &made, int height) {
-    QWidget &window = *made.window;
-    const int wished = content_height(window);
-    const int change = wished - std::exchange(made.wished, wished);
-    if (change == 0)
-        return;
-    if (!window.isMaximized() && !window.isFullScreen()) {
-        const QRect screen = window.screen()->availableGeometry(), frame = window.frameGeometry();
-        const int room = screen.height() - frame.height();
-        const int given = std::clamp(change, -made.given, std::max(room, 0));
-        made.given += given;
-        window.resize(window.width(), height + given);
-        if (const int below = frame.bottom() + given - screen.bottom(); given > 0 && below > 0)
-            window.move(window.x(), std::max(window.y() - below, screen.top()));
-    }
-    if (QSplitter *panes = panes_of(window); panes && change > 0)
-        share_out(*panes);
+    made_[&form].room.fit(window);
+    if (!has_focus_to_give)
+        begin_at_first_field(window);
+    if (auto *dialog = qobject_cast<QDialog *>(&window))
+        return dialog->open();
+    window.show();
+    WindowRoom::share_out(window);
 }
 
 } // namespace telvox::desktop

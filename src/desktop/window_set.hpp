@@ -1,6 +1,8 @@
 #pragma once
 
 #include "desktop/binder.hpp"
+#include "desktop/held_keys.hpp"
+#include "desktop/window_room.hpp"
 
 #include <QTimer>
 #include <functional>
@@ -29,16 +31,13 @@ class WindowSet final : public QObject, public Observer {
     struct Made {
         QWidget *window = nullptr;
         Binder *binder = nullptr;
-        int wished = 0; ///< height of what comes and goes in it
-        int given = 0;  ///< height that it got for that
+        WindowRoom room = {};
     };
     Made &made(Form &form);
     void show_or_hide(Form &form);
-    /// A window whose frames or panes come and go shrinks and grows with them, from the height that it had
-    /// before and as far down as the screen goes; what the user added stays.
-    static void follow_content(Made &made, int height);
 
     Telvox &program_;
+    HeldKeys held_keys_;
     std::map<Form *, Made> made_;
     QTimer countdown_; ///< runs while a job does
 };

@@ -1,0 +1,44 @@
+#include "desktop/held_keys.hpp"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWidget>
+
+namespace telvox::desktop {
+
+namespace {
+
+/// Whether a key only types here, so that it may go on as long as it is held.
+bool types(const QKeyEvent &key) {
+    switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
+        return false;
+    case Qt::Key_Space: {
+        const QWidget *focus = QApplication::focusWidget();
+        return focus && focus->testAttribute(Qt::WA_InputMethodEnabled);
+    }
+    default:
+        // AltGr, which types, is another modifier, or comes with Ctrl.
+        return (key.modifiers() & (Qt::AltModifier | Qt::ControlModifier)) != Qt::AltModifier;
+    }
+}
+
+} // namespace
+
+HeldKeys::HeldKeys() { qApp->installEventFilter(this); }
+
+bool HeldKeys::eventFilter(QObject *, QEvent *event) {
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+        return false;
+    const auto &key = *static_cast<QKeyEvent *>(event);
+    if (!key.isAutoRepeat())
+        return false;
+    if (event->type() == QEvent::KeyPress)
+        return !types(key);
+    event->accept(); // no short cut: the key goes where it would be typed
+    return true;
+}
+
+} // namespace telvox::desktop

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QObject>
+
+namespace telvox::desktop {
+
+/// A key that is held down writes and moves on, but presses nothing a second time: no button, no menu entry,
+/// no box that has only just come up under it. Holds for every window of the application, boxes and file
+/// dialogs too, as long as this lives.
+class HeldKeys final : public QObject {
+  public:
+    HeldKeys();
+
+  protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+};
+
+} // namespace telvox::desktop
