@@ -69,7 +69,7 @@ struct JobState {
     bool boolKommunikations_Fehler76 = false;
     bool boolKommunikations_Fehler77 = false;
 
-    bool boolGPRS_Online = false;
+    bool boolGPRS_Online = false; ///< the answer to a GPRS opening is awaited
     bool boolParametrieren = false;
     bool boolAlarmtest = false;
     bool boolAlarm_deaktivieren = false;
@@ -77,8 +77,8 @@ struct JobState {
     bool boolGPRS_lesen = false;
     bool boolIPT_parametrieren = false;
     bool boolIPT_lesen = false;
-    bool boolPIN_Status_lesen = false;
-    bool boolREG_lesen = false;
+    bool boolPIN_Status_lesen = false; ///< this and the next four say what runs, by the names that
+    bool boolREG_lesen = false;        ///< the devices' people have for it; nothing depends on them
     bool boolFeld_lesen = false;
     bool boolIMEI_lesen = false;
     bool boolUART_umstellen = false;
