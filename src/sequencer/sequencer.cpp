@@ -2,9 +2,9 @@
 
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
+#include "sequencer/measures.hpp"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 namespace telvox {
@@ -13,19 +13,6 @@ namespace {
 
 constexpr const char *no_such_function =
     "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.";
-
-/// What the waits of a table add up to. A row without one keeps the interval that stands: that of a row
-/// above, or what a reply left.
-milliseconds prescribed_time(const Job &job, const JobContext &context) {
-    constexpr milliseconds left_by_a_reply{1200};
-    milliseconds sum{0}, standing = left_by_a_reply;
-    for (const Step &step : job.steps) {
-        if (step.wait.count() > 0)
-            standing = std::max(left_by_a_reply, step.wait);
-        sum += standing * static_cast<long>(step.times ? step.times(context) : 1);
-    }
-    return sum;
-}
 
 /// "\r\rAchtung: …" and the names, a line each; nothing without names.
 std::string one_below_the_other(const char *heading, const std::vector<std::string> &names) {
@@ -39,18 +26,6 @@ std::string one_below_the_other(const char *heading, const std::vector<std::stri
 bool is_echoed_as_error(std::string text) {
     std::erase_if(text, [](char c) { return static_cast<unsigned char>(c) < 0x20; });
     return text == "ERROR";
-}
-
-/// How many steps a table shows. What repeats itself until something happens is one.
-int steps_of(const Job &job, const JobContext &context) {
-    std::map<Counter, std::size_t> comes;
-    for (const Step &step : job.steps)
-        comes[step.number] = std::max(
-            {std::size_t{1}, comes[step.number], step.times && !step.again ? step.times(context) : 1});
-    std::size_t sum = 0;
-    for (const auto &[number, times] : comes)
-        sum += times;
-    return static_cast<int>(sum);
 }
 
 } // namespace
