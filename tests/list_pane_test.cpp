@@ -118,6 +118,8 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     EXPECT_EQ(main.StatusBar.text, "Gerät 3 von 3: Ost");
     program.click(main.cbuListe_ueberspringen);
     EXPECT_EQ(main.lblListe.caption, "l.csv: 3 von 3 erledigt");
+    EXPECT_EQ(main.tblListe.mark(0), RowTable::Mark::good);
+    EXPECT_EQ(main.tblListe.mark(2), RowTable::Mark::none) << "skipped is no success";
     EXPECT_EQ(main.wants_focus, &main.tblListe) << "the usual Enter must not skip again";
     EXPECT_EQ(main.StatusBar.text, "l.csv: alle Geräte sind erledigt");
     open(list);

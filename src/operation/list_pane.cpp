@@ -42,9 +42,11 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
     main_.tblListe.mark = [this](std::size_t row) {
         const auto &last = work_->results.last(row);
-        return !last || row == running_ ? RowTable::Mark::none
-               : is_done(last->outcome) ? RowTable::Mark::good
-                                        : RowTable::Mark::bad;
+        if (!last || row == running_)
+            return RowTable::Mark::none;
+        return last->outcome == RowOutcome::succeeded ? RowTable::Mark::good
+               : is_done(last->outcome)               ? RowTable::Mark::none // skipped, or with refusals
+                                                      : RowTable::Mark::bad;
     };
     main_.tblListe.marked = 2; // the outcome
     main_.cbuListe_starten.clicked = [this] { start(); };
