@@ -248,6 +248,8 @@ void Sequencer::note_progress(const Step &step, const Job &job) {
 void Sequencer::end(const Step &step) {
     if (step.end == End::failed)
         return fail(LineEnd::by_mode, {.text = step.message(job_)});
+    if (step.end == End::hang_up && !c_.link.comSeriell.drain(drain_limit))
+        return fail(LineEnd::by_mode, {.text = not_all_sent()});
     // A query has no message; what its fields show says it all.
     const bool tells = step.message.given();
     const auto changed = c_.panel.changed(c_.findings);
