@@ -362,6 +362,25 @@ TEST_F(CliCalls, PrintsWhatAQueryFoundOut) {
     EXPECT_EQ(out, "typ=gsm\ncom-direkt=2400,e,8,1\n");
 }
 
+TEST_F(CliCalls, AnswersQuestionsWithNoAndTellsARejection) {
+    const std::string call = "pin --typ gsm --pin= --schnittstelle " + mute_device();
+    start(call);
+    EXPECT_EQ(result(), 2);
+    EXPECT_THAT(err, HasSubstr("Die PIN wird gelöscht. Fortfahren?\n(Nein; --trotzdem bedeutet Ja)"));
+    EXPECT_FALSE(devices[0]->heard()) << "nothing is sent";
+    start(call + " --trotzdem");
+    EXPECT_TRUE(devices[0]->takes("AT**TIME?\r"));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_EQ(result(), 130);
+    start("alarm-aus --typ gsm --schnittstelle " + mute_device());
+    ASSERT_TRUE(devices[1]->takes("AT**TIME?\r"));
+    devices[1]->says("TIME: 1\r\n");
+    ASSERT_TRUE(devices[1]->takes("AT**SCN=\r"));
+    devices[1]->says("\r\nERROR\r\n");
+    EXPECT_EQ(result(), 3);
+    EXPECT_THAT(out, HasSubstr("Das Telvox-A hat nicht angenommen:"));
+}
+
 TEST_F(CliCalls, TellsAFailureFromARefusal) {
     start("alarm-aus --typ gsm --schnittstelle " + mute_device());
     EXPECT_EQ(result(), 1);
