@@ -47,7 +47,7 @@ class SimulatedLine final : public QObject, public Line {
     std::string read() override { return std::exchange(received_, {}); }
 
     /// The device has every byte as soon as it is written.
-    bool drain(milliseconds) override { return true; }
+    bool drain(milliseconds) override { return device_.plug() != simulator::Plug::jammed; }
 
     void watch_carrier(bool on) override {
         if (on && !watches_carrier_)

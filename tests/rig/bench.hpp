@@ -12,7 +12,10 @@ namespace telvox::test {
 class Bench {
   public:
     explicit Bench(simulator::Device &device) : device_(device) {
-        rig.on_output = [this](std::string_view bytes) { device_.receive(bytes, rig.now); };
+        rig.on_output = [this](std::string_view bytes) {
+            device_.receive(bytes, rig.now);
+            rig.port.stuck = device_.plug() == simulator::Plug::jammed;
+        };
         rig.on_format = [this](const SerialFormat &format) { device_.format(format, rig.now); };
         rig.on_open = [this](bool on) { device_.open(on, rig.now); };
         rig.on_dtr = [this](bool on) { device_.dtr(on, rig.now); };
