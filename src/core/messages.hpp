@@ -37,6 +37,7 @@ struct Message {
     Tone tone = Tone::plain;
     std::string
         about; ///< which device, where the user works at several; stands before the text, in no record
+    std::string advice;   ///< what is left to do at the window, behind the text
     bool shown = true;    ///< not if it is told elsewhere, as a row's success is in its row
     bool recorded = true; ///< part of what a record plays again; not if it answers something that is not
 

@@ -63,7 +63,10 @@ void QtMessageBoxes::open_next() {
     box_->setWindowTitle(QString::fromStdString(message.title));
     box_->setIcon(icon_of(message));
     box_->setTextFormat(Qt::PlainText);
-    const std::string text = message.about + (message.about.empty() ? "" : "\r\r") + message.text;
+    // Where somebody works at several devices the list does what is left to do.
+    const std::string text = message.about.empty()
+                                 ? message.text + (message.advice.empty() ? "" : "\r") + message.advice
+                                 : message.about + "\r\r" + message.text;
     box_->setText(QString::fromStdString(text).replace('\r', '\n'));
     QPushButton *yes = box_->addButton(message.asks ? "&Ja" : "&OK", QMessageBox::AcceptRole);
     QPushButton *no = message.asks ? box_->addButton("&Nein", QMessageBox::DestructiveRole) : yes;

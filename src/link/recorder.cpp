@@ -22,7 +22,7 @@ std::string line_text(milliseconds at, RecordLine::Kind kind, const std::string 
 std::string text_of(const RecordLine &line) { return line_text(line.at - line.begin, line.kind, line.text); }
 
 std::string record_of(const Message &message) {
-    std::string text = message.text;
+    std::string text = message.text + (message.advice.empty() ? "" : "\r") + message.advice;
     for (std::size_t at = 0; (at = text.find('\r', at)) != std::string::npos;)
         text.replace(at, 1, "\\r");
     return (message.asks ? "asks " : "box ") + text +

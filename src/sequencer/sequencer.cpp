@@ -254,8 +254,9 @@ void Sequencer::end(const Step &step) {
     const bool tells = step.message.given();
     const auto changed = c_.panel.changed(c_.findings);
     const bool objected = tells && (!rejected_.empty() || !changed.empty());
-    Message message{.text = tells ? step.message(job_) + advice_ : "",
-                    .tone = objected ? Tone::refusal : Tone::success};
+    Message message{.text = tells ? step.message(job_) : "",
+                    .tone = objected ? Tone::refusal : Tone::success,
+                    .advice = advice_};
     if (objected) {
         message.icon = Icon::exclamation;
         message.text += one_below_the_other("Achtung: Das Telvox-A hat nicht angenommen:", rejected_) +

@@ -17,7 +17,7 @@ constexpr Launch change_interface = {
     .cable_only = true,
     .as_shown = true,
     .prepare = [](Desk &d) { d.frmEinstellungen.lock(); },
-    .advice = "\rMit OK bleiben die neuen Einstellungen gespeichert.",
+    .advice = "Mit OK bleiben die neuen Einstellungen gespeichert.",
 };
 
 /// Saves what the dialog shows and closes it; it stays open when that fails.

@@ -197,7 +197,7 @@ void Rig::FakeBoxes::show(const Message &message, Answered answered) {
     if (answered)
         rig.answers.push_back(std::move(answered));
     rig.boxes.push_back(message);
-    std::string lines = message.text;
+    std::string lines = message.text + (message.advice.empty() ? "" : "\r") + message.advice;
     for (std::size_t at = 0; (at = lines.find('\r', at)) != std::string::npos;)
         lines.replace(at, 1, "\\r");
     rig.note((message.asks ? "asks " : "box ") + lines +
