@@ -84,7 +84,7 @@ qt_source() {
         say "getting the sources of $package"
         { qt_apt_update; cd "$sources" && qt_apt source --download-only "$package"; } >"$qt_log" 2>&1 || true
         archive=$(qt_archive "$package")
-        [ -n "$archive" ] || fail "The sources of $package $qt_version could not be got ($(grep -m1 '^E:' "$qt_log" ||
+        [ -n "$archive" ] || fail "The sources of $package $qt_version could not be got ($(grep -m1 -E '^[EW]:.*(resolve|connect|fetch)' "$qt_log" ||
             echo 'no network?')). A folder with $(awk -v p="$package" '$2 == p {f = f s $3; s = " or "} END {print f}' \
             <<<"$qt_archives") may be named by TELVOX_SOURCES."
     fi
@@ -107,7 +107,8 @@ qt_stopped() {
     fail "$1; the log is $qt_log. A new call goes on from here."
 }
 
-# qt_module NAME SOURCE BUILD [OPTION...]: builds a module and installs it.
+# qt_module NAME SOURCE BUILD [OPTION...]: builds a module and installs it. The prefix that Qt writes into every program
+# says nothing of this machine.
 qt_module() {
     local name=$1 source=$2 build=$3
     shift 3
@@ -115,7 +116,7 @@ qt_module() {
         say "configuring $name for Windows"
         cp tools/mingw.cmake "$build.cmake" # this clone may be gone when an interrupted build goes on
         cmake -S "$source" -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$build.cmake" \
-            -DCMAKE_INSTALL_PREFIX="$qt" "$@" >"$qt_log" 2>&1 || qt_stopped "$name could not be configured"
+            -DCMAKE_INSTALL_PREFIX=/qt "$@" >"$qt_log" 2>&1 || qt_stopped "$name could not be configured"
     fi
     say "building $name for Windows (once; half an hour on two cores for all of it)"
     NINJA_STATUS='%f %t ' cmake --build "$build" 2>&1 | tee "$qt_log" | awk -v name="$name" '
@@ -124,7 +125,7 @@ qt_module() {
             printf "   %s: %d of %d steps\n", name, $1, $2
             fflush()
         }' || qt_stopped "$name could not be built"
-    cmake --install "$build" >"$qt_log" 2>&1 || qt_stopped "$name could not be installed"
+    cmake --install "$build" --prefix "$qt" >"$qt_log" 2>&1 || qt_stopped "$name could not be installed"
 }
 
 # What those ask for whose work is linked in.
@@ -154,7 +155,7 @@ qt_make() {
     exec 9>"$qt_cache/lock"
     flock -n 9 || { say "waiting for another call that builds Qt"; flock 9; }
     ! qt_find || return 0
-    free=$(df --output=avail -m "$qt_cache" | tail -n 1)
+    free=$(($(df --output=avail -m "$qt_cache" | tail -n 1)))
     [ -d "$work/qtbase-build" ] || [ "$free" -gt 3000 ] ||
         fail "Building Qt takes 3,000 MB in $qt_cache; $free MB are free."
     qt_log=$qt_cache/log

@@ -29,13 +29,13 @@ for file in "$files"/*.*; do
 done >$made/installed.nsh
 setup=build/package/telvox-$version-setup.exe
 makensis -V2 -INPUTCHARSET UTF8 -NOCD -DVERSION="$version" -DFILES="$files" -DSIZE="$(du -sk "$files" | cut -f1)" \
-    -DICON=$build/packaging/windows/telvox.ico -DINSTALLED=$made/installed.nsh -DTARGET="$made/setup.exe" \
+    -DICON=$build/packaging/windows/telvox.ico -DINSTALLED=$made/installed.nsh -DTARGET="$made/telvox-setup.exe" \
     packaging/windows/telvox.nsi >$made/nsis.log 2>&1 || { tail -n 20 $made/nsis.log >&2; fail "The installer could not be made."; }
 
 # Settings stay beside the program where a Com.ini stands there already.
 : >"$files/Com.ini"
 zip=build/package/telvox-$version-windows.zip
 (cd $made && cmake -E tar cf telvox.zip --format=zip telvox)
-mv $made/setup.exe "$setup"
+mv $made/telvox-setup.exe "$setup"
 mv $made/telvox.zip "$zip"
 printf '%s\n' "$setup" "$zip"

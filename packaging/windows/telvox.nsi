@@ -1,6 +1,6 @@
 ; The installer: for one user, without administrator rights. Needs -DVERSION, -DFILES (folder of what is installed),
-; -DSIZE (in KB) and -DTARGET (the installer's file).
-Unicode true
+; -DSIZE (in KB), -DICON, -DINSTALLED (a script that deletes what was installed) and -DTARGET (the file to make).
+Target amd64-unicode
 ManifestDPIAware true
 SetCompressor /SOLID lzma
 !include MUI2.nsh
