@@ -1,5 +1,6 @@
 // What the program asks of Windows, on Windows.
 
+#include "core/files/files.hpp"
 #include "ports/os.hpp"
 
 #include <gmock/gmock.h>
@@ -37,6 +38,13 @@ TEST(Windows, APortThatIsNotThereIsSaidToBeAbsent) {
 TEST(Windows, SettingsLieWithThoseOfOtherPrograms) {
     EXPECT_EQ(os::settings_folder(), std::filesystem::path(::_wgetenv(L"APPDATA")));
     EXPECT_TRUE(os::keeps_folder_clean("C:/Program Files/telvox"));
+}
+
+TEST(Windows, FilesForPeopleHaveTheLinesThatTheyExpect) {
+    const auto file = std::filesystem::temp_directory_path() / L"Höhe.telvox";
+    ASSERT_EQ(replace_file(file, "typ=gsm\nip=1\r\n"), 0);
+    EXPECT_EQ(read_file(file, 100).bytes, "typ=gsm\r\nip=1\r\n");
+    std::filesystem::remove(file);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "rig/transcript.hpp"
 
+#include "core/files/files.hpp"
+
 #include <sstream>
 #include <stdexcept>
 
@@ -23,7 +25,7 @@ Line parse(const std::string &text) {
 
 Presets::Presets(std::istream &file) {
     Transcript *section = nullptr;
-    for (std::string line; std::getline(file, line);) {
+    for (std::string line; telvox::read_line(file, line);) {
         if (line.empty() || line[0] == '#')
             continue;
         if (line.starts_with("let ")) {
@@ -74,7 +76,7 @@ void Presets::read_line(const std::string &text, milliseconds since, Transcript 
 
 Transcript Presets::read(std::istream &file) const {
     Transcript transcript;
-    for (std::string line; std::getline(file, line);)
+    for (std::string line; telvox::read_line(file, line);)
         if (!line.empty() && line[0] != '#')
             read_line(line, {}, transcript);
     milliseconds now{0};

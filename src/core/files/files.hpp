@@ -13,10 +13,10 @@ enum class Readers {
     owner      ///< nobody else: it holds secrets
 };
 
-/// Writes a file as a whole or not at all, through to the disk: beside the target first, then moved over it;
-/// the folder is made where it is missing. A link stays and what it leads to is replaced; rights and, where
-/// the system lets the user, owner stay. What is no ordinary file, leads nowhere or is write-protected is
-/// left alone. Returns 0 or the error number.
+/// Writes a text file as a whole or not at all, through to the disk: beside the target first, then moved over
+/// it; the folder is made where it is missing. A link stays and what it leads to is replaced; rights and,
+/// where the system lets the user, owner stay. What is no ordinary file, leads nowhere or is write-protected
+/// is left alone. On Windows lines end in CR LF. Returns 0 or the error number.
 [[nodiscard]] int replace_file(const std::filesystem::path &target, std::string_view content,
                                Readers readers = Readers::as_before);
 

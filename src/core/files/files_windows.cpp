@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <random>
+#include <string>
 #include <system_error>
 #include <utility>
 #include <windows.h>
@@ -64,6 +65,17 @@ int write_all(HANDLE file, std::string_view bytes) {
                    written == bytes.size() && ::FlushFileBuffers(file));
 }
 
+/// A text whose lines end as in files that people open here.
+std::string with_ends_of_lines(std::string_view text) {
+    std::string all;
+    for (const char c : text) {
+        if (c == '\n' && !all.ends_with('\r'))
+            all += '\r';
+        all += c;
+    }
+    return all;
+}
+
 /// Makes a file of a name that nothing else has.
 HANDLE make_draft(const fs::path &folder, Readers readers, fs::path &name) {
     SECURITY_ATTRIBUTES rights{
@@ -121,7 +133,7 @@ int replace_file(const fs::path &target, std::string_view content, Readers reade
     Handle draft(make_draft(to.parent_path(), readers, name));
     if (!draft.get())
         return failure(false);
-    int failed = write_all(draft.get(), content);
+    int failed = write_all(draft.get(), with_ends_of_lines(content));
     draft.close();
     // The one leaves the rights of what it replaces, the other brings its own.
     if (failed == 0 && exists && readers == Readers::as_before)
