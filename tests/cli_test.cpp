@@ -2,12 +2,14 @@
 
 #include "cli/call.hpp"
 #include "cli/output.hpp"
+#include "core/files/files.hpp"
 #include "core/text.hpp"
 #include "operation/operator.hpp"
 #include "ports/qt_port_scan.hpp"
 #include "rig/cli_program.hpp"
 #include "rig/rig.hpp"
 
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 #include <csignal>
@@ -271,6 +273,7 @@ TEST(CliCall, TakesValuesFromLines) {
     EXPECT_EQ(call.find("pin")->from.text(), "Standardeingabe, Zeile 4: pin");
     EXPECT_EQ(call.find("alarmtext")->value, " a=b ");
     EXPECT_EQ(filled("pin --typ gsm --pin -", "1234\r\n5678").find("pin")->value, "1234");
+    EXPECT_EQ(filled("alarmtest --alarmtext -", "").find("alarmtext")->value, "-") << "no secret";
 
     const struct {
         const char *call;
@@ -406,6 +409,15 @@ TEST_F(CliCalls, TellsAFailureFromARefusal) {
     start("--version");
     EXPECT_EQ(result(), 1);
     EXPECT_THAT(err, HasSubstr("Der Datenträger ist voll."));
+}
+
+TEST_F(CliCalls, AChangedInterfaceIsKept) {
+    const QTemporaryDir folder;
+    start("schnittstelle-aendern --simulator --typ analog --schnittstelle 1 --neu 9600,n,8,1 --datenordner " +
+          folder.path().toStdString());
+    EXPECT_EQ(result(), 0) << err;
+    EXPECT_THAT(whole_file(path_of(folder.filePath("Com.ini").toStdString()), 1024),
+                HasSubstr("Direktverbindung\r\nBaudrate, 9600\r\n"));
 }
 
 TEST_F(CliCalls, AnInterruptEndsInOrder) {

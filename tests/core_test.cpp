@@ -262,6 +262,14 @@ TEST_F(SettingsFile, ThatIsNoOrdinaryFileOrProtectedIsLeftAlone) {
             << place;
 
     ASSERT_EQ(replace_file(folder / "voll", "alt"), 0);
+    ASSERT_EQ(::chmod((folder / "voll").c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    const bool as_root = ::geteuid() == 0; // whom no rights keep off
+    ASSERT_EQ(as_root ? ::seteuid(65534) : 0, 0);
+    EXPECT_EQ(replace_file(folder / "voll", "neu"), EACCES)
+        << "what is write-protected is not replaced either";
+    ASSERT_EQ(as_root ? ::seteuid(0) : 0, 0);
+    ASSERT_EQ(::chmod((folder / "voll").c_str(), 0644), 0);
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);

@@ -149,6 +149,21 @@ TEST_F(ListCommand, ALostPortEndsItsRowAndAnInterruptAllThatRun) {
     EXPECT_THAT(results(), ElementsAre("fehlgeschlagen", "abgebrochen", "abgebrochen", "offen"));
 }
 
+TEST_F(ListCommand, NothingMoreStartsOnceAResultCannotBeWritten) {
+    const std::string one = mute_device();
+    write("typ;schnittstelle;auftrag\ngsm;" + one + ";alarm-aus\ngsm;" + one + ";imei\ngsm;" + one +
+          ";signal\n");
+    begin();
+    ASSERT_TRUE(devices[0]->hears());
+    fs::remove(result_path(list));
+    devices[0]->unplug();
+    EXPECT_EQ(result(), 1);
+    EXPECT_EQ(
+        err,
+        "telvox-cli: Das Ergebnis ließ sich nicht aufschreiben. Die Datei wurde gelöscht oder ersetzt.\n");
+    EXPECT_THAT(out, HasSubstr("3 Zeilen: 1 fehlgeschlagen, 2 offen."));
+}
+
 TEST_F(ListCommand, AnUnpluggedAdapterEndsOneOfEightJobs) {
     std::vector<std::shared_ptr<simulator::Unit>> units;
     for (int i = 0; i < 8; ++i) {

@@ -232,6 +232,12 @@ TEST_F(Listed, LeavesTheFormAsItFoundIt) {
     program.click(main.cbuListe_schliessen);
     EXPECT_TRUE(main.optAnalog.value);
     EXPECT_EQ(main.tboAlarmmeldung.text, "alt");
+    program.choose(main.optFernverbindung);
+    program.set(main.chkPasswort, true);
+    program.enter(main.tboPasswort, "geheim");
+    open("name;typ;empfaenger\nA;analog;1\n");
+    EXPECT_EQ(main.tboPasswort.text, "geheim");
+    EXPECT_THAT(program.record().transcript(), AllOf(HasSubstr("passwort=***"), Not(HasSubstr("geheim"))));
 }
 
 TEST_F(Listed, EachRowSpeaksTheFormatInForce) {

@@ -81,6 +81,9 @@ TEST(Profile, ComesBackAsItWasSaved) {
         second.program.enter(second.desk.frmModem.tboAlarmmeldung, "von vorhin");
         second.profiles.open(second.write(saved));
         EXPECT_EQ(second.saved(true), saved) << "nothing of what stood there before is left";
+        second.profiles.open(second.write("typ=gsm\n"));
+        EXPECT_EQ(second.desk.frmModem.tboAlarmmeldung.text, "") << "one that names a variant begins anew";
+        EXPECT_THAT(second.saved(true), Not(HasSubstr("rufnummer-modem="))) << "locked";
     }
 }
 

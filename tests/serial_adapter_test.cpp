@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QSemaphore>
 #include <QSerialPort>
+#include <QTemporaryDir>
 #include <QThread>
 #include <gmock/gmock.h>
 
@@ -245,7 +246,8 @@ TEST_F(SerialAdapter, DrainingLetsEverythingOut) {
 TEST_F(SerialAdapter, NothingIsReportedAfterClosing) {
     ASSERT_EQ(port.PortOpen(true), "");
     master.write("OK\r\n");
-    port.drain(20ms);
+    port.Output("x");
+    port.drain(20ms); // meanwhile the answer is seen
     port.PortOpen(false);
     run_events(50ms);
     EXPECT_TRUE(events.empty());
@@ -268,14 +270,24 @@ TEST(Ports, GetTheLowestFreeNumbersAndKeepThem) {
     EXPECT_EQ(ports.find(2)->device, "/dev/ttyUSB2");
     EXPECT_EQ(ports.number_of("/dev/ttyUSB0"), 1) << "comes back to its number";
     EXPECT_EQ(ports.number_of("/dev/other"), 4);
+
+    const QTemporaryDir folder;
+    const std::string link = folder.filePath("tty").toStdString();
+    ASSERT_EQ(::symlink("/dev/null", link.c_str()), 0);
+    EXPECT_EQ(ports.number_of("/dev/null"), ports.number_of(link)) << "one device, one number";
+    present = {{"/dev/gone", ""}};
+    QtPortScan scan(
+        ports, [](const std::string &) { return port_absent; }, 1s);
+    EXPECT_THAT(scan.ports(), testing::IsEmpty()) << "what was unplugged is not shown";
 }
 
 TEST(Ports, AScanDoesNotWaitForOneThatIsSilent) {
     static_assert(QtPortScan::longest < 2s);
     const auto asked = std::make_shared<std::atomic<int>>(0);
     const auto answers = std::make_shared<QSemaphore>();
-    const auto try_it = [asked, answers](const std::string &device) {
-        if (device == "/dev/silent" && ++*asked == 1)
+    const auto silent = std::make_shared<std::atomic<bool>>(true);
+    const auto try_it = [asked, answers, silent](const std::string &device) {
+        if (device == "/dev/silent" && ++*asked != 0 && *silent)
             answers->acquire();
         return device == "/dev/busy" ? port_busy : os::Refusal{};
     };
@@ -288,8 +300,12 @@ TEST(Ports, AScanDoesNotWaitForOneThatIsSilent) {
         EXPECT_THAT(said, ElementsAre("antwortet nicht", "von einem anderen Programm belegt", ""));
     }
     EXPECT_EQ(*asked, 1) << "one that is silent is not asked again";
+    *silent = false;
     answers->release();
     EXPECT_TRUE(wait_for([&] { return scan->ports()[0].refusal.empty(); })) << "until it has answered";
+    *silent = true;
+    EXPECT_EQ(scan->ports()[0].in_short, "antwortet nicht") << "what it said then says nothing now";
+    answers->release();
 }
 
 TEST(Ports, NamedDevicesAreTheOnlyRealOnes) {
