@@ -169,6 +169,8 @@ milliseconds on_turned_clock(const JobCase &job) {
     const Answer *answer = nullptr;
     rig.on_output = [&](std::string_view bytes) { answer = answer_to(bytes); };
     launch(rig.program, job);
+    while (!rig.answers.empty())
+        rig.answer(true);
     while (rig.program.busy()) {
         rig.turn_to(rig.timer.due);
         if (const Answer *due = std::exchange(answer, nullptr); due && rig.port.is_open) {
@@ -226,7 +228,10 @@ struct RealJob final : MessageBoxes, Observer {
         program.desk.observers.add(*this);
         port.event = [this](CommEvent reason) { program.comSeriell_OnComm(reason); };
     }
-    void show(const Message &, Answered) override {}
+    void show(const Message &, Answered answered) override {
+        if (answered) // an empty PIN is asked about
+            answered(true);
+    }
     void ended(const JobEnd &end) override {
         outcome = end.outcome;
         took = clock.elapsed();
