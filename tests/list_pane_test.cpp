@@ -275,6 +275,7 @@ TEST_F(Listed, NotesHowItsOwnJobEndsWhateverElseGoesOn) {
     open("auftrag;ip;schnittstelle\nethernet-ip;10.0.0.1;3\nethernet-ip;10.0.0.2;3\n");
     program.click(main.cbuListe_starten);
     EXPECT_EQ(column(outcome)[0], "läuft");
+    EXPECT_EQ(main.lblListe.caption, "l.csv: 0 von 2 erledigt") << "it has not failed yet";
     EXPECT_THAT(results(), HasSubstr(";begonnen;")) << "before anything is sent";
     ping();
     program.process_ended({.output = "64 bytes from 10.0.0.9: icmp_seq=1 ttl=64\n"});

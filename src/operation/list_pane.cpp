@@ -298,7 +298,7 @@ void ListPane::show() {
     std::size_t well = 0, tried = 0;
     for (std::size_t row = 0; row < rows.size(); ++row) {
         well += work_->results.done(row) ? 1 : 0;
-        tried += work_->results.last(row) ? 1 : 0;
+        tried += work_->results.last(row) && row != running_ ? 1 : 0;
     }
     main_.lblListe.caption = work_->list.source + ": " + std::to_string(well) + " von " +
                              std::to_string(rows.size()) + " erledigt" +
