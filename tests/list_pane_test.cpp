@@ -116,6 +116,7 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     open(list);
     EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich", "abgebrochen"));
     EXPECT_EQ(main.StatusBar.text, "Gerät 3 von 3: Ost");
+    main.wants_focus = nullptr; // the opening's
     program.click(main.cbuListe_ueberspringen);
     EXPECT_EQ(main.lblListe.caption, "l.csv: 3 von 3 erledigt");
     EXPECT_EQ(main.tblListe.mark(0), RowTable::Mark::good);

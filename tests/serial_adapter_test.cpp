@@ -279,6 +279,10 @@ TEST(Ports, GetTheLowestFreeNumbersAndKeepThem) {
     QtPortScan scan(
         ports, [](const std::string &) { return port_absent; }, 1s);
     EXPECT_THAT(scan.ports(), testing::IsEmpty()) << "what was unplugged is not shown";
+    PortMap named_ports(named({{4, "/dev/gone"}}));
+    QtPortScan named_scan(
+        named_ports, [](const std::string &) { return port_absent; }, 1s);
+    EXPECT_EQ(named_scan.ports().at(0).refusal, absent) << "but missed where the user named it";
 }
 
 TEST(Ports, AScanDoesNotWaitForOneThatIsSilent) {
