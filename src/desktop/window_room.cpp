@@ -184,6 +184,9 @@ void WindowRoom::follow(QWidget &window, QSize before) {
     }
     if (change.width() > 0 || change.height() > 0)
         share_out(window);
+    // The layout may have widened it before the panes found their place.
+    if (!window.isMaximized() && !window.isFullScreen())
+        window.resize(window.size().boundedTo(room_for(window)));
 }
 
 } // namespace telvox::desktop
