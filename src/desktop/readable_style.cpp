@@ -52,6 +52,10 @@ class ColourWatch final : public QObject {
         dark_ = is_dark();
         const bool own = dark_ && QGuiApplication::platformName() == "windows";
         QApplication::setStyle(own ? new ReadableStyle("fusion") : new ReadableStyle);
+        // The platform's dark palette for these fills them whether they are ticked or not.
+        if (QGuiApplication::platformName() == "windows")
+            for (const char *kind : {"QCheckBox", "QRadioButton"})
+                QApplication::setPalette(QGuiApplication::palette(), kind);
     }
     bool dark_ = false;
 };
