@@ -1,6 +1,8 @@
 // The main of the tests that show windows.
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QStringList>
 #include <QTemporaryFile>
 #include <gmock/gmock.h>
@@ -22,7 +24,9 @@ int main(int argc, char **argv) {
                    all.join(',') + "]}")
                       .toUtf8());
     screens.close();
-    qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screens.fileName()).toUtf8());
+    // By its bare name: a drive's colon would end it.
+    QDir::setCurrent(QFileInfo(screens).path());
+    qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + QFileInfo(screens).fileName()).toUtf8());
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
