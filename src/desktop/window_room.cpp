@@ -186,7 +186,7 @@ void WindowRoom::follow(QWidget &window, QSize before) {
         share_out(window);
     // The layout may have widened it before the panes found their place.
     if (!window.isMaximized() && !window.isFullScreen())
-        window.resize(window.size().boundedTo(room_for(window)));
+        window.resize(std::min(window.width(), room_for(window).width()), window.height());
 }
 
 } // namespace telvox::desktop
