@@ -1,7 +1,7 @@
 #include "cli/run_list.hpp"
 
+#include "cli/follow.hpp"
 #include "cli/interrupt.hpp"
-#include "cli/row_program.hpp"
 #include "core/files/files.hpp"
 #include "core/lists/list_run.hpp"
 #include "core/port_choice.hpp"
@@ -10,6 +10,7 @@
 #include "operation/list_order.hpp"
 #include "operation/trial.hpp"
 #include "ports/os.hpp"
+#include "ports/qt_ports.hpp"
 
 #include <array>
 
@@ -58,6 +59,7 @@ class ListCommand {
     Outputs &out_;
     const DataFolders folders_ = data_folders(call_.common);
     std::shared_ptr<PortMap> numbers_; ///< of ports that the list names by number
+    const MakePorts make_ports_ = ports_beside(numbers_);
     ForAllRows all_;
     DeviceList list_;
     std::filesystem::path results_path_;
@@ -164,13 +166,13 @@ void ListCommand::start_rows() {
             run_->end(row, RowOutcome::cancelled);
             continue;
         }
-        const Way &way = ways_[row];
-        auto map = way.device.empty() ? numbers_
-                                      : std::make_shared<PortMap>(CommonOptions{.ports = {{1, way.device}}},
-                                                                  [] { return std::vector<PresentPort>(); });
         auto &program = running_[row] = std::make_unique<RowProgram>(
-            call_, order_of(list_, list_.rows[row], all_), label(row), std::move(map), folders_, out_);
-        program->over = [this, row] { row_over(row); };
+            order_of(list_, list_.rows[row], all_), make_ports_(ways_[row].device), folders_, call_.despite);
+        follow(*program, label(row), call_, out_);
+        program->over = [this, row, log_ends = program->over] {
+            log_ends();
+            row_over(row);
+        };
         if (call_.json) {
             tell_event("begonnen", row, *results_->last(row));
             program->step = [this, row](std::string_view text) {

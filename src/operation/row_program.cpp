@@ -1,0 +1,54 @@
+#include "operation/row_program.hpp"
+
+#include "core/text.hpp"
+#include "core/usage_error.hpp"
+
+namespace telvox::operation {
+
+RowProgram::RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataFolders &folders, bool despite)
+    : order_(std::move(order)),
+      despite_(despite),
+      ports_(std::move(ports)),
+      given_(ports_->for_program(*this)),
+      program_(given_, folders),
+      at_the_form_(program_, given_.scan) {
+    ports_->connect(program_);
+    program_.desk.observers.add(*this);
+}
+
+void RowProgram::start() {
+    try {
+        at_the_form_.work(order_);
+    } catch (const UsageError &error) { // what was there when the order was checked has gone
+        refusal_ = error.what();
+    }
+    if (!program_.busy() && !result_)
+        end({.outcome = RowOutcome::failed, .message = refusal_});
+}
+
+void RowProgram::cancel() { program_.cancel(); }
+
+void RowProgram::ended(const JobEnd &job) {
+    Attempt attempt{.outcome = row_outcome(job.outcome)};
+    if (went_well(job.outcome) && order_.job->result)
+        attempt.message = found_out(*order_.job, program_.desk);
+    else
+        for (const Message &message : job.said)
+            attempt.message = joined_lines(at_the_form_.by_path(message.text));
+    end(std::move(attempt));
+}
+
+void RowProgram::end(Attempt attempt) {
+    result_ = std::move(attempt);
+    over();
+}
+
+void RowProgram::show(const Message &message, Answered answered) {
+    refusal_ = joined_lines(at_the_form_.by_path(message.text));
+    if (!answered)
+        return;
+    remark(refusal_ + (!message.asks ? "" : despite_ ? " (Ja)" : " (Nein; --trotzdem bedeutet Ja)"));
+    answered(!message.asks || despite_);
+}
+
+} // namespace telvox::operation
