@@ -47,6 +47,7 @@ TEST_F(GprsWindows, AnEntryIsPickedAndAKeepAliveLeft) {
     EXPECT_EQ(list.lineEdit()->cursorPosition(), 0) << "its provider can be read";
     EXPECT_EQ(window.findChild<QLineEdit *>("tboPasswort")->text(), "you");
     EXPECT_TRUE(window.findChild<QLineEdit *>("tboPasswort")->isEnabled());
+    EXPECT_THAT(rig.program.record().transcript(), testing::HasSubstr("Netz: web (user:me pw:***)"));
     QTest::keyClicks(window.findChild<QLineEdit *>("tboPasswort"), "x");
     list.showPopup();
     EXPECT_GT(list.view()->width(), list.view()->sizeHintForColumn(0)) << "the whole entry can be read";

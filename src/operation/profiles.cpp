@@ -67,7 +67,7 @@ void Profiles::ask_to_save() {
                      .filter = filter,
                      .saves = true,
                      .suggested = path_,
-                     .tick = "Passwörter, Schlüssel und PIN mit speichern (für jeden lesbar)"},
+                     .tick = "Passwörter, Schlüssel und PIN mit speichern (unverschlüsselt)"},
                     [this](const FileAnswer &answer) {
                         if (!answer.path.empty())
                             save(answer.path, answer.ticked);

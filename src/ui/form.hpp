@@ -143,8 +143,10 @@ struct ComboBox : TextField {
     /// Gives it a text and runs `changed`, as typing and picking do, also when a program does it.
     void write(std::string_view typed);
     bool take(std::string_view entry) override;
-    [[nodiscard]] Input input() const override { return {"pick", text}; }
+    [[nodiscard]] Input input() const override { return {"pick", recorded ? recorded(text) : text}; }
 
+    /// What the record gets of a text that may hold a secret.
+    std::string (*recorded)(const std::string &text) = nullptr;
     std::vector<std::string> items;
     std::vector<std::string> item_tool_tips; ///< of the entries, as far as it goes
     bool editable = false;

@@ -2,6 +2,7 @@
 
 #include "core/files/list_files.hpp"
 #include "core/text.hpp"
+#include "link/mask.hpp"
 #include "ui/frm_modem.hpp"
 
 namespace telvox {
@@ -20,6 +21,13 @@ std::optional<std::string> part(std::string_view text, std::string_view label, c
         return std::nullopt;
     const std::string_view rest = text.substr(at + label.size());
     return std::string(rest.substr(0, rest.find(end)));
+}
+
+/// An entry of the provider list without its password.
+std::string without_password(const std::string &text) {
+    const std::string password = parse_access_point(text).password.value_or("");
+    std::string shown = text;
+    return password.empty() ? shown : shown.replace(shown.find("pw:") + 3, password.size(), Mask::hidden);
 }
 
 /// A target as the device's code.
@@ -48,6 +56,7 @@ AccessPoint parse_access_point(std::string_view text) {
 FrmGPRS::FrmGPRS(Session &session, const FrmModem &main, const DataFolders &folders)
     : Form("frmGPRS", "GPRS"), session_(session), main_(main), folders_(folders) {
     cobAPN.editable = true;
+    cobAPN.recorded = without_password;
     tboPasswort.secret = true;
     cobAPN.max_length = longest_entry;
     cobAPN.changed = [this] { prz_GPRS_Benutzerdaten_selektieren(); };
