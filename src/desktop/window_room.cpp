@@ -4,9 +4,11 @@
 #include <QCoreApplication>
 #include <QDialog>
 #include <QEvent>
+#include <QMainWindow>
 #include <QScreen>
 #include <QScrollBar>
 #include <QSplitter>
+#include <QStatusBar>
 #include <algorithm>
 #include <utility>
 
@@ -65,8 +67,11 @@ QSize wished_size(QWidget &window) {
 
 /// Size of the main window without its panes.
 QSize form_size(const QWidget &window) {
-    const QSplitter *both = form_and_panes(window);
-    return wish_of(*both->widget(0)) + window.minimumSizeHint() - both->minimumSizeHint();
+    const auto &main = static_cast<const QMainWindow &>(window);
+    const QMargins margins = main.centralWidget()->layout()->contentsMargins();
+    const int bars =
+        main.menuWidget()->sizeHint().height() + main.findChild<QStatusBar *>()->sizeHint().height();
+    return wish_of(*form_and_panes(window)->widget(0)).grownBy(margins) + QSize{0, bars};
 }
 
 /// Shows the panes' side of the main window if there is one to show, and puts it where there is room for it.
@@ -184,9 +189,6 @@ void WindowRoom::follow(QWidget &window, QSize before) {
     }
     if (change.width() > 0 || change.height() > 0)
         share_out(window);
-    // The layout may have widened it before the panes found their place.
-    if (!window.isMaximized() && !window.isFullScreen())
-        window.resize(std::min(window.width(), room_for(window).width()), window.height());
 }
 
 } // namespace telvox::desktop
