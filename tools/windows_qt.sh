@@ -82,7 +82,7 @@ qt_source() {
     archive=$(qt_archive "$package")
     if [ -z "$archive" ]; then
         say "getting the sources of $package"
-        { qt_apt_update; cd "$sources" && qt_apt source --download-only "$package"; } >"$qt_log" 2>&1 || true
+        (qt_apt_update; cd "$sources" && qt_apt source --download-only "$package") >"$qt_log" 2>&1 || true
         archive=$(qt_archive "$package")
         [ -n "$archive" ] || fail "The sources of $package $qt_version could not be got ($(grep -m1 -E '^[EW]:.*(resolve|connect|fetch)' "$qt_log" ||
             echo 'no network?')). A folder with $(awk -v p="$package" '$2 == p {f = f s $3; s = " or "} END {print f}' \
