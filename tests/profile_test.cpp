@@ -31,7 +31,7 @@ struct Desktop {
     std::string saved(bool secrets = false) {
         profiles.save(text_of(folder / "s.telvox"), secrets);
         std::ostringstream text;
-        text << std::ifstream(folder / "s.telvox", std::ios::binary).rdbuf();
+        text << std::ifstream(folder / "s.telvox").rdbuf();
         return text.str();
     }
     template <class Kind> Kind &control(const char *form, const char *name) {

@@ -40,10 +40,11 @@ TEST(Windows, SettingsLieWithThoseOfOtherPrograms) {
     EXPECT_TRUE(os::keeps_folder_clean("C:/Program Files/telvox"));
 }
 
-TEST(Windows, FilesForPeopleHaveTheLinesThatTheyExpect) {
+TEST(Windows, TextsForPeopleHaveTheLinesThatTheyExpectAndFilesWhatTheyAreGiven) {
+    EXPECT_EQ(with_local_ends("typ=gsm\nip=1\r\n"), "typ=gsm\r\nip=1\r\n");
     const auto file = std::filesystem::temp_directory_path() / L"Höhe.telvox";
-    ASSERT_EQ(replace_file(file, "typ=gsm\nip=1\r\n"), 0);
-    EXPECT_EQ(read_file(file, 100).bytes, "typ=gsm\r\nip=1\r\n");
+    ASSERT_EQ(replace_file(file, "%PDF\n\r\x1A"), 0);
+    EXPECT_EQ(read_file(file, 100).bytes, "%PDF\n\r\x1A");
     std::filesystem::remove(file);
 }
 

@@ -102,7 +102,8 @@ void Profiles::open(const std::string &path) {
 
 void Profiles::save(const std::string &path, bool secrets) {
     const std::string text = profile_text(desk_, profile_, secrets);
-    if (const int error = replace_file(path_of(path), text, secrets ? Readers::owner : Readers::as_before);
+    if (const int error =
+            replace_file(path_of(path), with_local_ends(text), secrets ? Readers::owner : Readers::as_before);
         error != 0)
         return desk_.outbox.show_unrecorded("Das Profil konnte nicht gespeichert werden.\r" +
                                             german_reason(error));

@@ -26,7 +26,8 @@ std::vector<LogLine> shown_lines(const Recorder &recorder, std::size_t &from) {
 }
 
 void save(Desk &desk, Recorder &recorder, const FileAnswer &answer) {
-    const int error = answer.path.empty() ? 0 : replace_file(path_of(answer.path), recorder.transcript());
+    const int error =
+        answer.path.empty() ? 0 : replace_file(path_of(answer.path), with_local_ends(recorder.transcript()));
     if (error != 0)
         desk.outbox.show_unrecorded("Das Protokoll konnte nicht gespeichert werden.\r" +
                                     german_reason(error));

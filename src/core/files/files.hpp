@@ -13,12 +13,15 @@ enum class Readers {
     owner      ///< nobody else: it holds secrets
 };
 
-/// Writes a text file as a whole or not at all, through to the disk: beside the target first, then moved over
+/// Writes a file as a whole or not at all, through to the disk: beside the target first, then moved over
 /// it; the folder is made where it is missing. A link stays and what it leads to is replaced; rights and,
 /// where the system lets the user, owner stay. What is no ordinary file, leads nowhere or is write-protected
-/// is left alone. On Windows lines end in CR LF. Returns 0 or the error number.
+/// is left alone. Returns 0 or the error number.
 [[nodiscard]] int replace_file(const std::filesystem::path &target, std::string_view content,
                                Readers readers = Readers::as_before);
+
+/// A text with its lines ended as in files that people open on this system: on Windows in CR LF.
+[[nodiscard]] std::string with_local_ends(std::string_view text);
 
 /// What a file holds.
 struct FileContent {

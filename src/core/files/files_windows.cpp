@@ -65,17 +65,6 @@ int write_all(HANDLE file, std::string_view bytes) {
                    written == bytes.size() && ::FlushFileBuffers(file));
 }
 
-/// A text whose lines end as in files that people open here.
-std::string with_ends_of_lines(std::string_view text) {
-    std::string all;
-    for (const char c : text) {
-        if (c == '\n' && !all.ends_with('\r'))
-            all += '\r';
-        all += c;
-    }
-    return all;
-}
-
 /// Makes a file of a name that nothing else has.
 HANDLE make_draft(const fs::path &folder, Readers readers, fs::path &name) {
     SECURITY_ATTRIBUTES rights{
@@ -115,6 +104,16 @@ fs::path behind_links(const fs::path &path) {
 
 } // namespace
 
+std::string with_local_ends(std::string_view text) {
+    std::string all;
+    for (const char c : text) {
+        if (c == '\n' && !all.ends_with('\r'))
+            all += '\r';
+        all += c;
+    }
+    return all;
+}
+
 int replace_file(const fs::path &target, std::string_view content, Readers readers) {
     std::error_code error;
     fs::create_directories(fs::absolute(target).parent_path(), error);
@@ -133,7 +132,7 @@ int replace_file(const fs::path &target, std::string_view content, Readers reade
     Handle draft(make_draft(to.parent_path(), readers, name));
     if (!draft.get())
         return failure(false);
-    int failed = write_all(draft.get(), with_ends_of_lines(content));
+    int failed = write_all(draft.get(), content);
     draft.close();
     // The one leaves the rights of what it replaces, the other brings its own.
     if (failed == 0 && exists && readers == Readers::as_before)
