@@ -28,7 +28,6 @@ class Listed : public testing::Test {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
     }
-    ~Listed() override { std::filesystem::remove_all(folder); }
 
     void open(const std::string &text) {
         std::ofstream(folder / "l.csv", std::ios::binary) << text;
@@ -55,6 +54,8 @@ class Listed : public testing::Test {
     }
 
     std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_list_pane_test";
+    // After the pane has closed its files: Windows insists.
+    std::shared_ptr<void> gone{nullptr, [this](void *) { std::filesystem::remove_all(folder); }};
     std::shared_ptr<simulator::Gsm> device = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
     simulator::Cable cable{device};
     Bench bench{cable};
