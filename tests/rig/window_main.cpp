@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QFont>
 #include <QStringList>
 #include <QTemporaryFile>
 #include <gmock/gmock.h>
@@ -25,9 +26,14 @@ int main(int argc, char **argv) {
                       .toUtf8());
     screens.close();
     // By its bare name: a drive's colon would end it.
+    const QString folder = QDir::currentPath();
     QDir::setCurrent(QFileInfo(screens).path());
     qputenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + QFileInfo(screens).fileName()).toUtf8());
+    // Where the system's fonts are not asked for; wine keeps variables of Qt from programs.
+    qputenv("QT_QPA_FONTDIR", qgetenv("TELVOX_FONTS"));
     QApplication application(argc, argv);
+    QDir::setCurrent(folder);
+    QApplication::setFont(QFont("DejaVu Sans", 9)); // where sizes are expected, those of this one
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }
