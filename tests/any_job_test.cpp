@@ -1,5 +1,5 @@
-// Every job in every trouble: a device that is silent or rejects what it is told, and the situations that the
-// simulator can be started in.
+// Every job in every trouble: a device that is silent or rejects what it is told, a line full of noise, and
+// the situations that the simulator can be started in.
 
 #include "operation/jobs.hpp"
 #include "rig/sites.hpp"
@@ -59,15 +59,15 @@ TEST(Situation, IsSeenInTheProgram) {
         {"keine-sim", pin, "keine SIM-Karte"},
         {"pin-falsch", pin, "PIN falsch"},
         {"puk", pin, "PUK eingeben"},
-        {"netz-aus", network, "keine Suche nach Netz"},
-        {"netz-suche", network, "Suche nach GSM Netz"},
+        {"netz-aus", network, "nicht eingebucht, keine Suche nach Netz"},
+        {"netz-suche", network, "nicht eingebucht, Suche nach GSM Netz"},
         {"netz-abgewiesen", network, "abgewiesen"},
         {"netz-unbekannt", network, "unbekannt"},
         {"roaming", network, "eingebucht, roaming"},
         {"keine-fernkonfiguration", write, "Das Telvox-A antwortet nicht.", true},
         {"anruf-bricht", write, "unterbrochen", true},
         {"anruf-bricht", write_ipt, "unterbrochen", true},
-        {"adapter-klemmt", write, "nicht alle Befehle gesendet"},
+        {"adapter-klemmt", write, "Es konnten nicht alle Befehle gesendet werden.\rBitte Prüfen Sie"},
         {"adapter-klemmt", off, "nicht alle Befehle gesendet"},
         {"adapter-weg", write, "ging verloren."},
         {"adapter-weg", read_ipt, "ging verloren."},
@@ -89,6 +89,25 @@ TEST(Situation, IsSeenInTheProgram) {
                     HasSubstr(shows));
     }
     EXPECT_EQ(seen.size(), simulator::situations().size());
+}
+
+/// Fills in what a job needs and presses its button; whether it then runs.
+bool begin(Bench &bench, const Site &site, const operation::JobCommand &job) {
+    Rig &rig = bench.rig;
+    Desk &desk = rig.program.desk;
+    bench.fill_in(bench.f.*site.type, site.remote, "1");
+    if (job.menu)
+        rig.program.click(dynamic_cast<MenuEntry &>(job.menu(desk)));
+    rig.program.enter(desk.frmPin.tboPin, "4711");
+    rig.program.enter(desk.frmMSN.tboMSN, "11");
+    rig.program.enter(desk.frmEthernet.tboIP, "192.168.0.7");
+    rig.program.set(desk.frmEinstellungen.cboSchnittstelle_aendern, true);
+    rig.program.select(desk.frmEinstellungen.cobSchnittstelle_Baud_soll, "9600");
+    rig.program.click(dynamic_cast<Button &>(job.button(desk)));
+    while (!rig.answers.empty())
+        rig.answer(true);
+    rig.boxes.clear();
+    return rig.program.busy() && !rig.timer2.on;
 }
 
 enum class Trouble { none, silence, rejection, stuck };
@@ -124,20 +143,7 @@ std::optional<Ended> run(const Site &site, const operation::JobCommand &job, Tro
         else
             rig.port.stuck = true;
     };
-    Desk &desk = rig.program.desk;
-    bench.fill_in(bench.f.*site.type, site.remote, "1");
-    if (job.menu)
-        rig.program.click(dynamic_cast<MenuEntry &>(job.menu(desk)));
-    rig.program.enter(desk.frmPin.tboPin, "4711");
-    rig.program.enter(desk.frmMSN.tboMSN, "11");
-    rig.program.enter(desk.frmEthernet.tboIP, "192.168.0.7");
-    rig.program.set(desk.frmEinstellungen.cboSchnittstelle_aendern, true);
-    rig.program.select(desk.frmEinstellungen.cobSchnittstelle_Baud_soll, "9600");
-    rig.boxes.clear();
-    rig.program.click(dynamic_cast<Button &>(job.button(desk)));
-    while (!rig.answers.empty())
-        rig.answer(true);
-    if (!rig.program.busy() || rig.timer2.on)
+    if (!begin(bench, site, job))
         return {};
     bench.run(milliseconds{600'000});
     EXPECT_FALSE(rig.program.busy() || rig.port.is_open);
@@ -180,6 +186,47 @@ TEST(AnyJob, EndsAsItShouldInTrouble) {
         }
     EXPECT_GE(jobs, 40);
     EXPECT_GE(rejections, 25);
+}
+
+/// A minute of bytes at full line speed, without any reply in them but those that set a call up.
+struct Noise final : simulator::Device {
+    using Time = simulator::Time;
+    void open(bool, Time) override {}
+    void format(const SerialFormat &, Time) override {}
+    void dtr(bool, Time) override {}
+    void receive(std::string_view, Time) override {}
+    std::string transmit(Time now) override {
+        due = now + Time{1};
+        std::string bytes(4, ' ');
+        for (char &byte : bytes)
+            byte = static_cast<char>('a' + ((state = state * 1103515245u + 12345u) >> 16) % 16);
+        return now.count() % 10'000 == 5000 ? "password: ONLINE REMOTE CONFIGURATION MODE >#OK" : bytes;
+    }
+    bool carrier(Time now) override { return now > Time{2000}; }
+    [[nodiscard]] std::optional<Time> next() const override {
+        return due < Time{60'000} ? std::optional{due} : std::nullopt;
+    }
+    Time due{0};
+    unsigned state = 1;
+};
+
+TEST(AnyJob, EndsByItselfInNoise) {
+    int jobs = 0;
+    for (const Site &site : sites)
+        for (const operation::JobCommand &job : operation::job_commands()) {
+            Noise noise;
+            Bench bench(noise);
+            if (!job.button || !begin(bench, site, job))
+                continue;
+            SCOPED_TRACE(std::string(site.name) + " " + job.name + (site.remote ? " remote" : ""));
+            ++jobs;
+            Rig &rig = bench.rig;
+            bench.run(milliseconds{180'000});
+            EXPECT_FALSE(rig.program.busy() || rig.port.is_open || rig.timer.on);
+            EXPECT_LE(rig.boxes.size(), 1u);
+            EXPECT_TRUE(rig.boxes.size() == 1 || rig.outcome() == Outcome::succeeded);
+        }
+    EXPECT_GE(jobs, 40);
 }
 
 } // namespace

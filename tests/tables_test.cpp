@@ -1,20 +1,16 @@
 // Walks the step tables and reply rows of every variant: a job that could stall, repeat or lose its way is a
-// fault of a table, found here before a device finds it. And the reports of awaited replies, one by one.
-
-#include "rig/rig.hpp"
+// fault of a table, found here before a device finds it.
 
 #include "dialogues/families.hpp"
 #include "dialogues/parsers.hpp"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <set>
 
 namespace telvox::test {
 namespace {
-
-using testing::HasSubstr;
 
 /// Those of all variants, and of the search for a device.
 const Family *const families[] = {&analog_family, &isdn_family,     &gsm_family,
@@ -160,143 +156,36 @@ TEST(Parsers, TakeALabelledLineOnlyWhenItIsComplete) {
     EXPECT_TRUE(codes->code(10) == '2' && codes->code(12) == '3' && codes->code(13) == '\0');
 }
 
-TEST(ErrorReports, SayWhatFailedAndWhatBecomesOfTheLine) {
-    constexpr const char *check =
-        "\rBitte Prüfen Sie die Leitungsverbindung und stellen Sie sicher, dass das Gerät "
-        "mit Spannung versorgt wird.";
-    struct Case {
-        FlagOf flag;
-        LineEnd line;
-        const char *text;
-        bool check_direct;
-        bool check_remote;
+/// Of the codes in the number lists only those go out that the devices know.
+TEST(Tables, SendKnownProtocolsOnly) {
+    const struct {
+        const Family &family;
+        CounterOf counter;
+        std::string JobValues::*code;
+        const char *given, *sent;
+    } cases[] = {
+        {analog_family, &JobState::byteParametrier_Counter, &JobValues::strSMS_Protokoll, "M0", "AT*M0"},
+        {analog_family, &JobState::byteParametrier_Counter, &JobValues::strSMS_Protokoll, "M7", "AT*M6"},
+        {analog_family, &JobState::byteParametrier_Counter, &JobValues::strSMS_Protokoll, "X3", "AT*M6"},
+        {isdn_family, &JobState::byteParametrier_Counter, &JobValues::strSMS_Protokoll_ISDN, "M6", "AT*M6"},
+        {isdn_family, &JobState::byteParametrier_Counter, &JobValues::strSMS_Protokoll_ISDN, "M/", "AT*M1"},
+        {isdn_family, &JobState::byteISDN_Fern_Para_Counter, &JobValues::strSMS_Protokoll_ISDN_fern,
+         "aldest=12", "aldest=1"},
+        {isdn_family, &JobState::byteISDN_Fern_Para_Counter, &JobValues::strSMS_Protokoll_ISDN_fern,
+         "aldest=4", "aldest=1"},
     };
-    constexpr const char *nobody = "Es konnte keine Verbindung zum Telvox-A hergestellt werden.";
-    const Case cases[] = {
-        {&JobState::boolKommunikations_Fehler31, LineEnd::by_mode,
-         "Fehler bei der Parametrierung. Kommunikationsfehler: 31.", true, false},
-        {&JobState::boolKommunikations_Fehler32, LineEnd::by_mode,
-         "Fehler bei der Parametrierung. Kommunikationsfehler: 32.", false, false},
-        {&JobState::boolKommunikations_Fehler61, LineEnd::by_mode, nobody, true, true},
-        {&JobState::boolKommunikations_Fehler72, LineEnd::by_mode, nobody, true, true},
-        {&JobState::boolKommunikations_Fehler73, LineEnd::by_mode, "Kommunikationsfehler: 73.", true, true},
-        {&JobState::boolKommunikations_Fehler75, LineEnd::by_mode, "Kommunikationsfehler: 74.", true, true},
-        {&JobState::boolKommunikations_Fehler77, LineEnd::drop,
-         "Kommunikationsfehler: 77.\rUmstellung fehlgeschlagen", false, false},
-    };
-    Session session;
-    JobValues values;
-    Findings findings;
-    JobState all;
-    for (auto c = std::rbegin(cases); c != std::rend(cases); ++c) {
-        all.*c->flag = true; // the later ones are armed too: the first in order is reported
-        for (const bool remote : {false, true}) {
-            values.remote = remote;
-            const auto report = due_report(device_reports, {all, session, values, findings});
-            ASSERT_TRUE(report);
-            EXPECT_EQ(report->text,
-                      std::string(c->text) + ((remote ? c->check_remote : c->check_direct) ? check : ""));
-            EXPECT_EQ(report->line, c->line);
-        }
-    }
-    JobState reading;
-    reading.byteGPRS_Leseschritt = 12;
-    values = {.type = ModemType::GPRS};
-    const auto report = due_report(device_reports, {reading, session, values, findings});
-    EXPECT_EQ(report.value().text, std::string("Lesefehler: 712") + check);
-    EXPECT_EQ(session.byteISDN_Anschlussart, 12);
-    reading = {};
-    EXPECT_FALSE(due_report(device_reports, {reading, session, values, findings}));
-}
-
-/// Every job of every variant against a line that is full of noise, also in the middle of a call: it ends by
-/// itself, in at most one box, the port closed.
-TEST(Noise, NeverHangsAJobOrLeavesThePortOpen) {
-    struct Start {
-        OptionButton FrmModem::*type;
-        std::vector<void (*)(Telvox &)> presses;
-    };
-    constexpr auto configure = [](Telvox &p) { p.click(p.desk.frmModem.cbuParametrieren); };
-    constexpr auto alarm_test = [](Telvox &p) { p.click(p.desk.frmModem.cbuTest); };
-    constexpr auto alarm_off = [](Telvox &p) { p.click(p.desk.frmModem.cbuAlarm_aus); };
-    const Start starts[] = {
-        {&FrmModem::optAnalog, {configure, alarm_test, alarm_off}},
-        {&FrmModem::optISDN,
-         {configure, alarm_test, alarm_off,
-          [](Telvox &p) {
-              p.enter(p.desk.frmMSN.tboMSN, "1");
-              p.click(p.desk.frmMSN.cbuMSN_einstellen);
-          },
-          [](Telvox &p) { p.click(p.desk.frmAnschlussart.cmdAnschlussart_einstellen); }}},
-        {&FrmModem::optGSM,
-         {configure, alarm_test, alarm_off,
-          [](Telvox &p) {
-              p.enter(p.desk.frmPin.tboPin, "1");
-              p.click(p.desk.frmPin.cbuPin_Eingabe);
-          },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuPIN_Status); },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuReg_zustand); },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuSignalstaerke); },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuIMEI); }}},
-        {&FrmModem::optGPRS,
-         {alarm_off, configure, [](Telvox &p) { p.click(p.desk.frmGPRS.cbuGPRS_schreiben); },
-          [](Telvox &p) { p.click(p.desk.frmGPRS.cbuGPRS_lesen); },
-          [](Telvox &p) { p.click(p.desk.frmIPT.cbuIPT_schreiben); },
-          [](Telvox &p) { p.click(p.desk.frmIPT.cbuIPT_lesen); },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuPIN_Status); },
-          [](Telvox &p) { p.click(p.desk.frmGSM_Status.cbuIMEI); }}},
-        {&FrmModem::optEthernet,
-         {[](Telvox &p) {
-              p.enter(p.desk.frmEthernet.tboIP, "1.2.3.4");
-              p.click(p.desk.frmEthernet.cbuEthernet_Konfigurieren);
-          },
-          [](Telvox &p) { p.click(p.desk.frmGateway.cbuEthernet_GW_Kabel); }}},
-    };
-    for (const Start &start : starts) {
-        for (const bool remote : {false, true}) {
-            for (const auto press : start.presses) {
-                Rig rig;
-                FrmModem &f = rig.program.desk.frmModem;
-                if (remote)
-                    rig.program.choose(f.optFernverbindung);
-                rig.program.choose(f.*start.type);
-                if (remote && start.type == &FrmModem::optGSM)
-                    rig.program.choose(f.optFernverbindung);
-                f.cobSchnittstelle.text = f.cobModem_Port.text = "COM 3";
-                rig.program.enter(f.tboRufnummer_Modem, "1");
-                rig.program.enter(f.tboRufnummer_Empfaenger, "1");
-                rig.program.enter(f.tboService_Center, "1");
-                rig.program.enter(f.tboAlarmmeldung, "x");
-                for (Form *form : rig.program.desk.forms)
-                    form->load();
-                press(rig.program);
-                while (!rig.answers.empty())
-                    rig.answer(true);
-                rig.boxes.clear();
-                if (remote && start.type == &FrmModem::optGPRS && !rig.program.busy())
-                    continue; // what it does not offer over the modem
-                ASSERT_TRUE(rig.program.busy());
-                // A minute of bytes at full line speed, 4 every millisecond, without any reply in them but
-                // those that set a call up.
-                unsigned state = 1;
-                for (int ms = 0; ms < 60000 && rig.program.busy(); ++ms) {
-                    rig.turn_by(milliseconds{1});
-                    char bytes[4];
-                    for (char &byte : bytes)
-                        byte = static_cast<char>('a' + ((state = state * 1103515245u + 12345u) >> 16) % 16);
-                    rig.arrive({bytes, 4});
-                    if (ms == 2000 && rig.port.watches)
-                        rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
-                    if (ms % 10000 == 5000 && remote)
-                        rig.arrive("password: ONLINE REMOTE CONFIGURATION MODE >#OK");
-                }
-                EXPECT_TRUE(rig.run_until_idle(milliseconds{120000}));
-                EXPECT_LE(rig.boxes.size(), 1u);
-                EXPECT_TRUE(rig.boxes.size() == 1 || rig.outcome() == Outcome::succeeded);
-                EXPECT_FALSE(rig.port.is_open);
-                EXPECT_FALSE(rig.timer.on);
-            }
-        }
+    for (const auto &[family, counter, code, given, sent] : cases) {
+        JobState jobs;
+        Session session;
+        Findings findings;
+        JobValues values{.by_sms = true};
+        values.*code = given;
+        const auto steps = job_of(family, counter)->steps;
+        const auto step = std::find_if(steps.begin(), steps.end(), [](const Step &s) {
+            return s.status.given() && std::string_view("Protokoll wird eingestellt") == s.status.fixed();
+        });
+        ASSERT_NE(step, steps.end());
+        EXPECT_EQ(step->send({jobs, session, values, findings}), sent) << given;
     }
 }
 
