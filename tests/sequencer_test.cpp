@@ -90,37 +90,6 @@ TEST(Sequencer, SaysWhetherACancelledJobLeavesHalfAConfiguration) {
     EXPECT_EQ(job.rig.boxes.back().text, cancelled(false));
 }
 
-TEST(Sequencer, FailsWhereNotAllCommandsLeftThePort) {
-    AnalogConfiguration job("x");
-    job.rig.port.stuck = true;
-    job.answer_the_check();
-    ASSERT_EQ(job.rig.boxes.size(), 1u);
-    EXPECT_THAT(job.rig.boxes[0].text,
-                testing::StartsWith("Es konnten nicht alle Befehle gesendet werden.\rBitte Prüfen Sie"));
-}
-
-TEST(Sequencer, SaysNoSuccessInACallWhoseLastCommandsDidNotLeave) {
-    Rig rig;
-    FrmModem &f = rig.program.desk.frmModem;
-    rig.program.choose(f.optGSM);
-    rig.program.choose(f.optFernverbindung);
-    rig.choose_modem_port(3);
-    rig.program.enter(f.tboRufnummer_Modem, "1");
-    rig.boxes.clear();
-    rig.program.click(f.cbuAlarm_aus);
-    rig.turn_by(milliseconds{200});
-    rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
-    rig.turn_by(milliseconds{1200});
-    rig.arrive("REMOTE CONFIGURATION MODE\r\n");
-    rig.turn_by(milliseconds{1200});
-    rig.port.stuck = true;
-    rig.arrive("TIME: 1\r\n");
-    ASSERT_TRUE(rig.run_until_idle(milliseconds{60'000}));
-    ASSERT_EQ(rig.boxes.size(), 1u);
-    EXPECT_THAT(rig.boxes[0].text, testing::StartsWith("Es konnten nicht alle Befehle gesendet werden."));
-    EXPECT_EQ(rig.outcome(), Outcome::failed);
-}
-
 TEST(Sequencer, TellsARejectionForItsOwnJobOnly) {
     AnalogConfiguration job("x");
     job.rig.turn_by(milliseconds{1200});

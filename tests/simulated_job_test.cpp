@@ -72,17 +72,6 @@ INSTANTIATE_TEST_SUITE_P(All, SimulatedSite,
                              return std::string(site.param.name) + (site.param.remote ? "_remote" : "_cable");
                          });
 
-TEST(SimulatedLine, ThatBreaksInMidJobEndsItInOneBox) {
-    simulator::LocalModem modem{{{'1', std::make_shared<simulator::Analog>()}}};
-    Bench bench(modem);
-    bench.fill_in(bench.f.optAnalog, true, "1");
-    bench.rig.program.click(bench.f.cbuParametrieren);
-    bench.run(milliseconds{300'000}, milliseconds{18'000}, [&] { modem.drop_carrier(bench.rig.now); });
-    EXPECT_FALSE(bench.rig.program.busy() || bench.rig.port.is_open);
-    ASSERT_EQ(bench.rig.boxes.size(), 1u);
-    EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr("unterbrochen"));
-}
-
 TEST(SimulatedLine, IsDownWithinFourSecondsOfTheUsersWord) {
     for (const auto &[number, type] : {std::pair{"1", &FrmModem::optAnalog},
                                        {"2", &FrmModem::optISDN},
@@ -103,24 +92,6 @@ TEST(SimulatedLine, IsDownWithinFourSecondsOfTheUsersWord) {
             EXPECT_FALSE(modem.carrier(bench.rig.now)) << number << " " << at.count();
             EXPECT_EQ(bench.rig.boxes.size(), 1u) << number << " " << at.count();
         }
-}
-
-TEST(SimulatedLine, WithAWrongPasswordOrEchoIsHungUp) {
-    for (const bool echo : {false, true}) {
-        simulator::LocalModem modem{{{'1', std::make_shared<simulator::Analog>()}}};
-        modem.echo = echo;
-        Bench bench(modem);
-        bench.fill_in(bench.f.optAnalog, true, "1");
-        if (!echo) {
-            bench.rig.program.set(bench.f.chkPasswort, true);
-            bench.rig.program.enter(bench.f.tboPasswort, "falsch");
-        }
-        bench.rig.program.click(bench.f.cbuParametrieren);
-        bench.run(milliseconds{300'000});
-        EXPECT_FALSE(modem.carrier(bench.rig.now) || bench.rig.port.is_open);
-        ASSERT_EQ(bench.rig.boxes.size(), 1u);
-        EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr(echo ? "erfolgreich" : "Passwort nicht korrekt"));
-    }
 }
 
 TEST(SimulatedGprs, StoresItsAlarmAndIsSwitchedOff) {
@@ -193,17 +164,6 @@ TEST(SimulatedGprs, GetsBackByWritingWhatWasReadFromIt) {
         EXPECT_EQ(site.unit->memory.settings, settings);
         EXPECT_TRUE(site.unit->memory.saved);
     }
-}
-
-/// What is written over the cable is written over the modem.
-TEST(SimulatedGprs, IsWrittenInACall) {
-    GprsSite site(true);
-    Desk &desk = site.bench->rig.program.desk;
-    site.bench->rig.program.click(desk.frmModem.mnuGPRS_konfig);
-    site.bench->rig.program.select(desk.frmGPRS.cobAPN, "internet");
-    EXPECT_THAT(site.run(desk.frmGPRS.cbuGPRS_schreiben), HasSubstr("erfolgreich parametriert"));
-    EXPECT_EQ(site.unit->memory.settings["GPRSAPN"], "internet");
-    EXPECT_TRUE(site.unit->memory.saved);
 }
 
 /// A device gets another serial format, is configured in it, and gets its first one back.
