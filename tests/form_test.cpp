@@ -164,17 +164,6 @@ TEST_F(MainWindow, EachVariantOffersWhatItHas) {
     EXPECT_EQ(f.optFernverbindung.caption, "&Verbindung über das Netzwerk");
 }
 
-TEST_F(MainWindow, GsmForcesTheCableAndWarnsAboutTheModem) {
-    rig.program.choose(f.optFernverbindung);
-    EXPECT_THAT(rig.boxes, IsEmpty());
-    rig.program.choose(f.optGSM);
-    EXPECT_TRUE(f.optDirektverbindung.value);
-    EXPECT_FALSE(f.optFernverbindung.value);
-    rig.program.choose(f.optFernverbindung);
-    ASSERT_EQ(rig.boxes.size(), 1u);
-    EXPECT_EQ(std::count(rig.boxes[0].text.begin(), rig.boxes[0].text.end(), '\r'), 3);
-}
-
 TEST_F(MainWindow, IsdnTestIsOfferedOverTheCableAndKeptWhenChosenFromTheRemoteWay) {
     rig.program.choose(f.optEthernet);
     rig.program.choose(f.optISDN);
@@ -367,22 +356,6 @@ TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     rig.program.click(f.mnuStatus_abfragen);
     EXPECT_TRUE(status.wants_front);
     EXPECT_EQ(status.tboIMEI.text, "490154203237518") << "opened again it changes nothing";
-}
-
-TEST_F(MainWindow, InputsStayLockedUntilTheLineIsDown) {
-    rig.program.choose(f.optFernverbindung);
-    rig.free_ports = {6};
-    rig.choose_modem_port(6);
-    rig.program.enter(f.tboRufnummer_Modem, "1");
-    rig.program.click(f.cbuTest);
-    rig.turn_by(milliseconds{60500});
-    ASSERT_TRUE(rig.port.is_open); // reported, and the modem is being hung up
-    EXPECT_EQ(f.StatusBar.text, "Verbindung wird getrennt");
-    EXPECT_FALSE(f.cobModem_Port.usable() || f.cbuTest.usable());
-    rig.turn_by(milliseconds{5000});
-    EXPECT_FALSE(rig.port.is_open);
-    EXPECT_EQ(f.StatusBar.text, "Bereit");
-    EXPECT_TRUE(f.cobModem_Port.usable() && f.cbuTest.usable());
 }
 
 TEST_F(MainWindow, LeavingInMidJobAsksAndThenHangsUp) {

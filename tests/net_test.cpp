@@ -31,7 +31,10 @@ TEST(Address, IsCheckedByItsFormAndAgainBeforeAProgramGetsIt) {
                           {"192.168.0.256", true, ""},
                           {"300.1.999.1", true, ""},
                           {"192.168.001.010", true, "192.168.1.10"}, // else the system reads octal numbers
+                          {"", false, ""},
                           {"1.2.3.", false, ""},
+                          {"1.2.3.4.", false, ""},
+                          {"1234567", false, ""},
                           {"1.2.34", false, ""},
                           {".1.2.3.4", false, ""},
                           {"1..2.3.4", false, ""},
@@ -45,6 +48,7 @@ TEST(Address, IsCheckedByItsFormAndAgainBeforeAProgramGetsIt) {
     for (const Case &c : cases) {
         EXPECT_EQ(func_IP_pruefen(c.text), c.form) << c.text;
         EXPECT_EQ(plain_address(c.text).value_or(""), c.plain) << c.text;
+        EXPECT_EQ(valid_address(c.text), *c.plain || c.text == "0.0.0.0") << c.text; // no gateway is one
     }
 }
 
@@ -318,24 +322,6 @@ TEST(NetworkDialogue, EndsInOneBoxWhateverTheModuleDoes) {
         }
         ++number;
     }
-}
-
-TEST(NetworkDialogue, GivesAFactoryNewModuleItsFirstAddress) {
-    NetworkBench bench;
-    FrmIPoEthernet &form = bench.desk.frmIPoEthernet;
-    bench.rig.program.click(bench.desk.frmModem.mnuIP_over_Ethernet);
-    bench.rig.program.choose(form.optIP_Erstkonfiguration);
-    EXPECT_FALSE(form.tboAlte_IP.visible);
-    bench.rig.program.enter(form.tboNeue_IP, "192.168.0.77");
-    bench.rig.program.enter(form.tboMAC_Adresse2, "00-1c-05");
-    for (const char *box :
-         {"IP Vergabe fehlgeschlagen\rMomentane Geräte IP: 0.0.0.0 ?", "IP Vergabe erfolgreich"}) {
-        bench.rig.program.click(form.cbuEthernet_IP_aendern);
-        bench.run();
-        EXPECT_EQ(bench.rig.boxes.back().text, box);
-        bench.rig.program.enter(form.tboMAC_Adresse2, "00-1c-04");
-    }
-    EXPECT_EQ(bench.world.factory_new->address(), "192.168.0.77");
 }
 
 /// A data folder of its own that goes with the test.
