@@ -216,10 +216,7 @@ TEST_F(WindowTest, EnterInADialogPressesItsButton) {
 TEST_F(WindowTest, AQueryKeepsItsDialogOpenWhereItCanBeEnded) {
     click("optGSM");
     choose_port("cobSchnittstelle", "COM 3");
-    find<QAction>("mnuStatus_abfragen").trigger();
-    auto &dialog = windows.window(desk.frmGSM_Status);
-    dialog.activateWindow(); // as a window manager does
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }, 2000));
+    QWidget &dialog = open(desk.frmModem.mnuStatus_abfragen, desk.frmGSM_Status);
     auto &end = *dialog.findChild<QPushButton *>("cbuAbbrechen");
     for (const bool by_key : {false, true}) {
         click("cbuSignalstaerke");

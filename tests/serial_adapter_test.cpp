@@ -3,6 +3,7 @@
 
 #include "ports/os.hpp"
 #include "ports/qt_port_scan.hpp"
+#include "rig/far_end.hpp"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -14,13 +15,9 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <cstdlib>
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/times.h>
-#include <termios.h>
-#include <unistd.h>
 
 namespace telvox::test {
 namespace {
@@ -31,42 +28,6 @@ using testing::HasSubstr;
 
 constexpr const char *busy = "Die Schnittstelle wird von einem anderen Programm benutzt.";
 constexpr const char *absent = "Die Schnittstelle ist nicht vorhanden.";
-
-/// The far end of a line.
-class Master {
-  public:
-    Master() : fd_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)) {
-        ::grantpt(fd_);
-        ::unlockpt(fd_);
-        device_ = ::ptsname(fd_);
-        slave_ = ::open(device_.c_str(), O_RDWR | O_NOCTTY); // nobody else gets the name meanwhile
-    }
-    ~Master() {
-        hang_up();
-        ::close(slave_);
-    }
-    Master(const Master &) = delete;
-    Master &operator=(const Master &) = delete;
-
-    [[nodiscard]] const std::string &device() const { return device_; }
-    void hang_up() {
-        if (fd_ >= 0)
-            ::close(std::exchange(fd_, -1));
-    }
-    void write(std::string_view bytes) {
-        ASSERT_EQ(::write(fd_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-    std::string read() {
-        char bytes[4096];
-        const ssize_t count = ::read(fd_, bytes, sizeof bytes);
-        return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : std::string();
-    }
-
-  private:
-    int fd_;
-    int slave_ = -1;
-    std::string device_;
-};
 
 /// Runs events until the condition holds, at most two seconds.
 bool wait_for(const std::function<bool()> &condition) {
@@ -96,8 +57,8 @@ class SerialAdapter : public testing::Test {
         };
     }
 
-    Master master;
-    PortMap ports{named({{3, master.device()}, {4, "/dev/no-such-device"}, {6, "/etc"}})};
+    FarEnd far;
+    PortMap ports{named({{3, far.path}, {4, "/dev/no-such-device"}, {6, "/etc"}})};
     QtSerialPort port{ports};
     std::vector<CommEvent> events;
     std::string received;
@@ -109,7 +70,7 @@ TEST_F(SerialAdapter, SendsExactlyTheBytesGiven) {
     const std::string bytes("AT**TIME?\r\n\x00\x11\x13\x7F\xFF", 16);
     port.Output(bytes);
     std::string arrived;
-    EXPECT_TRUE(wait_for([&] { return (arrived += master.read()).size() >= bytes.size(); }));
+    EXPECT_TRUE(wait_for([&] { return (arrived += far.take()).size() >= bytes.size(); }));
     EXPECT_EQ(arrived, bytes);
     EXPECT_TRUE(events.empty()) << "no echo, no event";
 }
@@ -117,7 +78,7 @@ TEST_F(SerialAdapter, SendsExactlyTheBytesGiven) {
 TEST_F(SerialAdapter, ReportsWhatArrivesAfterTheRunningHandler) {
     ASSERT_EQ(port.PortOpen(true), "");
     const std::string bytes("TIME: 1\r\nOK\n\x00\x03\x1A\xE4", 16);
-    master.write(bytes);
+    far.says(bytes);
     port.drain(20ms);
     EXPECT_TRUE(events.empty()) << "never from inside a call";
     EXPECT_TRUE(wait_for([&] { return received.size() >= bytes.size(); }));
@@ -127,7 +88,7 @@ TEST_F(SerialAdapter, ReportsWhatArrivesAfterTheRunningHandler) {
 
 TEST_F(SerialAdapter, SetsTheFormatBeforeAndAfterOpening) {
     const auto speed = [&] {
-        const int fd = ::open(master.device().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+        const int fd = ::open(far.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
         termios settings{};
         ::tcgetattr(fd, &settings);
         ::close(fd);
@@ -164,7 +125,7 @@ TEST_F(SerialAdapter, SaysWhyAPortCannotBeOpened) {
 }
 
 TEST_F(SerialAdapter, KeepsOffAProgramThatOnlyLocks) {
-    const int fd = ::open(master.device().c_str(), O_RDWR | O_NOCTTY);
+    const int fd = ::open(far.path.c_str(), O_RDWR | O_NOCTTY);
     ASSERT_EQ(::flock(fd, LOCK_EX | LOCK_NB), 0);
     EXPECT_EQ(port.PortOpen(true), busy);
     ::close(fd);
@@ -174,8 +135,8 @@ TEST_F(SerialAdapter, KeepsOffAProgramThatOnlyLocks) {
 TEST_F(SerialAdapter, NamesTheGroupThatOwnsTheDevice) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the superuser can become somebody without the right";
-    ASSERT_EQ(::chown(master.device().c_str(), 0, 20), 0);
-    ASSERT_EQ(::chmod(master.device().c_str(), 0660), 0);
+    ASSERT_EQ(::chown(far.path.c_str(), 0, 20), 0);
+    ASSERT_EQ(::chmod(far.path.c_str(), 0660), 0);
     ASSERT_EQ(::seteuid(65534), 0);
     const std::string cause = port.PortOpen(true);
     ASSERT_EQ(::seteuid(0), 0);
@@ -186,7 +147,7 @@ TEST_F(SerialAdapter, NamesTheGroupThatOwnsTheDevice) {
 TEST_F(SerialAdapter, ReportsALostPeerOnceAndRests) {
     ASSERT_EQ(port.PortOpen(true), "");
     port.watch_carrier(true);
-    master.hang_up();
+    far.unplug();
     EXPECT_TRUE(wait_for([&] { return !events.empty(); }));
     EXPECT_FALSE(port.PortOpen());
     tms before{};
@@ -204,10 +165,10 @@ TEST_F(SerialAdapter, ReportsALostPeerOnceAndRests) {
 }
 
 TEST_F(SerialAdapter, AHangUpIsSeenWithoutReading) {
-    QSerialPort raw(QString::fromStdString(master.device()));
+    QSerialPort raw(QString::fromStdString(far.path));
     ASSERT_TRUE(raw.open(QIODevice::ReadWrite));
     EXPECT_FALSE(os::hung_up(raw.handle()));
-    master.hang_up();
+    far.unplug();
     EXPECT_TRUE(os::hung_up(raw.handle()));
 }
 
@@ -240,12 +201,12 @@ TEST_F(SerialAdapter, DrainingLetsEverythingOut) {
     port.Output("ATH\r");
     EXPECT_TRUE(port.drain(1000ms));
     port.PortOpen(false);
-    EXPECT_EQ(master.read(), "ATH\r");
+    EXPECT_EQ(far.take(), "ATH\r");
 }
 
 TEST_F(SerialAdapter, NothingIsReportedAfterClosing) {
     ASSERT_EQ(port.PortOpen(true), "");
-    master.write("OK\r\n");
+    far.says("OK\r\n");
     port.Output("x");
     port.drain(20ms); // meanwhile the answer is seen
     port.PortOpen(false);

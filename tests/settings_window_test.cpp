@@ -2,16 +2,11 @@
 // widgets.
 
 #include "desktop/help_window.hpp"
-#include "desktop/window_set.hpp"
-#include "rig/rig.hpp"
+#include "rig/window_rig.hpp"
 
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScreen>
-#include <QTest>
 #include <QTextBrowser>
 #include <gmock/gmock.h>
 
@@ -22,21 +17,9 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class SettingsWindows : public testing::Test {
+class SettingsWindows : public WindowTest {
   protected:
-    SettingsWindows() {
-        windows.draw();
-        rig.choose_cable_port(3);
-    }
-    template <class Entry> QWidget &open(Entry &entry, Form &form) {
-        rig.program.click(entry);
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&windows.window(form)));
-        return windows.window(form);
-    }
-
-    Rig rig{{SHARE, {SHARE}}};
-    Desk &desk = rig.program.desk;
-    desktop::WindowSet windows{rig.program};
+    SettingsWindows() : WindowTest({SHARE, {SHARE}}) { rig.choose_cable_port(3); }
 };
 
 TEST_F(SettingsWindows, TheSettingsGrowByTheNewFormatAndLockWhileItIsSet) {

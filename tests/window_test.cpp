@@ -5,26 +5,16 @@
 #include "desktop/readable_style.hpp"
 #include "rig/window_rig.hpp"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QAction>
-#include <QApplication>
 #include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDialog>
-#include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollBar>
 #include <QStatusBar>
-#include <QTest>
 #include <QToolTip>
-#include <QVBoxLayout>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
 

@@ -1,19 +1,13 @@
 #pragma once
 
+#include "rig/far_end.hpp"
 #include "simulator/cable.hpp"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdlib>
-#include <fcntl.h>
 #include <memory>
 #include <mutex>
-#include <poll.h>
-#include <string>
 #include <thread>
-#include <unistd.h>
-#include <utility>
 #include <vector>
 
 namespace telvox::test {
@@ -31,7 +25,7 @@ class ServedDevices {
     }
 
     /// What a serial program opens to speak to a device.
-    [[nodiscard]] const std::string &path(std::size_t device) const { return lines_[device]->path; }
+    [[nodiscard]] const std::string &path(std::size_t device) const { return lines_[device]->end.path; }
     /// Whether every device has been sent something within ten seconds.
     [[nodiscard]] bool all_hear() {
         for (const Time end = now() + Time{10'000}; now() < end; std::this_thread::sleep_for(Time{5})) {
@@ -44,33 +38,20 @@ class ServedDevices {
     /// The adapter of a device is gone.
     void unplug(std::size_t device) {
         const std::scoped_lock lock(access_);
-        lines_[device]->unplug();
+        lines_[device]->end.unplug();
     }
 
   private:
     using Time = simulator::Time;
     struct Line {
         explicit Line(std::shared_ptr<simulator::Unit> unit) : device(std::move(unit)) {
-            ::grantpt(master);
-            ::unlockpt(master);
-            path = ::ptsname(master);
-            slave = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC); // stands while nobody has opened it
             device.format(simulator::factory_format, Time{0});
             device.open(true, Time{0});
         }
-        ~Line() { unplug(); }
-        Line(const Line &) = delete;
-        Line &operator=(const Line &) = delete;
-        void unplug() {
-            ::close(std::exchange(slave, -1));
-            ::close(std::exchange(master, -1));
-        }
 
         simulator::Cable device;
-        std::string path;
+        FarEnd end;
         bool heard = false;
-        int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
-        int slave = -1;
     };
 
     [[nodiscard]] Time now() const {
@@ -82,7 +63,7 @@ class ServedDevices {
         std::vector<pollfd> masters;
         Time until = now() + Time{20}; // for what is unplugged or ends meanwhile
         for (const auto &line : lines_) {
-            masters.push_back({.fd = line->master, .events = POLLIN, .revents = 0});
+            masters.push_back({.fd = line->end.handle(), .events = POLLIN, .revents = 0});
             until = std::min(until, line->device.next().value_or(until));
         }
         ::poll(masters.data(), masters.size(), static_cast<int>(std::max(until - now(), Time{0}).count()));
@@ -92,15 +73,13 @@ class ServedDevices {
     }
 
     void pass_on(Line &line, bool spoken_to) const {
-        std::array<char, 256> bytes{};
-        if (spoken_to)
-            if (const auto count = ::read(line.master, bytes.data(), bytes.size()); count > 0) {
-                line.device.receive({bytes.data(), static_cast<std::size_t>(count)}, now());
-                line.heard = true;
-            }
+        if (const std::string bytes = spoken_to ? line.end.take() : ""; !bytes.empty()) {
+            line.device.receive(bytes, now());
+            line.heard = true;
+        }
         const std::string said = line.device.transmit(now());
-        if (!said.empty() && ::write(line.master, said.data(), said.size()) < 0)
-            line.unplug();
+        if (!said.empty() && ::write(line.end.handle(), said.data(), said.size()) < 0)
+            line.end.unplug();
     }
 
     const std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();

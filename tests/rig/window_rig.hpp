@@ -18,7 +18,7 @@ namespace telvox::test {
 /// The windows of a program with a turned clock.
 class WindowTest : public testing::Test {
   protected:
-    WindowTest() {
+    explicit WindowTest(DataFolders folders = {"/dev/null/none", {}}) : rig(std::move(folders)) {
         windows.ended = [this] {
             rig.program.Form_Unload();
             ++ended;
@@ -35,6 +35,14 @@ class WindowTest : public testing::Test {
             if (auto *widget = windows.window(*form).findChild<Widget *>(name))
                 return *widget;
         throw std::runtime_error(std::string("no widget ") + name);
+    }
+    /// Opens a dialog by its menu entry or button.
+    template <class Entry> QWidget &open(Entry &entry, Form &form) {
+        rig.program.click(entry);
+        QWidget &window = windows.window(form);
+        window.activateWindow(); // as a window manager does
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }, 2000));
+        return window;
     }
     void click(const char *name) { find<QAbstractButton>(name).click(); }
     void type(const char *name, const QString &keys) { QTest::keyClicks(&find<QLineEdit>(name), keys); }
