@@ -32,10 +32,10 @@ TEST(Address, IsCheckedByItsFormAndAgainBeforeAProgramGetsIt) {
                           {"300.1.999.1", true, ""},
                           {"192.168.001.010", true, "192.168.1.10"}, // else the system reads octal numbers
                           {"", false, ""},
-                          {"1.2.3.", false, ""},
+                          {"11.2.3.", false, ""},
                           {"1.2.3.4.", false, ""},
                           {"1234567", false, ""},
-                          {"1.2.34", false, ""},
+                          {"11.2.3.", false, ""},
                           {".1.2.3.4", false, ""},
                           {"1..2.3.4", false, ""},
                           {"1.2.3.4.5", false, ""},

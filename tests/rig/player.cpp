@@ -7,9 +7,8 @@
 #include "operation/profile.hpp"
 
 #include <algorithm>
+#include <map>
 #include <optional>
-#include <sstream>
-#include <stdexcept>
 
 namespace telvox::test {
 
@@ -18,35 +17,39 @@ namespace {
 constexpr milliseconds long_enough{180'000}; ///< for every job to end by itself
 
 bool is_fed(const Line &line) { return line.verb != done && line.verb != stays_out; }
-std::string_view event_of(const std::string &entry) {
-    return std::string_view(entry).substr(entry.find('|') + 2);
-}
+std::string event_of(const std::string &entry) { return entry.substr(entry.find('|') + 2); }
+
+const std::map<std::string, std::string Session::*> session_texts = {
+    {"strSMS_Protokoll", &Session::strSMS_Protokoll},
+    {"strSMS_Protokoll_ISDN", &Session::strSMS_Protokoll_ISDN},
+    {"strSMS_Protokoll_ISDN_fern", &Session::strSMS_Protokoll_ISDN_fern},
+    {"strCOMparameter_direkt", &Session::strCOMparameter_direkt}};
 
 /// The program in the rig, fed line by line.
 class Player {
   public:
     /// Turns the clock to this line's time, tick by tick, and feeds it.
     void feed(const Line &line, std::size_t piece = 0) {
-        // Bytes of the same instant come before the tick, all else after it.
-        turn_to(line.verb == bytes_before_tick ? line.at - milliseconds{1} : line.at);
+        turn_before(line);
         if (stopped())
             return;
         rig.now = line.at;
         if (is_reply(line))
             return rig.arrive(bytes_of(line.rest), piece);
-        if (line.verb == from_network)
-            return arrive_from_network(bytes_of(line.rest.substr(line.rest.find(' ') + 1)), piece);
-        std::istringstream words(line.rest);
-        std::string name, argument;
-        words >> name >> std::ws;
-        std::getline(words, argument);
-        if (!act(line.verb, name, argument))
+        if (line.verb == from_network) {
+            const std::string bytes = bytes_of(line.rest.substr(line.rest.find(' ') + 1));
+            for (std::size_t at = 0; at < bytes.size(); at += piece ? piece : bytes.size())
+                rig.program.Winsock_DataArrival(
+                    std::string_view(bytes).substr(at, piece ? piece : bytes.size()));
+            return;
+        }
+        if (!act(line.verb, line.rest))
             complain("not understood: " + line.verb + " " + line.rest);
     }
 
-    void arrive_from_network(std::string_view bytes, std::size_t piece) {
-        for (; !bytes.empty(); bytes.remove_prefix(std::min(piece ? piece : bytes.size(), bytes.size())))
-            rig.program.Winsock_DataArrival(bytes.substr(0, piece ? piece : bytes.size()));
+    /// Bytes of the same instant come before the tick, all else after it.
+    void turn_before(const Line &line) {
+        turn_to(line.verb == bytes_before_tick ? line.at - milliseconds{1} : line.at);
     }
 
     /// Turns the clock until `outputs` is reached, at most to this time.
@@ -57,10 +60,7 @@ class Player {
             rig.turn_to(time);
     }
 
-    void lose_port() {
-        rig.port.is_open = false;
-        rig.program.comSeriell_OnComm(CommEvent::lost);
-    }
+    void lose_port() { rig.lose_port(); }
 
     /// A call that is being dialled is down within four seconds.
     void cancel_twice() {
@@ -92,11 +92,11 @@ class Player {
     std::vector<std::string> boxes_of_job() {
         std::vector<std::string> boxes;
         for (const std::string &entry : rig.journal) {
-            const std::string_view event = event_of(entry);
+            const std::string event = event_of(entry);
             if (event.starts_with("open "))
                 boxes.clear();
             else if (event.starts_with("box ") && event != "box Es läuft bereits ein Vorgang.")
-                boxes.emplace_back(event.substr(4));
+                boxes.push_back(event.substr(4));
         }
         return boxes;
     }
@@ -113,37 +113,23 @@ class Player {
     [[nodiscard]] bool stopped() const { return outputs && outputs_done() >= *outputs; }
 
   private:
-    /// The control of this kind with this name; none if there is none, or more than one.
-    template <class Kind> Kind *control(const std::string &name) {
-        const auto dot = name.find('.');
-        Kind *only = nullptr;
-        for (Form *form : rig.program.desk.forms) {
-            if (dot != std::string::npos && name.substr(0, dot) != form->name)
-                continue;
-            Kind *found = form->find<Kind>(dot == std::string::npos ? name : name.substr(dot + 1));
-            if (found && only)
-                return complain("several windows have " + name), nullptr;
-            only = found ? found : only;
-        }
-        return only;
-    }
-
+    /// Does something with the control of this kind with this name; not if there is none, or more than one.
     template <class Kind, class Action> bool with(const std::string &name, Action action) {
-        Kind *found = control<Kind>(name);
-        if (found)
-            action(*found);
-        return found != nullptr;
+        const auto dot = name.find('.');
+        std::vector<Kind *> found;
+        for (Form *form : rig.program.desk.forms)
+            if (dot == std::string::npos || name.substr(0, dot) == form->name)
+                if (Kind *control = form->find<Kind>(dot == std::string::npos ? name : name.substr(dot + 1)))
+                    found.push_back(control);
+        if (found.size() == 1)
+            action(*found[0]);
+        return found.size() == 1;
     }
 
-    template <class Value> void expect(const std::string &name, const Value &shown, const Value &expected) {
-        std::ostringstream words;
-        words << name << " shows " << shown << ", not " << expected;
-        if (shown != expected)
-            complain(words.str());
-    }
-
-    bool act(const std::string &verb, const std::string &name, const std::string &argument) {
+    bool act(const std::string &verb, const std::string &text) {
         Telvox &p = rig.program;
+        const std::string name = text.substr(0, text.find(' ')),
+                          argument = text.substr(std::min(name.size() + 1, text.size()));
         if (verb == "choose")
             return with<OptionButton>(name, [&](auto &c) { p.choose(c); });
         if (verb == "enter")
@@ -155,40 +141,34 @@ class Player {
                    with<MenuEntry>(name, [&](auto &c) { p.click(c); });
         if (verb == "shows")
             return with<Control>(name, [&](auto &c) {
-                const std::string shown = visible_lines(c.holds());
-                expect<std::string>(name,
-                                    shown == "ein"   ? "set"
-                                    : shown == "aus" ? "clear"
-                                                     : shown,
-                                    argument);
+                std::string shown = c.holds();
+                for (std::size_t at = 0; (at = shown.find('\n', at)) != std::string::npos;)
+                    shown.replace(at, 1, "\\n");
+                if (shown != argument)
+                    complain(name + " shows " + shown + ", not " + argument);
             });
-        if (verb == "close") {
+        if (verb == "close" || verb == "dismiss") {
             for (Form *form : p.desk.forms)
                 if (name == form->name)
-                    return p.close(*form), true;
+                    return verb == "close" ? p.close(*form) : p.dismiss(*form), true;
             return false;
         }
         if (verb == "begin")
-            return operation::Operator(p, rig.scan)
-                       .begin_with(operation::values_of_row(name + (argument.empty() ? "" : " " + argument))),
-                   true;
-        if (verb == "dismiss") {
-            for (Form *form : p.desk.forms)
-                if (name == form->name)
-                    return p.dismiss(*form), true;
-            return false;
-        }
+            return operation::Operator(p, rig.scan).begin_with(operation::values_of_row(text)), true;
         if (verb == "tell")
-            return p.tell(argument.empty() ? name : name + " " + argument), true;
-        if (verb == "set")
-            return set_session(name, argument);
+            return p.tell(text), true;
+        if (verb == "set") {
+            const auto session_text = session_texts.find(name);
+            return session_text != session_texts.end() &&
+                   (p.desk.session.*session_text->second = argument, true);
+        }
         if (verb == "cable" || verb == "modem") {
             rig.free_ports = {std::stoi(name)};
             verb == "cable" ? rig.choose_cable_port(std::stoi(name)) : rig.choose_modem_port(std::stoi(name));
             return true;
         }
         if (verb == "cannot-open")
-            return rig.open_failure = name + " " + argument, true;
+            return rig.open_failure = text, true;
         if (verb == "can-open")
             return rig.open_failure.clear(), true;
         if (verb == "carrier" || verb == "no-carrier") {
@@ -216,27 +196,6 @@ class Player {
         if (verb == "end")
             return check_idle(), true;
         return false;
-    }
-
-    /// A text of several lines on one.
-    static std::string visible_lines(std::string text) {
-        for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;)
-            text.replace(at, 1, "\\n");
-        return text;
-    }
-
-    bool set_session(const std::string &name, const std::string &value) {
-        Session &s = rig.program.desk.session;
-        const std::map<std::string, std::string *> strings = {
-            {"strSMS_Protokoll", &s.strSMS_Protokoll},
-            {"strSMS_Protokoll_ISDN", &s.strSMS_Protokoll_ISDN},
-            {"strSMS_Protokoll_ISDN_fern", &s.strSMS_Protokoll_ISDN_fern},
-            {"strCOMparameter_direkt", &s.strCOMparameter_direkt},
-            {"strCOMparameter_fern", &s.strCOMparameter_fern}};
-        const auto found = strings.find(name);
-        if (found != strings.end())
-            *found->second = value;
-        return found != strings.end();
     }
 };
 
@@ -298,7 +257,7 @@ std::string play_recorded(const Transcript &transcript) {
             shift += milliseconds{std::stoll(rig.journal[expected.size() - 1])} - line.at;
     }
     for (const std::string &entry : rig.journal)
-        actual.emplace_back(event_of(entry));
+        actual.push_back(event_of(entry));
     return player.faults + difference(expected, actual);
 }
 
@@ -306,13 +265,12 @@ std::string play_recorded(const Transcript &transcript) {
 std::string play_silent(const Transcript &transcript, std::size_t reply, const Line &report) {
     Player player;
     feed_until(player, transcript, reply);
-    player.turn_to(transcript[reply].verb == bytes_before_tick ? transcript[reply].at - milliseconds{1}
-                                                               : transcript[reply].at);
+    player.turn_before(transcript[reply]);
     const std::size_t before = player.rig.journal.size();
     std::string status = "status Bereit", command;
     bool dialled = false;
     for (const std::string &entry : player.rig.journal) {
-        const std::string event(event_of(entry));
+        const std::string event = event_of(entry);
         dialled = (dialled && !event.starts_with("open ")) || event.starts_with("-> ATX3D") ||
                   event.starts_with("-> ATD");
         if (event.starts_with("status "))
@@ -348,14 +306,8 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
     return wrong.empty() ? wrong : "silent instead of \"" + transcript[reply].rest + "\":\n" + wrong;
 }
 
-/// What may happen after any output, and the one box that then says so if the job had not ended.
-struct Intervention {
-    const char *what;
-    void (*happens)(Player &);
-    const char *box;
-};
-
-std::string play_interrupted(const Transcript &transcript, const Intervention &intervention) {
+/// Something happens after any output, and one box then says so if the job had not ended.
+std::string play_interrupted(const Transcript &transcript, void (Player::*happens)(), const char *box) {
     for (int output = 1;; ++output) {
         Player player;
         player.outputs = output;
@@ -366,15 +318,14 @@ std::string play_interrupted(const Transcript &transcript, const Intervention &i
         if (!player.rig.port.is_open)
             continue; // it was the job's last output
         const bool ended = !player.boxes_of_job().empty();
-        intervention.happens(player);
+        (player.*happens)();
         player.turn_to(player.rig.now + long_enough);
         player.check_idle();
         const auto boxes = player.boxes_of_job();
-        if (boxes.size() != 1 || (!ended && !boxes[0].starts_with(intervention.box)))
+        if (boxes.size() != 1 || (!ended && !boxes[0].starts_with(box)))
             player.complain(std::to_string(boxes.size()) + " boxes, not the one that says so");
         if (!player.faults.empty())
-            return std::string(intervention.what) + " after output " + std::to_string(output) + ":\n" +
-                   player.faults;
+            return box + (" after output " + std::to_string(output)) + ":\n" + player.faults;
     }
 }
 
@@ -436,11 +387,9 @@ std::string play(const Transcript &written, Playing how) {
     if (how == Playing::recorded)
         return play_recorded(transcript);
     if (how == Playing::lost)
-        return play_interrupted(transcript, {"port lost", [](Player &player) { player.lose_port(); },
-                                             "Die Verbindung zur Schnittstelle COM "});
+        return play_interrupted(transcript, &Player::lose_port, "Die Verbindung zur Schnittstelle COM ");
     if (how == Playing::cancelled)
-        return play_interrupted(transcript, {"cancelled", [](Player &player) { player.cancel_twice(); },
-                                             "Der Vorgang wurde abgebrochen."});
+        return play_interrupted(transcript, &Player::cancel_twice, "Der Vorgang wurde abgebrochen.");
     std::string wrong;
     for (std::size_t i = 0; i < transcript.size(); ++i) {
         if (how == Playing::silent && transcript[i].verb == stays_out)

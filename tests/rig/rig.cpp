@@ -4,29 +4,9 @@
 #include "core/text.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <stdexcept>
 
 namespace telvox::test {
-
-std::string visible(std::string_view bytes) {
-    std::string text;
-    for (const char c : bytes) {
-        if (c == '\r')
-            text += "\\r";
-        else if (c == '\n')
-            text += "\\n";
-        else if (c == '\\')
-            text += "\\\\";
-        else if (static_cast<unsigned char>(c) < 0x20) {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<unsigned>(c));
-            text += escape;
-        } else
-            text += from_line(std::string_view(&c, 1));
-    }
-    return text;
-}
 
 std::string bytes_of(std::string_view text) {
     const std::string visible = to_line(text);
@@ -197,12 +177,7 @@ void Rig::FakeBoxes::show(const Message &message, Answered answered) {
     if (answered)
         rig.answers.push_back(std::move(answered));
     rig.boxes.push_back(message);
-    std::string lines = message.text + (message.advice.empty() ? "" : "\r") + message.advice;
-    for (std::size_t at = 0; (at = lines.find('\r', at)) != std::string::npos;)
-        lines.replace(at, 1, "\\r");
-    rig.note((message.asks ? "asks " : "box ") + lines +
-             (message.title != program_title ? " [" + message.title + "]" : "") +
-             (message.icon == Icon::exclamation ? " (!)" : ""));
+    rig.note(record_of(message));
 }
 
 } // namespace telvox::test

@@ -12,9 +12,7 @@ namespace telvox::test {
 /// ATI\r".
 using Journal = std::vector<std::string>;
 
-/// Bytes of the line as readable text: control characters as escapes, the rest as UTF-8.
-std::string visible(std::string_view bytes);
-/// The reverse: "\r", "\n", "\t", "\\" and "\xNN" become bytes, other text Windows-1252.
+/// The reverse of `visible`: "\r", "\n", "\\" and "\xNN" become bytes, other text Windows-1252.
 std::string bytes_of(std::string_view text);
 
 /// Simulated outside: a port, timers, a socket, programs and boxes that write a journal, and a clock that the
@@ -31,6 +29,11 @@ class Rig : private Observer {
     bool run_until_idle(milliseconds limit);
     /// Bytes arrive from the line, in pieces of `piece` bytes (0: all at once), without time passing.
     void arrive(std::string_view bytes, std::size_t piece = 0);
+    /// The adapter is unplugged.
+    void lose_port() {
+        port.is_open = false;
+        program.comSeriell_OnComm(CommEvent::lost);
+    }
     void note(const std::string &event);
     /// How the last job or action that began came out.
     [[nodiscard]] Outcome outcome() const { return ends.empty() ? Outcome::refused : ends.back().outcome; }
