@@ -1,6 +1,5 @@
-// The rules of the GPRS and IP-telemetry dialogs, and what they read: list files, addresses, numbers.
+// The rules of the GPRS and IP-telemetry dialogs, and what they read: entries of the list, numbers.
 
-#include "core/files/list_files.hpp"
 #include "core/text.hpp"
 #include "rig/rig.hpp"
 
@@ -15,55 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-/// A folder with list files in it.
-class ListFolder : public testing::Test {
-  protected:
-    ListFolder() { fs::create_directories(folder); }
-    ~ListFolder() override { fs::remove_all(folder); }
-    fs::path write(std::string_view content) {
-        std::ofstream(folder / name, std::ios::binary) << content;
-        return folder / name;
-    }
-
-    const fs::path folder = fs::temp_directory_path() / ("telvox_lists_" + std::to_string(getpid()));
-    static constexpr const char *name = "gprsapn.dat";
-};
-
-TEST_F(ListFolder, LinesAreReadWhateverWroteThem) {
-    using Lines = std::vector<std::string>;
-    const std::pair<std::string_view, Lines> cases[] = {
-        {"", {}},
-        {"a: b\r\n\r\nc", {"a: b", "", "c"}},
-        {"\xEF\xBB\xBF"
-         "ä\nb\n",
-         {"ä", "b"}},
-        {"\xE4\r\n\x80", {"ä", "€"}},
-        {"ä\n\xE4", {"Ã¤", "ä"}}, // one byte decides for the whole file
-        {"\xC0\xAF\xED\xA0\x80", {"À¯í\u00A0€"}},
-        {std::string_view("a\0b\n\r\r\n", 7), {std::string("a\0b", 3), "\r"}},
-    };
-    for (const auto &[content, lines] : cases)
-        EXPECT_EQ(read_lines(write(content)), lines) << content;
-    EXPECT_THAT(read_lines(write(std::string(10'000'000, 'x'))), IsEmpty());
-    EXPECT_EQ(read_lines(write(std::string(10'000'000, '\n'))).size(), 5000u);
-    EXPECT_EQ(read_lines(write("ü\n" + std::string(262142, 'x') + "ü")), Lines{"ü"}) << "no half characters";
-    for (const fs::path &none : {fs::path(), folder, folder / "none", fs::path("/dev/zero")})
-        EXPECT_THAT(read_lines(none), IsEmpty()) << none;
-}
-
-TEST_F(ListFolder, ListsAreLookedForInTheirOrder) {
-    const fs::path data = folder / "data", program = folder / "bin", shared = folder / "share" / "telvox";
-    const auto folders = list_folders(data, program);
-    EXPECT_EQ(find_list_file(folders, name), fs::path());
-    for (const fs::path &place : {shared, program, data}) {
-        fs::create_directories(place / name); // a folder of that name is no list
-        EXPECT_NE(find_list_file(folders, name), place / name);
-        fs::remove(place / name);
-        std::ofstream(place / name) << "x";
-        EXPECT_EQ(find_list_file(folders, name), place / name);
-    }
-}
 
 TEST(FieldChecks, NumbersOfAnyLength) {
     const std::string endless(1000, '9');
@@ -105,12 +55,14 @@ std::string locked(const Form &form) {
 }
 
 /// A GPRS device on the cable, and its windows.
-class GprsDialogs : public ListFolder {
+class GprsDialogs : public testing::Test {
   protected:
     GprsDialogs() {
+        fs::create_directories(folder);
         rig.program.choose(desk.frmModem.optGPRS);
         rig.choose_cable_port(3);
     }
+    ~GprsDialogs() override { fs::remove_all(folder); }
     /// Clicks the button and answers the boxes that wait, in turn; returns how the job then stands.
     std::string start(Button &button, std::initializer_list<bool> answers) {
         rig.boxes.clear();
@@ -133,6 +85,8 @@ class GprsDialogs : public ListFolder {
         rig.program.enter(desk.frmModem.tboRufnummer_Modem, "0171");
     }
 
+    const fs::path folder = fs::temp_directory_path() / ("telvox_gprs_" + std::to_string(getpid()));
+    const fs::path list = folder / "gprsapn.dat";
     Rig rig{DataFolders{"/nonexistent", {folder}}};
     Desk &desk = rig.program.desk;
     FrmGPRS &gprs = desk.frmGPRS;
@@ -140,7 +94,7 @@ class GprsDialogs : public ListFolder {
 };
 
 TEST_F(GprsDialogs, OpenWithTheirListAndDesignState) {
-    write("Netz: web (user:me pw:you)\r\n\r\n\x1B[2J" + std::string(100'000, 'x'));
+    std::ofstream(list) << "Netz: web (user:me pw:you)\r\n\r\n\x1B[2J" + std::string(100'000, 'x');
     rig.program.click(desk.frmModem.mnuGPRS_konfig);
     EXPECT_TRUE(gprs.open);
     EXPECT_THAT(gprs.cobAPN.items,
@@ -176,7 +130,7 @@ TEST_F(GprsDialogs, OpenWithTheirListAndDesignState) {
     }
     rig.program.close(gprs);
     EXPECT_FALSE(gprs.open);
-    fs::remove(folder / name);
+    fs::remove(list);
     rig.program.click(desk.frmModem.mnuGPRS_konfig);
     EXPECT_EQ(gprs.cobAPN.text + desk.session.strGRPS_APN + gprs.tboIP.text + gprs.tboKeepAlive.text, "0");
     EXPECT_THAT(gprs.cobAPN.items, IsEmpty());

@@ -132,7 +132,6 @@ TEST(Ping, IsUnderstoodOnBothSystemsInBothLanguages) {
          false,
          {"PING 192.168.0.100 (192.168.0.100) 56(84) bytes of data.",
           "From 192.168.0.2 icmp_seq=1 Destination Host Unreachable"}},
-        {"no way there, Windows", "Antwort von 192.168.0.1: Zielhost nicht erreichbar.\r\n", true, false},
         {"on a loop, Windows", "Reply from 192.168.0.100: TTL expired in transit.\r\n", true, false},
         {"somebody else answers", "64 bytes from 127.0.0.1: icmp_seq=1 ttl=64 time=0.1 ms\n", true, false},
         {"a longer address", "Reply from 192.168.0.1001: bytes=32 time=2ms TTL=255\r\n", true, false},
@@ -206,6 +205,24 @@ TEST(Telnet, AnOkBeforeTheAddressWasSentDoesNotCount) {
     EXPECT_EQ(sent("OK\r\nAT>"), "#RESET\r");
 }
 
+void begin_gateway(Telvox &program) {
+    FrmGateway &form = program.desk.frmGateway;
+    program.choose(program.desk.frmModem.optEthernet);
+    program.click(program.desk.frmModem.mnuGateway);
+    program.enter(form.tboIP, "192.168.0.100");
+    program.enter(form.tboGateway, "192.168.0.7");
+    program.enter(form.tboNetzmaske, "255.0.0.0");
+    program.click(form.cbuEthernet_GW_Konfigurieren);
+}
+void begin_address(Telvox &program) {
+    FrmIPoEthernet &form = program.desk.frmIPoEthernet;
+    program.choose(program.desk.frmModem.optEthernet);
+    program.click(program.desk.frmModem.mnuIP_over_Ethernet);
+    program.enter(form.tboAlte_IP, "192.168.0.100");
+    program.enter(form.tboNeue_IP, "192.168.0.101");
+    program.click(form.cbuEthernet_IP_aendern);
+}
+
 /// The program and the simulated network on one turned clock.
 class NetworkBench {
   public:
@@ -215,7 +232,6 @@ class NetworkBench {
         };
         rig.on_send = [this](std::string_view bytes) { connection_->receive(bytes, rig.now); };
         rig.on_run = [this](const ShellCommand &command) { command_ = command; };
-        rig.program.choose(desk.frmModem.optEthernet);
     }
 
     /// Until the action has ended.
@@ -229,22 +245,6 @@ class NetworkBench {
                      !bytes.empty())
                 rig.program.Winsock_DataArrival(bytes);
         }
-    }
-
-    void configure_gateway() {
-        rig.program.click(desk.frmModem.mnuGateway);
-        rig.program.enter(desk.frmGateway.tboIP, "192.168.0.100");
-        rig.program.enter(desk.frmGateway.tboGateway, "192.168.0.7");
-        rig.program.enter(desk.frmGateway.tboNetzmaske, "255.0.0.0");
-        rig.program.click(desk.frmGateway.cbuEthernet_GW_Konfigurieren);
-        run();
-    }
-    void change_address() {
-        rig.program.click(desk.frmModem.mnuIP_over_Ethernet);
-        rig.program.enter(desk.frmIPoEthernet.tboAlte_IP, "192.168.0.100");
-        rig.program.enter(desk.frmIPoEthernet.tboNeue_IP, "192.168.0.101");
-        rig.program.click(desk.frmIPoEthernet.cbuEthernet_IP_aendern);
-        run();
     }
 
     Rig rig;
@@ -302,7 +302,8 @@ TEST(NetworkDialogue, EndsInOneBoxWhateverTheModuleDoes) {
         for (const bool gateway : {true, false}) {
             NetworkBench bench;
             bench.world.ethernet->faults = c.faults;
-            gateway ? bench.configure_gateway() : bench.change_address();
+            gateway ? begin_gateway(bench.rig.program) : begin_address(bench.rig.program);
+            bench.run();
             const bool done = gateway ? c.gateway_done : c.address_done;
             const std::string box = gateway ? (done ? "Gateway und Netzmaske erfolgreich eingestellt!"
                                                     : "Konfiguration fehlgeschlagen.")
@@ -368,10 +369,7 @@ TEST(NetworkDialogue, TheLogIsPlainTextOfLimitedSizeAndLeavingEndsEverything) {
         std::string heard;
     } listener;
     desk.observers.add(listener);
-    rig.program.choose(desk.frmModem.optEthernet);
-    rig.program.click(desk.frmModem.mnuGateway);
-    rig.program.enter(desk.frmGateway.tboIP, "192.168.0.100");
-    rig.program.click(desk.frmGateway.cbuEthernet_GW_Konfigurieren);
+    begin_gateway(rig.program);
     rig.program.process_ended({.output = "64 bytes from 192.168.0.100: ttl=64\n"});
     rig.program.Winsock_DataArrival("\x1B[2J\xFC\a\xE2\x82\xAC\r\n\x7F");
     EXPECT_THAT(desk.frmGateway.tboShell.text, EndsWith("ttl=64\n[2Jü€\n"));
@@ -391,11 +389,7 @@ TEST(NetworkDialogue, TheLogIsPlainTextOfLimitedSizeAndLeavingEndsEverything) {
 TEST(NetworkDialogue, TheUserCanEndIt) {
     Rig rig;
     Desk &desk = rig.program.desk;
-    rig.program.choose(desk.frmModem.optEthernet);
-    rig.program.click(desk.frmModem.mnuIP_over_Ethernet);
-    rig.program.enter(desk.frmIPoEthernet.tboAlte_IP, "192.168.0.100");
-    rig.program.enter(desk.frmIPoEthernet.tboNeue_IP, "192.168.0.101");
-    rig.program.click(desk.frmIPoEthernet.cbuEthernet_IP_aendern);
+    begin_address(rig.program);
     rig.program.click(desk.frmIPoEthernet.cbuEthernet_IP_aendern); // locked
     rig.program.cancel();
     EXPECT_THAT(rig.journal, ElementsAre(HasSubstr("run ping"), EndsWith("kill"),

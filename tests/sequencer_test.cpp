@@ -104,62 +104,6 @@ TEST(Sequencer, TellsARejectionForItsOwnJobOnly) {
     EXPECT_THAT(job.rig.boxes.back().text, Not(HasSubstr("nicht angenommen")));
 }
 
-TEST(Sequencer, TakesTheEchoOfATextForNoRejection) {
-    Rig rig;
-    FrmModem &f = rig.program.desk.frmModem;
-    rig.program.choose(f.optGPRS);
-    rig.choose_cable_port(3);
-    for (TextBox *box : {&f.tboRufnummer_Empfaenger, &f.tboService_Center})
-        rig.program.enter(*box, "0171");
-    rig.program.enter(f.tboAlarmmeldung, "ERROR");
-    rig.on_output = [&](std::string_view bytes) {
-        rig.port.pending += bytes == "AT**IMEI?\r"         ? "IMEI: 123456789012345\r\n"
-                            : bytes.starts_with("AT+CMGW") ? "> "
-                                                           : "\r\n" + std::string(bytes) + "\r\n";
-        if (bytes.starts_with("ERROR"))
-            rig.port.pending += "ERROR\r\n";
-    };
-    rig.program.click(f.cbuParametrieren);
-    for (int tick = 0; tick < 100 && rig.program.busy(); ++tick) {
-        rig.turn_to(rig.timer.due);
-        if (rig.port.is_open)
-            rig.program.comSeriell_OnComm(CommEvent::data);
-    }
-    ASSERT_EQ(rig.boxes.size(), 1u);
-    EXPECT_EQ(rig.boxes[0].text, "Das Telvox-A wurde erfolgreich parametriert.");
-}
-
-TEST(Sequencer, BelievesWhatCameBeforeTheCarrierFell) {
-    for (const bool before : {true, false}) {
-        Rig rig;
-        FrmModem &f = rig.program.desk.frmModem;
-        rig.program.choose(f.optFernverbindung);
-        rig.choose_modem_port(3);
-        for (TextBox *box :
-             {&f.tboRufnummer_Modem, &f.tboRufnummer_Empfaenger, &f.tboService_Center, &f.tboAlarmmeldung})
-            rig.program.enter(*box, "0");
-        rig.program.click(f.cbuParametrieren);
-        rig.turn_by(milliseconds{3000});
-        rig.program.comSeriell_OnComm(CommEvent::carrier_rise);
-        for (const char *said : {"ONLINE", ">", "NEW ALARM TEXT: "}) {
-            rig.turn_by(milliseconds{8500});
-            rig.arrive(said);
-        }
-        rig.turn_by(milliseconds{1150}); // the text is out
-        const auto fall = [&](CommEvent event) { rig.program.comSeriell_OnComm(event); };
-        if (before)
-            rig.arrive("\r\nERROR\r\n");
-        fall(CommEvent::carrier_fall);
-        rig.arrive(before ? "\r\nNO CARRIER\r\n" : "\r\nERROR\r\n"); // the local modem's own
-        fall(CommEvent::carrier_rise);
-        rig.turn_by(milliseconds{6000});
-        rig.arrive("OK");
-        EXPECT_TRUE(rig.run_until_idle(milliseconds{60'000}));
-        EXPECT_THAT(rig.boxes.back().text, HasSubstr("erfolgreich konfiguriert"));
-        EXPECT_EQ(rig.boxes.back().text.find("nicht angenommen") != std::string::npos, before);
-    }
-}
-
 /// A family whose jobs lead nowhere: no device table may have them, but an answer could make one of any.
 const Family &lost_family(const JobContext &) {
     static constexpr auto circle =
@@ -212,20 +156,6 @@ TEST(Sequencer, EndsAJobThatCirclesOrStalls) {
     EXPECT_EQ(ends[0].by, &desk.frmModem.cbuTest);
     EXPECT_EQ(ends[0].outcome, Outcome::failed);
     EXPECT_EQ(ends[0].said.at(0).text, "Das Telvox-A antwortet nicht wie erwartet.");
-}
-
-TEST(Sequencer, ResetKeepsWhatOutlivesAJob) {
-    Rig rig;
-    Session &session = rig.program.desk.session;
-    session = {.strCOMparameter_direkt = "2400,e,8,1", .byteISDN_Anschlussart = 2, .boolWavecom_Modem = true};
-    rig.choose_cable_port(3);
-    rig.program.click(rig.program.desk.frmModem.cbuTest);
-    ASSERT_TRUE(rig.run_until_idle(milliseconds{10000}));
-    EXPECT_EQ(rig.timer.period, milliseconds{100});
-    EXPECT_EQ(rig.program.desk.frmModem.StatusBar.text, "Bereit");
-    EXPECT_TRUE(session.boolWavecom_Modem);
-    EXPECT_EQ(session.byteISDN_Anschlussart, 2);
-    EXPECT_EQ(session.strCOMparameter_direkt, "2400,e,8,1");
 }
 
 TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {

@@ -1,4 +1,4 @@
-// The serial settings with their file, the number lists, and the help's table of contents.
+// The serial settings with their file, the list files and number lists, and the help's table of contents.
 
 #include "core/files/list_files.hpp"
 #include "core/help_topics.hpp"
@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 /// A program whose files lie in a folder of its own.
 class SettingsForms : public testing::Test {
@@ -131,6 +132,46 @@ TEST_F(SettingsForms, AskBeforeANewFormatOfTheDeviceIsForgotten) {
     p.click(d.frmModem.mnuEinstellungen);
     p.close(f);
     EXPECT_FALSE(f.open) << "all is saved";
+}
+
+TEST_F(SettingsForms, LinesAreReadWhateverWroteThem) {
+    using Lines = std::vector<std::string>;
+    const auto lines_of = [&](std::string_view content) {
+        write("FSN.dat", content);
+        return read_lines(folder / "FSN.dat");
+    };
+    const std::pair<std::string_view, Lines> cases[] = {
+        {"", {}},
+        {"a: b\r\n\r\nc", {"a: b", "", "c"}},
+        {"\xEF\xBB\xBF"
+         "ä\nb\n",
+         {"ä", "b"}},
+        {"\xE4\r\n\x80", {"ä", "€"}},
+        {"ä\n\xE4", {"Ã¤", "ä"}}, // one byte decides for the whole file
+        {"\xC0\xAF\xED\xA0\x80", {"À¯í\u00A0€"}},
+        {std::string_view("a\0b\n\r\r\n", 7), {std::string("a\0b", 3), "\r"}},
+    };
+    for (const auto &[content, lines] : cases)
+        EXPECT_EQ(lines_of(content), lines) << content;
+    EXPECT_THAT(lines_of(std::string(10'000'000, 'x')), IsEmpty());
+    EXPECT_EQ(lines_of(std::string(10'000'000, '\n')).size(), 5000u);
+    EXPECT_EQ(lines_of("ü\n" + std::string(262142, 'x') + "ü"), Lines{"ü"}) << "no half characters";
+    for (const fs::path &none : {fs::path(), folder, folder / "none", fs::path("/dev/zero")})
+        EXPECT_THAT(read_lines(none), IsEmpty()) << none;
+}
+
+TEST_F(SettingsForms, ListsAreLookedForInTheirOrder) {
+    constexpr const char *name = "gprsapn.dat";
+    const fs::path data = folder / "data", program = folder / "bin", shared = folder / "share" / "telvox";
+    const auto folders = list_folders(data, program);
+    EXPECT_EQ(find_list_file(folders, name), fs::path());
+    for (const fs::path &place : {shared, program, data}) {
+        fs::create_directories(place / name); // a folder of that name is no list
+        EXPECT_NE(find_list_file(folders, name), place / name);
+        fs::remove(place / name);
+        std::ofstream(place / name) << "x";
+        EXPECT_EQ(find_list_file(folders, name), place / name);
+    }
 }
 
 TEST(NumberLists, GiveEachLineItsNumberAndCodes) {
