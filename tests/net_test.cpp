@@ -189,22 +189,6 @@ TEST(Telnet, NegotiationIsTakenOutAndRefusedOnce) {
     }
 }
 
-TEST(Telnet, AnOkBeforeTheAddressWasSentDoesNotCount) {
-    TelnetDialogue dialogue(ethernet_dialogues.address, {.address = "192.168.0.7"});
-    const auto sent = [&](const char *said) {
-        std::string all;
-        for (const std::string &command : dialogue.arrive(said).sent)
-            all += command;
-        return all;
-    };
-    for (const char *login : {"Username: ", "Password: "})
-        EXPECT_EQ(sent(login), "tovri\r");
-    EXPECT_EQ(sent("OK\r\n"), "");
-    EXPECT_EQ(sent("AT>"), "#IP=192.168.0.7\r");
-    EXPECT_FALSE(dialogue.state().reset_sent);
-    EXPECT_EQ(sent("OK\r\nAT>"), "#RESET\r");
-}
-
 void begin_gateway(Telvox &program) {
     FrmGateway &form = program.desk.frmGateway;
     program.choose(program.desk.frmModem.optEthernet);

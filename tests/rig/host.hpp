@@ -94,4 +94,22 @@ template <class Far> class Host {
     Far &far_;
 };
 
+/// What a device keeps, in words.
+inline std::string summary(const Memory &memory) {
+    std::string text;
+    for (const auto &[name, value] : {std::pair{"to", memory.recipient},
+                                      {"text", memory.text},
+                                      {"service", memory.service_number},
+                                      {"protocol", memory.protocol},
+                                      {"pin", memory.pin},
+                                      {"msn", memory.msn},
+                                      {"data", memory.data_msn}})
+        text += value.empty() ? "" : name + ("=" + value) + " ";
+    for (const auto &[name, value] : {std::pair{"armed ", memory.input_armed},
+                                      {"ptp ", memory.point_to_point},
+                                      {"unsaved ", !memory.saved}})
+        text += value ? name : "";
+    return text + std::to_string(memory.alarms);
+}
+
 } // namespace telvox::simulator

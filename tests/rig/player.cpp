@@ -16,7 +16,6 @@ namespace {
 
 constexpr milliseconds long_enough{180'000}; ///< for every job to end by itself
 
-bool is_fed(const Line &line) { return line.verb != done && line.verb != stays_out; }
 std::string event_of(const std::string &entry) { return entry.substr(entry.find('|') + 2); }
 
 const std::map<std::string, std::string Session::*> session_texts = {
@@ -105,12 +104,10 @@ class Player {
     std::string faults;
     std::optional<int> outputs; ///< the clock stands still after this many outputs
 
-    [[nodiscard]] int outputs_done() const {
-        return static_cast<int>(std::count_if(rig.journal.begin(), rig.journal.end(), [](const auto &entry) {
-            return event_of(entry).starts_with("->");
-        }));
+    [[nodiscard]] bool stopped() const {
+        const auto is_output = [](const auto &entry) { return event_of(entry).starts_with("->"); };
+        return outputs && std::count_if(rig.journal.begin(), rig.journal.end(), is_output) >= *outputs;
     }
-    [[nodiscard]] bool stopped() const { return outputs && outputs_done() >= *outputs; }
 
   private:
     /// Does something with the control of this kind with this name; not if there is none, or more than one.
@@ -167,10 +164,8 @@ class Player {
             verb == "cable" ? rig.choose_cable_port(std::stoi(name)) : rig.choose_modem_port(std::stoi(name));
             return true;
         }
-        if (verb == "cannot-open")
+        if (verb == "cannot-open" || verb == "can-open")
             return rig.open_failure = text, true;
-        if (verb == "can-open")
-            return rig.open_failure.clear(), true;
         if (verb == "carrier" || verb == "no-carrier") {
             if (!rig.port.watches)
                 complain("nobody watches the carrier");
@@ -202,7 +197,7 @@ class Player {
 /// Feeds all lines of a transcript before this one.
 void feed_until(Player &player, const Transcript &transcript, std::size_t end, std::size_t piece = 0) {
     for (std::size_t i = 0; i < end; ++i)
-        if (is_fed(transcript[i]))
+        if (transcript[i].verb != done && transcript[i].verb != stays_out)
             player.feed(transcript[i], piece);
 }
 
