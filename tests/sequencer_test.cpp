@@ -173,7 +173,7 @@ TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
         rig.port.pending = bytes;
         EXPECT_EQ(record.Input(), bytes);
     };
-    record.Output("AT**MSG1=\"\xD6l\"\r");
+    record.Output("AT**MSG1=\"\xD6l\\\"\r");
     receive("TIME: 2000\r\n\x1B[2J\x9D par");
     rig.now = milliseconds{1200};
     record.Output("+++");
@@ -197,7 +197,7 @@ TEST(Record, ShowsTheDialogueAsItWentAndKeepsSecrets) {
     receive("EYC: noch eins\r\n");
     EXPECT_THAT(lines,
                 testing::ElementsAre(
-                    "0 | -> AT**MSG1=\"Öl\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
+                    "0 | -> AT**MSG1=\"Öl\\\\\"\\r", "0 <- TIME: 2000\\r\\n", "0 <- \\x1B[2J\\x9D par",
                     "1200 | -> +++", "1200 | -> \\r", "1200 <- " + std::string(200, 'n'),
                     "1200 <- " + std::string(50, 'n'), "1200 | -> AT**PIN=***\\r",
                     "1200 <- AT**PIN=***\\r\\n", "1200 <- PPPPW: ***\\r\\n", "1200 <- PPPUSER: ***x\\r\\n",

@@ -175,12 +175,6 @@ TEST_F(WindowTest, ClosingInMidJobAsksClosesThePortAndEndsOnce) {
     EXPECT_EQ(ended, 1);
 }
 
-TEST_F(WindowTest, TheEndButtonEnds) {
-    click("cbuBeenden");
-    EXPECT_FALSE(main_window().isVisible());
-    EXPECT_EQ(ended, 1);
-}
-
 TEST_F(WindowTest, TheEnterKeyPressesTheButtonThatIsMeant) {
     QtMessageBoxes boxes;
     boxes.owner = [&] { return windows.front(); };
@@ -199,7 +193,7 @@ TEST_F(WindowTest, TheEnterKeyPressesTheButtonThatIsMeant) {
     auto &end = find<QPushButton>("cbuBeenden");
     end.setFocus();
     QTest::keyClick(&end, Qt::Key_Enter);
-    EXPECT_EQ(ended, 1);
+    EXPECT_TRUE(ended == 1 && !main_window().isVisible());
 }
 
 TEST_F(WindowTest, ASwallowedKeySaysWhy) {
