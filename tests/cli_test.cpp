@@ -34,15 +34,20 @@ std::vector<std::string> words(const std::string &call) {
     return all;
 }
 
+/// The sentence that a function refuses with; empty: it does not.
+template <class Function> std::string refusal_of(Function &&function) {
+    try {
+        function();
+        return {};
+    } catch (const UsageError &error) {
+        return error.what();
+    }
+}
+
 /// The program with free ports 3 and 6, worked by calls.
 struct FilledDesk {
     std::string refusal(const std::string &call) {
-        try {
-            at_the_form.work(parse_call(words(call)));
-            return {};
-        } catch (const UsageError &error) {
-            return error.what();
-        }
+        return refusal_of([&] { at_the_form.work(parse_call(words(call))); });
     }
 
     Rig rig{{"/dev/null/none", {SHARE}}};
@@ -104,14 +109,10 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"alarmtest --alarmtext=\xFF", "--alarmtext: kein gültiger Text (UTF-8)"},
         {"alarmtest \xFF", "Angabe 2: kein gültiger Text"},
     };
-    for (const auto &[call, because] : cases) {
-        try {
-            static_cast<void>(parse_call(words(call)));
-            ADD_FAILURE() << call << " was taken";
-        } catch (const UsageError &error) {
-            EXPECT_THAT(error.what(), HasSubstr(because)) << call;
-        }
-    }
+    for (const auto &[call, because] : cases)
+        EXPECT_THAT(refusal_of([&, &all = call] { static_cast<void>(parse_call(words(all))); }),
+                    HasSubstr(because))
+            << call;
     EXPECT_EQ(std::string(UsageError("a\nb\x1B[2J").what()), "a?b?[2J") << "one harmless line";
 }
 
@@ -265,14 +266,9 @@ TEST(CliCall, TakesValuesFromLines) {
         {"pin --aus /x\x1B[2J\xC2\x9B", "", "\"/x?[2J?\" gibt es nicht"},
         {"pin --aus /nonexistent", "", "\"/nonexistent\" gibt es nicht"},
     };
-    for (const auto &[words, lines, because] : cases) {
-        try {
-            static_cast<void>(filled(words, lines));
-            ADD_FAILURE() << lines << " was taken";
-        } catch (const UsageError &error) {
-            EXPECT_THAT(error.what(), HasSubstr(because));
-        }
-    }
+    for (const auto &[words, lines, because] : cases)
+        EXPECT_THAT(refusal_of([&, &of = words, &in = lines] { static_cast<void>(filled(of, in)); }),
+                    HasSubstr(because));
 }
 
 TEST(CliCall, WhatAJobPrintsIsWhatItTakes) {

@@ -89,19 +89,11 @@ TEST(Ping, IsUnderstoodOnBothSystemsInBothLanguages) {
          true,
          false,
          {"Antwort von 192.168.0.2: Zielhost nicht erreichbar."}},
-        {"Windows, English, without a network",
-         "\r\nPinging 192.168.0.100 with 32 bytes of data:\r\nPING: transmit failed. General failure. \r\n"
-         "\r\nPing statistics for 192.168.0.100:\r\n    Packets: Sent = 4, Received = 0, Lost = 4 (100% "
-         "loss),\r\n",
-         false, false},
         {"Windows, German, without a network",
          "PING: Fehler bei der Übertragung. Allgemeiner Fehler.\r\n",
          false,
          false,
          {"PING: Fehler bei der Übertragung. Allgemeiner Fehler."}},
-        {"Windows, German, on a loop",
-         "Antwort von 192.168.0.1: Die Gültigkeitsdauer wurde bei der Übertragung überschritten.\r\n", true,
-         false},
         {"Linux, English",
          "PING 192.168.0.100 (192.168.0.100) 56(84) bytes of data.\nno answer yet for icmp_seq=1\n"
          "64 bytes from 192.168.0.100: icmp_seq=2 ttl=64 time=0.321 ms\n"
@@ -136,11 +128,6 @@ TEST(Ping, IsUnderstoodOnBothSystemsInBothLanguages) {
         {"somebody else answers", "64 bytes from 127.0.0.1: icmp_seq=1 ttl=64 time=0.1 ms\n", true, false},
         {"a longer address", "Reply from 192.168.0.1001: bytes=32 time=2ms TTL=255\r\n", true, false},
         {"an address that ends alike", "Reply from 2.192.168.0.100: bytes=32 TTL=255\r\n", true, false},
-        {"no permission",
-         "ping: socket: Operation not permitted\n",
-         false,
-         false,
-         {"ping: socket: Operation not permitted"}},
         {"nothing", "", false, false}};
     for (const Case &c : cases) {
         const auto any = evaluate_ping(c.output, PingRule::any_answer, "192.168.0.100");

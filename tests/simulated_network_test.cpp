@@ -86,37 +86,8 @@ TEST_F(InNetwork, module_without_address_takes_that_of_the_first_packet_to_its_m
     EXPECT_FALSE(network.ping("192.168.0.100", now + 5s)) << "packets go to the wrong module";
 }
 
-TEST_F(InNetwork, module_can_misbehave) {
-    struct Case {
-        const char *name;
-        TelnetFaults faults;
-        const char *transcript;
-        Connection::State state = Connection::State::open;
-    };
-    const std::string in{logged_in};
-    const std::string error = in + "\n #GW=1.1.1.1 -> ERROR~AT>_", mute = in + "\n #RESET",
-                      never = in + "\n #GW=1.1.1.1 -> AT>_";
-    const Case cases[] = {
-        {"refuses", {.refuses_connection = true}, "wait", Connection::State::rejected},
-        {"login",
-         {.refuses_login = true},
-         "wait -> Telvox-A Ethernet~Username:_\n tovri -> Password:_\n tovri -> Login incorrect~Username:_"},
-        {"error", {.error_at = "#GW="}, error.c_str()},
-        {"closes",
-         {.closes_at = "Password"},
-         "wait -> Telvox-A Ethernet~Username:_\n tovri -> Password:_\n tovri",
-         Connection::State::closed},
-        {"mute", {.mute_at = "#RESET"}, mute.c_str()},
-        {"never answers", {.mute_at = "connect"}, "wait\n tovri -> Password:_"},
-        {"never ok", {.never_ok = true}, never.c_str()},
-    };
-    for (const auto &[name, faults, transcript, state] : cases) {
-        SCOPED_TRACE(name);
-        module.faults = faults;
-        EXPECT_EQ(play(transcript), state);
-    }
-    EXPECT_EQ(module.memory.settings.at("GW"), "1.1.1.1");
-
+/// The faults that end a dialogue are seen in it.
+TEST_F(InNetwork, module_can_talk_in_other_ways) {
     module.faults = {.one_byte_packets = true, .negotiates = true};
     auto connection = network.connect("192.168.0.100", 23, now);
     std::string heard;
