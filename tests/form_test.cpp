@@ -349,6 +349,7 @@ TEST_F(MainWindow, DialogsKeepWhatTheirJobNeeds) {
     for (const auto &[signal, text] : {std::pair{17, "17 von 31, −79 dBm"}, {99, "nicht bekannt"}}) {
         status.show({.signal = signal});
         EXPECT_EQ(status.lblSignalwert.caption, text);
+        EXPECT_EQ(status.pzbSignalstaerke.value, signal % 99);
     }
     for (const Button *button : {&status.cbuPIN_Status, &status.cbuReg_zustand, &status.cbuSignalstaerke,
                                  &status.cbuIMEI, &status.cbuSchließen})

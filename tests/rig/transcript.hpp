@@ -13,9 +13,9 @@
 ///   0 enter tboAlarmmeldung Pumpe aus  text box
 ///   0 tick chkAmt / untick chkAmt      check box
 ///   0 click cbuTest                    button or menu entry
-///   0 close frmPin                     title bar of a window
+///   0 close frmPin                     title bar of a window; "dismiss": it goes without a question
 ///   0 cable 3 / modem 6                port lists
-///   0 keep list / restore list ports   the main window as it is now, and as it was then
+///   0 begin typ=gsm empfaenger=1       the main window as at the start, then filled in
 ///   0 tell Gerät 1 von 3               text in the status bar that is no job's
 ///   0 set strSMS_Protokoll M3          session string
 ///   100 | status Anwahl | -> ATI\r     done by the program at this time, in this order
@@ -29,7 +29,7 @@
 ///   300 answer ja / nein               the oldest question that is open
 ///   300 pick cobAPN TEXT               an entry of a list, or text of an editable one
 ///   300 cannot-open WHY / can-open     whether the port opens
-///   300 shows tboStatus PIN korrekt    a control's text as it must be now (line breaks as "\n")
+///   300 shows tboStatus PIN korrekt    what a control must hold now ("ein", "aus"; line breaks as "\n")
 ///   300 use gsm_call                   the lines of that preset, their times counted from here
 ///   9000 end                           clock turned to here; session idle, port closed, inputs usable
 ///
