@@ -108,13 +108,15 @@ template <class Handler> void Telvox::event(Handler &&handler) {
 
 /// What they do about an end may end something else.
 void Telvox::tell_observers() {
-    while (!starts_.empty() || !ends_.empty()) {
-        for (const Button *by : std::exchange(starts_, {}))
-            desk.observers.tell(&Observer::started, *by);
-        for (const JobEnd &end : std::exchange(ends_, {}))
-            desk.observers.tell(&Observer::ended, end);
-    }
-    desk.observers.tell(&Observer::happened);
+    do {
+        while (!starts_.empty() || !ends_.empty()) {
+            for (const Button *by : std::exchange(starts_, {}))
+                desk.observers.tell(&Observer::started, *by);
+            for (const JobEnd &end : std::exchange(ends_, {}))
+                desk.observers.tell(&Observer::ended, end);
+        }
+        desk.observers.tell(&Observer::happened);
+    } while (!starts_.empty() || !ends_.empty());
 }
 
 void Telvox::status(std::string_view text) {
@@ -249,7 +251,7 @@ void Telvox::put(Control &control, std::string_view value) {
     if (!control.usable())
         return;
     event([&] {
-        if (!control.take(value))
+        if (!control.take(value) || !control.recorded)
             return;
         record(control);
         note_change(false);

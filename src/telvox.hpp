@@ -99,6 +99,8 @@ class Telvox : private Observer {
 
     /// A job runs, or an action on the network.
     [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy(); }
+    /// What the line has said since the last tick.
+    [[nodiscard]] std::string_view received() const { return link_.strCOM_Eingang.text(); }
     [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
 
     Desk desk;

@@ -191,7 +191,7 @@ TEST_F(ListFiles, ResultsAreReadBackByWhatTheRowIsKnownBy) {
         EXPECT_THAT(refusal(), HasSubstr("Die Datei wird von einem anderen Programm benutzt."));
     }
     EXPECT_THAT(bytes(),
-                HasSubstr("\r\n2;'=1+1;" + local_time(0) + ";COM 0;erfolgreich;'+Fehler Zeile 0\r\n3;''-;"));
+                HasSubstr("\r\n2;'=1+1;" + local_time(0) + ";COM 0;erfolgreich;'+Fehler Zeile 0;\r\n3;''-;"));
     EXPECT_THAT(local_time(0), testing::MatchesRegex("....-..-.. ..:..:.."));
     EXPECT_THAT(last(list),
                 ElementsAre("erfolgreich@COM 0: +Fehler Zeile 0", "mit Ablehnungen@COM 1: +Fehler Zeile 1",
@@ -224,7 +224,7 @@ TEST_F(ListFiles, WhateverIsLeftOfTheLastLineIsMended) {
 }
 
 TEST_F(ListFiles, AResultFileThatIsNoneOrCannotBeWrittenIsRefused) {
-    const std::string head = "zeile;name;zeit;schnittstelle;ergebnis;meldung\n";
+    const std::string head = "zeile;name;zeit;schnittstelle;ergebnis;meldung\n"; // as earlier versions wrote it
     const struct {
         std::string bytes;
         const char *because;
@@ -273,7 +273,7 @@ TEST_F(ListFiles, AResultThatDoesNotFitLeavesNothingBehind) {
     EXPECT_EQ(bytes(), before);
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
     EXPECT_EQ(file.append(0, {.outcome = RowOutcome::succeeded}), "");
-    EXPECT_EQ(bytes(), before + "2;a;;;erfolgreich;\r\n");
+    EXPECT_EQ(bytes(), before + "2;a;;;erfolgreich;;\r\n");
     fs::remove(results); // or an editor has put another in its place
     EXPECT_THAT(file.append(0, {.outcome = RowOutcome::succeeded}), HasSubstr("gelöscht oder ersetzt"));
 }

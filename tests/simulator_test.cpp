@@ -265,7 +265,7 @@ TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
     constexpr const char *answers[] = {"ATI0 -> Telvox-A Analog~OK",
                                        "ATI1 -> Telvox-A ISDN 64000~OK",
                                        "ATI -> KWT Telvox-A GSM V3.2",
-                                       "AT**IMEI? -> IMEI: 001010000000017",
+                                       "AT**IMEI? -> IMEI: 001010000000025",
                                        "raw +++ -> OK\n ATI0 -> ETHERNET Telvox-A V1.1~OK",
                                        "AT -> OK"};
     for (int number = 1; number <= 6; ++number) {

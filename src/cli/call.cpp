@@ -100,7 +100,9 @@ Call parse_call(const std::vector<std::string> &all) {
             continue;
         } else if (name.starts_with("--") && find_option(name.substr(2))) {
             arguments.once();
-            call.values[name.substr(2)] = {arguments.value(), {.name = name.substr(2)}};
+            const Option &option = *find_option(name.substr(2));
+            call.values[option.name] = {option.bare ? arguments.value_or("ein") : arguments.value(),
+                                        {.name = option.name}};
         } else if (!call.job && !name.starts_with("-")) {
             call.job = find_job(name);
             if (!call.job)

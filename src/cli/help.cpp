@@ -7,7 +7,9 @@ namespace {
 std::string lines(std::span<const Option> options) {
     std::string text;
     for (const Option &option : options)
-        text += help_line("--" + std::string(option.name) + " " + option.value, option.help);
+        text += help_line("--" + std::string(option.name) + (option.bare ? "" : " ") +
+                              (option.bare ? "" : option.value),
+                          option.help);
     return text;
 }
 
@@ -53,6 +55,8 @@ std::string help_of(const JobCommand &job) {
         text += about_lists + std::string("\n");
     if (!job.options.empty())
         text += "Optionen des Auftrags:\n" + lines(job.options) + "\n";
+    if (!job.around.empty() || job.file)
+        text += "Um den Auftrag herum:\n" + lines(job.file ? around_options() : job.around) + "\n";
     if (job.button || job.file)
         text += "Gerät und Weg:\n" + lines(way_options()) + "\n";
     if ((job.button && !job.menu && !job.result) || job.file)
@@ -74,6 +78,7 @@ std::string help_text(const JobCommand *job) {
     for (const JobCommand &of : job_commands())
         if (!of.options.empty())
             text += "\nNur " + std::string(of.name) + ":\n" + lines(of.options);
+    text += "\nUm einen Auftrag herum (gsm und gprs):\n" + lines(around_options());
     return text + "\nAllgemein:\n" + every_job_takes(nullptr) + "\n" + about_lists +
            "\nMeldungen und Werte gehen auf die Standardausgabe, Statustexte, Warnungen und\n"
            "Rückfragen auf den Standardfehler. Wo \"-\" als Wert genannt ist, wird eine Zeile\n"
@@ -81,7 +86,8 @@ std::string help_text(const JobCommand *job) {
            "angehängt: --alarmtext=--Text\n"
            "\nErgebnis: 0 gelungen; 1 der Auftrag meldet einen Fehler, oder die Ausgabe ließ\n"
            "sich nicht schreiben; 2 Aufruf oder Prüfung abgelehnt; 3 zu Ende geführt, aber\n"
-           "das Gerät hat etwas nicht angenommen; 130 oder 143 abgebrochen mit Strg-C oder\n"
+           "das Gerät hat etwas nicht angenommen; 4 das Gerät ist anders eingestellt; 130 oder 143 "
+           "abgebrochen mit Strg-C oder\n"
            "SIGTERM (eine Verbindung wird aufgelegt, die Schnittstelle geschlossen; beim\n"
            "zweiten Mal endet das Programm sofort). Bei liste entscheidet die Zeile, die am\n"
            "schlechtesten ausging.\n";

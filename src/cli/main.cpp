@@ -2,7 +2,7 @@
 #include "cli/interrupt.hpp"
 #include "cli/output.hpp"
 #include "cli/run_list.hpp"
-#include "operation/operator.hpp"
+#include "operation/plan.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -43,18 +43,18 @@ class Watched final : public Observer {
   public:
     Watched(Outputs &out, bool trace) : out_(out), trace_(trace), log_(out.remarks, trace) {}
 
-    void ended(const JobEnd &job) override {
-        outcome = job.outcome;
-        log_.end(went_well(outcome));
-        QCoreApplication::quit();
-    }
     void status(std::string_view text) override {
         if (!trace_) // it is in the trace
             out_.remarks.line(std::string(text));
     }
     void logged(std::string_view text) override { log_.take(text); }
+    void over(const operation::WorkEnd &work) {
+        end = work;
+        log_.end(went_well(end.outcome));
+        QCoreApplication::quit();
+    }
 
-    Outcome outcome = Outcome::refused;
+    operation::WorkEnd end{{.by = nullptr, .outcome = Outcome::refused, .said = {}}, {}, {}};
 
   private:
     Outputs &out_;
@@ -68,6 +68,8 @@ int exit_code(Outcome outcome) {
         return cli::job_succeeded;
     case Outcome::objected:
         return cli::device_objected;
+    case Outcome::differs:
+        return cli::device_differs;
     case Outcome::failed:
     case Outcome::cancelled:
         return cli::job_failed;
@@ -96,14 +98,23 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     });
 
     operation::Operator at_the_form(program, ports.scan);
-    const auto values_follow = [&] { return call.job->result && (call.job->look || went_well(job.outcome)); };
+    operation::Plan plan(program, at_the_form);
+    plan.over = [&](const operation::WorkEnd &work) { job.over(work); };
+    const auto values_follow = [&] {
+        return call.job->result && (call.job->look || went_well(job.end.outcome));
+    };
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
-    if (!at_the_form.work(call))
+    if (!at_the_form.begin(call))
         return cli::job_failed;
-    if (program.busy())
+    if (call.job->look)
+        call.job->look(program);
+    else
+        plan.start(call, false);
+    if (plan.busy())
         application.exec();
-    const bool kept = !went_well(job.outcome) || at_the_form.keep(call);
+    const Outcome outcome = job.end.outcome;
+    const bool kept = !went_well(outcome) || at_the_form.keep(call);
     program.Form_Unload();
     if (interrupted != 0)
         return interrupted;
@@ -111,7 +122,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         out.results.line(result);
     if (call.job->look)
         return cli::job_succeeded;
-    if (job.outcome == Outcome::refused)
+    if (outcome == Outcome::refused)
         if (const std::string option = at_the_form.named_by_check(call); !option.empty())
             out.remarks.line("telvox-cli: siehe --" + option);
     if (!kept) {
@@ -119,7 +130,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
                          program.desk.session.strCOMparameter_direkt);
         return cli::job_failed;
     }
-    return exit_code(job.outcome);
+    return exit_code(outcome);
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {

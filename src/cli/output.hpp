@@ -34,7 +34,7 @@ struct Outputs {
 };
 
 /// Exit codes, a contract with the users' scripts.
-enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3 };
+enum Exit { job_succeeded = 0, job_failed = 1, call_refused = 2, device_objected = 3, device_differs = 4 };
 
 /// The log of a network dialog: shown as it grows, or only when the job has not ended well, because it says
 /// what to do then. What arrives may end anywhere in a line.

@@ -41,6 +41,7 @@ class ListCommand {
     void prepare();
     [[nodiscard]] bool is_to_do(std::size_t row) const;
     Way way_of(const Trial &trial);
+    std::string done_before(std::size_t row, const std::string &imei);
     void check_cable(std::size_t row, const Order &order, const Trial &trial);
     void start_rows();
     void row_over(std::size_t row);
@@ -67,6 +68,8 @@ class ListCommand {
     std::vector<Way> ways_;
     std::map<std::pair<std::string, const JobCommand *>, std::size_t>
         at_cables_; ///< row, by resource and job
+    /// Row, by IMEI and job: several may be at work at the same time.
+    std::map<std::pair<std::string, std::string>, std::size_t> at_devices_;
     std::optional<ListRun> run_;
     std::map<std::size_t, std::unique_ptr<RowProgram>> running_;
     std::vector<std::size_t> over_; ///< rows, not yet noted
@@ -116,7 +119,8 @@ void ListCommand::prepare() {
         results_.emplace(results_path_, list_);
     ways_.resize(list_.rows.size());
     try_out(
-        list_, all_, {}, {.folders = folders_, .exists = os::exists, .despite = call_.despite},
+        list_, all_, {},
+        {.folders = folders_, .exists = os::exists, .despite = call_.despite, .listed = true},
         [&](std::size_t row) { return is_to_do(row); },
         [&](std::size_t row, const Order &order, const Trial &trial) {
             ways_[row] = way_of(trial);
@@ -155,6 +159,13 @@ void ListCommand::check_cable(std::size_t row, const Order &order, const Trial &
                          " (nacheinander nur mit --trotzdem)");
 }
 
+std::string ListCommand::done_before(std::size_t row, const std::string &imei) {
+    const auto [first, is_new] = at_devices_.emplace(std::pair(imei, list_.rows[row].job), row);
+    if (!is_new && first->second != row)
+        return named(list_.rows[first->second]);
+    return device_of_other_row(list_, *results_, row, imei);
+}
+
 void ListCommand::start_rows() {
     const std::vector<std::size_t> rows = run_->start();
     std::vector<std::pair<std::size_t, Attempt>> begun;
@@ -173,6 +184,7 @@ void ListCommand::start_rows() {
             log_ends();
             row_over(row);
         };
+        program->done_before([this, row](const std::string &imei) { return done_before(row, imei); });
         if (call_.json) {
             tell_event("begonnen", row, *results_->last(row));
             program->step = [this, row](std::string_view text) {
@@ -230,7 +242,8 @@ void ListCommand::tell_event(const char *what, std::size_t row, const Attempt &a
                                  {"zeit", attempt.time},
                                  {"schnittstelle", attempt.port},
                                  {"ergebnis", std::string(what) == "schritt" ? "" : word_of(attempt.outcome)},
-                                 {"meldung", joined_lines(attempt.message)}}));
+                                 {"meldung", joined_lines(attempt.message)},
+                                 {"imei", attempt.imei}}));
 }
 
 void ListCommand::tell_done(std::size_t row) {
@@ -255,9 +268,13 @@ void ListCommand::tell(std::size_t row, const Attempt &attempt) {
 
 /// Counts the rows by how they stand now, and says what that means for the exit code.
 int ListCommand::sum_up() {
-    constexpr std::array<const char *, 7> words = {"erfolgreich",    "mit Ablehnungen",
-                                                   "fehlgeschlagen", "abgebrochen",
-                                                   "übersprungen",   "begonnen, Ausgang unbekannt",
+    constexpr std::array<const char *, 8> words = {"erfolgreich",
+                                                   "mit Ablehnungen",
+                                                   "abweichend",
+                                                   "fehlgeschlagen",
+                                                   "abgebrochen",
+                                                   "übersprungen",
+                                                   "begonnen, Ausgang unbekannt",
                                                    "offen"};
     std::map<std::string, std::size_t> count;
     int code = job_succeeded;
@@ -268,7 +285,9 @@ int ListCommand::sum_up() {
         ++mine;
         const auto &last = results_->last(row);
         ++count[last ? word_of(last->outcome) : words.back()];
-        if (!results_->done(row))
+        if (last && last->outcome == RowOutcome::differs)
+            code = code == job_failed ? job_failed : device_differs;
+        else if (!results_->done(row))
             code = job_failed;
         else if (last->outcome == RowOutcome::objected && code == job_succeeded)
             code = device_objected;

@@ -73,6 +73,10 @@ class Outbox {
     void ask(std::string text, Answered answered) {
         waiting_.push_back({Message{.text = std::move(text), .asks = true}, std::move(answered)});
     }
+    void ask_unrecorded(std::string text, Answered answered) {
+        waiting_.push_back(
+            {Message{.text = std::move(text), .asks = true, .recorded = false}, std::move(answered)});
+    }
     /// The same, and the user may go back as if nothing had been asked.
     void ask_or_go_back(std::string text, Answered answered) {
         waiting_.push_back(

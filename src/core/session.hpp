@@ -134,6 +134,7 @@ enum class Outcome {
     cancelled, ///< ended by the user
     succeeded, ///< went to its end
     objected,  ///< went to its end, but the device rejected something on the way
+    differs,   ///< went to its end, and the device has other settings than were wanted
 };
 
 [[nodiscard]] inline bool went_well(Outcome outcome) {

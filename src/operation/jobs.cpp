@@ -47,11 +47,16 @@ std::string service_numbers(Desk &desk) {
 constexpr JobCommand commands[] = {
     {.name = "parametrieren",
      .help = "Modem konfigurieren",
-     .button = main_window<&FrmModem::cbuParametrieren>},
-    {.name = "alarmtest", .help = "Alarmmeldung senden (Test)", .button = main_window<&FrmModem::cbuTest>},
+     .button = main_window<&FrmModem::cbuParametrieren>,
+     .around = device_rows},
+    {.name = "alarmtest",
+     .help = "Alarmmeldung senden (Test)",
+     .button = main_window<&FrmModem::cbuTest>,
+     .around = device_rows},
     {.name = "alarm-aus",
      .help = "Alarmfunktion deaktivieren",
-     .button = main_window<&FrmModem::cbuAlarm_aus>},
+     .button = main_window<&FrmModem::cbuAlarm_aus>,
+     .around = device_rows},
     {.name = "msn",
      .help = "MSN einstellen",
      .variants = isdn,
@@ -69,12 +74,14 @@ constexpr JobCommand commands[] = {
      .variants = mobile,
      .button = at<&Desk::frmPin, &FrmPin::cbuPin_Eingabe>,
      .menu = main_window<&FrmModem::mnuPin_festlegen>,
-     .options = pin_rows},
+     .options = pin_rows,
+     .around = device_rows},
     {.name = "pin-status",
      .help = "PIN-Status abfragen",
      .variants = mobile,
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuPIN_Status>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
+     .around = device_rows,
      .result =
          [](Desk &d) {
              return "Status: " + d.frmGSM_Status.tboStatus.text +
@@ -85,42 +92,51 @@ constexpr JobCommand commands[] = {
      .variants = mobile,
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuReg_zustand>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
+     .around = device_rows,
      .result = [](Desk &d) { return d.frmGSM_Status.tboReg_zustand.text; }},
     {.name = "signal",
      .help = "Signalstärke abfragen: 1 bis 31, oder \"nicht bekannt\"",
      .variants = mobile,
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuSignalstaerke>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
+     .around = device_rows,
      .result = signal},
     {.name = "imei",
      .help = "Geräte-IMEI auslesen",
      .variants = mobile,
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuIMEI>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
+     .around = device_rows,
      .result = [](Desk &d) { return d.frmGSM_Status.tboIMEI.text; }},
     {.name = "gprs-schreiben",
      .help = "GPRS Einstellungen schreiben",
      .variants = gprs_only,
      .button = gprs<&FrmGPRS::cbuGPRS_schreiben>,
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
-     .options = gprs_rows},
+     .options = gprs_rows,
+     .around = write_rows,
+     .reads = "gprs-lesen"},
     {.name = "gprs-lesen",
      .help = "GPRS Einstellungen lesen, ausgegeben als Zeilen name=wert",
      .variants = gprs_only,
      .button = gprs<&FrmGPRS::cbuGPRS_lesen>,
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
+     .around = device_rows,
      .result = [](Desk &d) { return value_lines(gprs_rows, d); }},
     {.name = "ipt-schreiben",
      .help = "IP-Telemetrie einstellen",
      .variants = gprs_only,
      .button = ipt<&FrmIPT::cbuIPT_schreiben>,
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
-     .options = ipt_rows},
+     .options = ipt_rows,
+     .around = write_rows,
+     .reads = "ipt-lesen"},
     {.name = "ipt-lesen",
      .help = "IP-Telemetrie lesen, ausgegeben als Zeilen name=wert",
      .variants = gprs_only,
      .button = ipt<&FrmIPT::cbuIPT_lesen>,
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
+     .around = device_rows,
      .result = [](Desk &d) { return value_lines(ipt_rows, d); }},
     {.name = "ethernet-ip",
      .help = "IP-Adresse und Port über das Kabel einstellen",
@@ -163,6 +179,7 @@ constexpr JobCommand commands[] = {
      .button = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdUART_Einstellung_aendern>,
      .menu = main_window<&FrmModem::mnuEinstellungen>,
      .options = change_rows,
+     .around = device_rows,
      .also_needs = "schnittstelle",
      .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
     {.name = "erkennen",
@@ -236,6 +253,7 @@ const Option *find_option(std::span<const Option> options, std::string_view name
 std::span<const JobCommand> job_commands() { return commands; }
 std::span<const Option> way_options() { return way_rows; }
 std::span<const Option> alarm_options() { return alarm_rows; }
+std::span<const Option> around_options() { return write_rows; }
 
 const JobCommand *find_job(std::string_view name) {
     const auto *found = std::find_if(std::begin(commands), std::end(commands),
@@ -244,7 +262,7 @@ const JobCommand *find_job(std::string_view name) {
 }
 
 const Option *find_option(const JobCommand &job, std::string_view name) {
-    for (const std::span<const Option> options : {job.options, way_options(), alarm_options()})
+    for (const std::span<const Option> options : {job.options, job.around, way_options(), alarm_options()})
         if (const Option *option = find_option(options, name))
             return option;
     return nullptr;
@@ -260,7 +278,7 @@ const Option *find_option(std::string_view name) {
 std::string jobs_with(std::string_view option) {
     std::string names;
     for (const JobCommand &job : commands)
-        if (find_option(job.options, option))
+        if (find_option(job.options, option) || find_option(job.around, option))
             names += (names.empty() ? "" : ", ") + std::string(job.name);
     return names;
 }

@@ -17,6 +17,9 @@ struct JobCommand {
     ControlOf button = nullptr;
     ControlOf menu = nullptr; ///< opens the dialog that the button is in
     std::span<const Option> options = {};
+    /// What is done beside the job, in no window's field.
+    std::span<const Option> around = {};
+    const char *reads = nullptr;             ///< job that reads what this one writes
     const char *also_needs = nullptr;        ///< option of the main window without which there is no job
     ControlOf afterwards = nullptr;          ///< button that keeps what the job has brought
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
@@ -51,6 +54,8 @@ struct Section {
 /// Variant and way, which every job has, and the fields of the main window.
 [[nodiscard]] std::span<const Option> way_options();
 [[nodiscard]] std::span<const Option> alarm_options();
+/// What can be asked for beside a job.
+[[nodiscard]] std::span<const Option> around_options();
 
 [[nodiscard]] const Option *find_option(std::span<const Option> options, std::string_view name);
 /// The job's option of this name: one of its own or of the main window's; nullptr if it has none.

@@ -65,6 +65,21 @@ Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllR
     return order;
 }
 
+std::string named(const DeviceList::Row &row) {
+    return "Zeile " + std::to_string(row.line) + (row.name.empty() ? "" : " (" + row.name + ")");
+}
+
+std::string device_of_other_row(const DeviceList &list, const ResultFile &results, std::size_t row,
+                                const std::string &imei) {
+    for (std::size_t other = 0; other < list.rows.size(); ++other) {
+        const DeviceList::Row &of = list.rows[other];
+        if (other != row && of.job == list.rows[row].job && results.last(other) &&
+            results.last(other)->imei == imei)
+            return named(of);
+    }
+    return {};
+}
+
 void check_taken(const ForAllRows &all, const DeviceList &list) {
     std::set<std::string> jobs;
     for (const DeviceList::Row &row : list.rows)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/lists/device_list.hpp"
+#include "core/lists/result_file.hpp"
 #include "operation/profile.hpp"
 
 #include <string>
@@ -25,6 +25,13 @@ struct ForAllRows {
 /// Throws UsageError, naming line and column.
 [[nodiscard]] Order order_of(const DeviceList &list, const DeviceList::Row &row, const ForAllRows &all,
                              const Values &base = {});
+
+/// A row as a question names it: "Zeile 2 (Süd)".
+[[nodiscard]] std::string named(const DeviceList::Row &row);
+
+/// The row at whose device, by its IMEI, another row's job was done before; empty if there was none.
+[[nodiscard]] std::string device_of_other_row(const DeviceList &list, const ResultFile &results,
+                                              std::size_t row, const std::string &imei);
 
 /// Throws UsageError for a value that holds for all rows and that no row's job takes.
 void check_taken(const ForAllRows &all, const DeviceList &list);

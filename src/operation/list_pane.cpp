@@ -52,6 +52,15 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
     main_.cbuListe_starten.clicked = [this] { start(); };
     main_.cbuListe_ueberspringen.clicked = [this] { skip(); };
     main_.cbuListe_schliessen.clicked = [this] { close(); };
+    plan_.begun = [this](const Button &by) { begun(by); };
+    plan_.over = [this](const WorkEnd &end) { over(end); };
+    plan_.opened = [this](Form &form) {
+        profiles_.leave_to_others();
+        dialog_ = &form;
+    };
+    plan_.done_before = [this](const std::string &imei) {
+        return work_ ? device_of_other_row(work_->list, work_->results, current_, imei) : "";
+    };
     desk_.observers.add(*this);
 }
 
@@ -65,7 +74,7 @@ void ListPane::ask_to_open() {
 
 void ListPane::open(const std::string &path) {
     try {
-        if (program_.busy())
+        if (busy())
             throw UsageError(already_running);
         DeviceList list = read_list(path_of(path));
         Values base = work_ ? base_ : main_window_values(desk_, names_ports(list));
@@ -99,6 +108,7 @@ std::vector<Order> ListPane::checked(const DeviceList &list, const Values &base)
         list, {.values = {}, .profile = {.main = {}, .dialogs = profiles_.in_force().dialogs}}, base,
         {.folders = desk_.folders,
          .exists = [&](const std::string &device) { return ports_.number_of(device) != 0; },
+         .listed = true,
          .presses = false},
         [](std::size_t) { return true; },
         [&](std::size_t, const Order &order, const Trial &) { orders.push_back(order); });
@@ -106,7 +116,7 @@ std::vector<Order> ListPane::checked(const DeviceList &list, const Values &base)
 }
 
 void ListPane::choose(std::size_t row) {
-    if (!work_ || program_.busy())
+    if (!work_ || busy())
         return;
     program_.together([&] {
         if (dialog_) // of another row, whose values it holds
@@ -130,7 +140,7 @@ bool ListPane::fill(std::size_t row) {
 }
 
 void ListPane::start() {
-    if (current_ == none || program_.busy())
+    if (current_ == none || busy())
         return;
     if (!filled_)
         choose(current_);
@@ -142,28 +152,24 @@ void ListPane::start() {
     desk_.outbox.ask(label_of(work_->list.rows[current_]) + ": " + word_of(last->outcome) +
                          ". Noch einmal ausführen?",
                      [this, row = current_](bool yes) {
-                         if (yes && row == current_ && !program_.busy())
+                         if (yes && row == current_ && !busy())
                              start_row();
                      });
 }
 
 void ListPane::start_row() {
-    const Order &order = work_->orders[current_];
-    Form &form = *button_of(order).form;
+    Order order = work_->orders[current_];
+    if (!main_.chkListe_pruefen.value)
+        order.values.emplace("geraet-pruefen", Given{"aus", {}});
     try {
-        if (&form != &main_ && !form.open) { // else it holds what the user has put right after a failure
-            operator_.open_dialog(order);
-            profiles_.leave_to_others();
-            dialog_ = &form;
-        }
-        operator_.press(order);
+        plan_.start(order, true);
     } catch (const UsageError &failure) {
         desk_.outbox.show_unrecorded(failure.what());
     }
 }
 
 void ListPane::skip() {
-    if (current_ == none || program_.busy() || !keep(current_, {.outcome = RowOutcome::skipped}))
+    if (current_ == none || busy() || !keep(current_, {.outcome = RowOutcome::skipped}))
         return;
     told_.clear();
     desk_.focus(main_.tblListe); // the usual Enter is for the next device
@@ -171,7 +177,7 @@ void ListPane::skip() {
 }
 
 void ListPane::close() {
-    if (!work_ || program_.busy())
+    if (!work_ || busy())
         return;
     program_.together([&] {
         if (dialog_)
@@ -189,7 +195,7 @@ bool ListPane::of_row(const Button &by) const {
     return work_ && filled_ && current_ != none && &by == &button_of(work_->orders[current_]);
 }
 
-void ListPane::started(const Button &by) {
+void ListPane::begun(const Button &by) {
     if (!of_row(by))
         return;
     running_ = current_;
@@ -197,18 +203,15 @@ void ListPane::started(const Button &by) {
     keep(running_, {.outcome = RowOutcome::begun, .port = port()});
 }
 
-void ListPane::ended(const JobEnd &end) {
+void ListPane::over(const WorkEnd &end) {
     if (running_ == none || !of_row(*end.by))
         return;
     const std::size_t row = std::exchange(running_, none);
     const Order &order = work_->orders[row];
     const bool well = went_well(end.outcome);
-    std::string said;
-    for (const Message &message : end.said)
-        said = joined_lines(message.text);
-    const bool kept = keep(row, {.outcome = row_outcome(end.outcome),
-                                 .port = port(),
-                                 .message = well && order.job->result ? found_out(*order.job, desk_) : said});
+    Attempt attempt = attempt_of(end, *order.job, desk_);
+    attempt.port = port();
+    const bool kept = keep(row, std::move(attempt));
     const std::string label = label_of(work_->list.rows[row]);
     told_ = label + ": " + word_of(row_outcome(end.outcome));
     for (auto &[message, answered] : desk_.outbox.waiting())
@@ -303,7 +306,7 @@ void ListPane::show() {
     main_.lblListe.caption = work_->list.source + ": " + std::to_string(well) + " von " +
                              std::to_string(rows.size()) + " erledigt" +
                              (tried > well ? ", " + std::to_string(tried - well) + " ohne Erfolg" : "");
-    const bool idle = !program_.busy();
+    const bool idle = !busy();
     main_.cbuListe_starten.enabled = main_.cbuListe_ueberspringen.enabled = idle && current_ != none;
     main_.cbuListe_schliessen.enabled = idle;
     main_.tblListe.enabled = idle;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/lists/result_file.hpp"
-#include "operation/operator.hpp"
+#include "operation/plan.hpp"
 #include "operation/profiles.hpp"
 
 #include <ctime>
@@ -42,9 +42,10 @@ class ListPane : private Observer {
     void start_row();
     void skip();
     void close();
+    [[nodiscard]] bool busy() const { return program_.busy() || plan_.busy(); }
     [[nodiscard]] bool of_row(const Button &by) const;
-    void started(const Button &by) override;
-    void ended(const JobEnd &end) override;
+    void begun(const Button &by);
+    void over(const WorkEnd &end);
     void settings_saved() override;
     void happened() override;
     bool keep(std::size_t row, Attempt attempt);
@@ -61,6 +62,7 @@ class ListPane : private Observer {
     PortScan &ports_;
     Profiles &profiles_;
     Operator operator_;
+    Plan plan_{program_, operator_};
     Now now_;
     std::unique_ptr<Work> work_;
     /// What the form holds without a row: each row is filled in on it, so that none gets what is another's.

@@ -71,9 +71,13 @@ std::string plain(const Control &field, std::string value) {
 
 } // namespace
 
-bool Operator::work(const Order &order) {
+bool Operator::begin(const Order &order) {
     fill_main_window(with_variant(order));
-    if (order.save && !save_formats(order))
+    return !order.save || save_formats(order);
+}
+
+bool Operator::work(const Order &order) {
+    if (!begin(order))
         return false;
     open_dialog(order);
     press(order);

@@ -15,7 +15,9 @@ class Operator {
     /// Fills the form in and starts the job. Throws UsageError for a value or control that the form refuses.
     /// Returns false when something else failed on the way, which a message has told.
     bool work(const Order &order);
-    /// All of that but pressing the button.
+    /// Of that, the main window and the formats: what comes before the job's own window.
+    bool begin(const Order &order);
+    /// All of it but pressing the button.
     void fill_in(const Order &order);
     /// Fills the main window in: variant and way, then its fields. Throws UsageError.
     void fill_main_window(const Values &values);

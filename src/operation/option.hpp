@@ -52,6 +52,8 @@ struct Option {
     SerialCombos FrmEinstellungen::*combos = nullptr;
     const Pick *pick = nullptr; ///< the one entry that contains the value
     const char *caption = "";   ///< the window's name for it, in small letters, where a column may have it
+    const char *title = "";     ///< how results and differences name it
+    bool bare = false;          ///< may be given without a value, which means "ein"
     /// The way without which nobody could use the field, and what the port belongs to.
     const char *way = nullptr;
     const char *belongs_to = "";

@@ -31,7 +31,8 @@ const Section *dialog_with(const std::string &name, const std::string &from) {
 }
 
 bool of_main_window(const std::string &name) {
-    return find_option(way_options(), name) || find_option(alarm_options(), name);
+    return find_option(way_options(), name) || find_option(alarm_options(), name) ||
+           find_option(around_options(), name);
 }
 
 /// Reads one line after the other.

@@ -14,27 +14,27 @@ RowProgram::RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataF
       at_the_form_(program_, given_.scan) {
     ports_->connect(program_);
     program_.desk.observers.add(*this);
+    plan_.over = [this](const WorkEnd &work) { ended_with(work); };
 }
 
 void RowProgram::start() {
     try {
-        at_the_form_.work(order_);
+        if (at_the_form_.begin(order_))
+            plan_.start(order_, true);
     } catch (const UsageError &error) { // what was there when the order was checked has gone
         refusal_ = error.what();
     }
-    if (!program_.busy() && !result_)
+    if (!plan_.busy() && !result_)
         end({.outcome = RowOutcome::failed, .message = refusal_});
 }
 
 void RowProgram::cancel() { program_.cancel(); }
 
-void RowProgram::ended(const JobEnd &job) {
-    Attempt attempt{.outcome = row_outcome(job.outcome)};
-    if (went_well(job.outcome) && order_.job->result)
-        attempt.message = found_out(*order_.job, program_.desk);
-    else
-        for (const Message &message : job.said)
-            attempt.message = joined_lines(at_the_form_.by_path(message.text));
+void RowProgram::ended_with(const WorkEnd &work) {
+    if (work.outcome == Outcome::refused)
+        return; // the last that was said tells why
+    Attempt attempt = attempt_of(work, *order_.job, program_.desk);
+    attempt.message = at_the_form_.by_path(attempt.message);
     end(std::move(attempt));
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/lists/result_file.hpp"
-#include "operation/operator.hpp"
 #include "operation/own_ports.hpp"
+#include "operation/plan.hpp"
 
 #include <functional>
 #include <memory>
@@ -11,7 +11,7 @@
 
 namespace telvox::operation {
 
-/// A program with ports of its own that does one job beside others: a row of a list, or the search at a port.
+/// A program with ports of its own that does one order beside others: a row of a list, or the search at a port.
 class RowProgram final : public MessageBoxes, private Observer {
   public:
     /// `despite`: questions are answered Ja.
@@ -27,6 +27,10 @@ class RowProgram final : public MessageBoxes, private Observer {
     std::function<void(std::string_view)> step = [](std::string_view) {};
     std::function<void(std::string_view)> logs = [](std::string_view) {};
     std::function<void(const std::string &)> remark = [](const std::string &) {};
+    /// Whose device it was that has this IMEI: see `Plan`.
+    void done_before(std::function<std::string(const std::string &imei)> whose) {
+        plan_.done_before = std::move(whose);
+    }
     void start();
     /// The user ends it: a call is hung up first.
     void cancel();
@@ -38,7 +42,7 @@ class RowProgram final : public MessageBoxes, private Observer {
     void show(const Message &message, Answered answered) override;
 
   private:
-    void ended(const JobEnd &end) override;
+    void ended_with(const WorkEnd &work);
     void status(std::string_view text) override { step(text); }
     void logged(std::string_view text) override { logs(text); }
     void end(Attempt attempt);
@@ -49,6 +53,7 @@ class RowProgram final : public MessageBoxes, private Observer {
     Telvox::Ports given_;
     Telvox program_;
     Operator at_the_form_;
+    Plan plan_{program_, at_the_form_};
     std::string refusal_; ///< the last thing that was said before the job began
     std::optional<Attempt> result_;
 };

@@ -2,6 +2,7 @@
 
 #include "core/text.hpp"
 #include "operation/operator.hpp"
+#include "operation/plan.hpp"
 #include "telvox.hpp"
 
 namespace telvox::operation {
@@ -109,9 +110,10 @@ Trial try_out(const Order &order, const Values &base, const TrialWorld &world) {
     Stage stage(world, base);
     Operator &at_the_form = stage.at_the_form;
     at_the_form.fill_in(order);
+    const Course course = course_of(order, stage.program.desk, world.listed);
     if (!world.presses)
         return {};
-    at_the_form.press(order);
+    at_the_form.press({.job = &first_job(*order.job, course), .values = {}});
     const Message &said = stage.answers.last;
     if (!stage.program.busy())
         return {.refusal = joined_lines(at_the_form.by_path(said.text)) +

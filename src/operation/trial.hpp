@@ -14,6 +14,7 @@ struct TrialWorld {
     /// Whether a device named by its path is there.
     std::function<bool(const std::string &device)> exists;
     bool despite = false; ///< questions are answered Ja
+    bool listed = false;  ///< as a row of a list
     bool presses = true;  ///< the button too: its checks and questions have their say, and nothing is sent
 };
 

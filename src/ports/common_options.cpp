@@ -60,6 +60,8 @@ std::string Arguments::value() {
     return checked(name_, all_[at_++]);
 }
 
+std::string Arguments::value_or(const char *alone) { return attached_ ? value() : alone; }
+
 void Arguments::no_value() const {
     if (attached_)
         throw UsageError(name_ + " nimmt keinen Wert");

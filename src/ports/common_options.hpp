@@ -35,6 +35,8 @@ class Arguments {
     [[nodiscard]] const std::string &name() const { return name_; }
     /// The option's value.
     std::string value();
+    /// The value that is attached to the option by "="; without one what it stands for alone.
+    std::string value_or(const char *alone);
     /// Refuses a value given to an option that takes none.
     void no_value() const;
     /// Refuses the option's second appearance.

@@ -118,7 +118,8 @@ const Command<Gprs> Gprs::commands[] = {
     {"AT+CMGW=", Form::value, [](Gprs &unit, std::string_view value) { return unit.begin_message(value); }},
 };
 
-Gprs::Gprs() : Mobile(gprs_nature) {
+Gprs::Gprs(const char *number) : Mobile(gprs_nature) {
+    imei = number;
     for (const auto &setting : settings)
         memory.settings.emplace(setting.name, setting.factory);
     save();

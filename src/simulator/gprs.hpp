@@ -9,7 +9,7 @@ namespace telvox::simulator {
 /// card's memory at once. While it is in a data connection (`go_online`) it hears nothing but the escape.
 class Gprs final : public Mobile {
   public:
-    Gprs();
+    explicit Gprs(const char *number = "001010000000017");
 
     /// Switch: the device gets into a data connection.
     void go_online();

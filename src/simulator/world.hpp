@@ -15,11 +15,11 @@ struct World {
     std::shared_ptr<Analog> analog = std::make_shared<Analog>();
     std::shared_ptr<Isdn> isdn = std::make_shared<Isdn>();
     std::shared_ptr<Gsm> gsm = std::make_shared<Gsm>(Generation::newer);
-    std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>();
+    std::shared_ptr<Gprs> gprs = std::make_shared<Gprs>("001010000000025");
     std::shared_ptr<Ethernet> ethernet = std::make_shared<Ethernet>("00-05-B6-00-1C-03", "192.168.0.100");
     /// Without an address.
     std::shared_ptr<Ethernet> factory_new = std::make_shared<Ethernet>("00-05-B6-00-1C-04");
-    std::shared_ptr<Gprs> called_gprs = std::make_shared<Gprs>();
+    std::shared_ptr<Gprs> called_gprs = std::make_shared<Gprs>("001010000000033");
     Subscribers called{{'1', std::make_shared<Analog>()},
                        {'2', std::make_shared<Isdn>()},
                        {'3', std::make_shared<Gsm>(Generation::older)},

@@ -42,7 +42,7 @@ struct Control {
     Control *within;         ///< frame around it, or menu that holds it
     bool enabled = true;
     bool visible = true;
-    bool recorded = true; ///< a click on it is part of what a record plays again
+    bool recorded = true; ///< what is done to it is part of what a record plays again
 };
 
 struct Frame : Control {

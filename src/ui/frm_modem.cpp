@@ -89,12 +89,17 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     cbuListe_ueberspringen.tool_tip = "Vermerkt die gewählte Zeile als übersprungen und geht zur nächsten.";
     cbuListe_schliessen.tool_tip =
         "Schließt die Liste; später geöffnet geht sie weiter, wo sie aufgehört hat.";
+    chkListe_pruefen.value = true;
+    chkListe_pruefen.tool_tip = "Fragt vor jeder Zeile, welches Gerät am Kabel hängt, damit keine das "
+                                "falsche oder dasselbe noch einmal "
+                                "beschreibt.";
     fraListe.visible = false;
     mnuProtokoll.keys = "Ctrl+P";
     for (Control *control : std::initializer_list<Control *>{
              &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
              &mnuProfil5, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen, &cbuListe_schliessen,
-             &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern, &cbuProtokoll_leeren})
+             &chkListe_pruefen, &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern,
+             &cbuProtokoll_leeren})
         control->recorded = false; // what profiles and lists do is
     tboProtokoll.spoken_name = "Protokoll";
     cbuProtokoll_kopieren.tool_tip = "Kopiert, was markiert ist, oder alles.";

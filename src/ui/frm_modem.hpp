@@ -130,6 +130,7 @@ class FrmModem : public Form {
     Button cbuProtokoll_leeren{*this, "cbuProtokoll_leeren", "&Leeren", &fraProtokoll};
     Frame fraListe{*this, "fraListe", "Geräteliste"};
     Label lblListe{*this, "lblListe", {}, &fraListe}; ///< "pumpen.csv: 12 von 30 erledigt"
+    CheckBox chkListe_pruefen{*this, "chkListe_pruefen", "Gerät prüfen", &fraListe};
     RowTable tblListe{*this, "tblListe", {}, &fraListe};
     Button cbuListe_starten{*this, "cbuListe_starten", "Sta&rten", &fraListe};
     Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspri&ngen", &fraListe};

@@ -16,17 +16,20 @@ namespace fs = std::filesystem;
 namespace {
 
 /// With the mark by which spreadsheets know UTF-8.
-constexpr std::string_view header = "\xEF\xBB\xBFzeile;name;zeit;schnittstelle;ergebnis;meldung\r\n";
-constexpr std::size_t columns = 6;
+constexpr std::string_view header = "\xEF\xBB\xBFzeile;name;zeit;schnittstelle;ergebnis;meldung;imei\r\n";
+constexpr std::size_t columns = 7;
+/// Files of earlier versions have all columns but the last one.
+constexpr std::string_view last_column = ";imei";
 constexpr std::size_t most_attempts = 200000;
 
-constexpr std::array<std::pair<RowOutcome, const char *>, 6> words = {{
+constexpr std::array<std::pair<RowOutcome, const char *>, 7> words = {{
     {RowOutcome::succeeded, "erfolgreich"},
     {RowOutcome::objected, "mit Ablehnungen"},
     {RowOutcome::failed, "fehlgeschlagen"},
     {RowOutcome::cancelled, "abgebrochen"},
     {RowOutcome::skipped, "übersprungen"},
     {RowOutcome::begun, "begonnen"},
+    {RowOutcome::differs, "abweichend"},
 }};
 
 const char *written_word(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
@@ -44,21 +47,17 @@ std::string as_it_was(const std::string &cell) {
     return cell.starts_with('\'') && like_a_formula(cell) ? cell.substr(1) : cell;
 }
 
-/// UTF-8 under the columns' names; an editor may have changed the mark and the lines' ends.
-bool is_result_table(std::string_view bytes) {
-    std::string_view names = header.substr(3);
-    names.remove_suffix(2);
-    if (bytes.starts_with(header.substr(0, 3)))
-        bytes.remove_prefix(3);
-    const std::string_view first = bytes.substr(0, bytes.find_first_of("\r\n"));
-    return first == names && valid_utf8(bytes);
+/// The names of the columns, with the mark before them or without.
+bool is_heading(std::string_view line) {
+    std::string_view names = header.substr(3, header.size() - 5);
+    if (line.starts_with(header.substr(0, 3)))
+        line.remove_prefix(3);
+    return line == names || line == names.substr(0, names.size() - last_column.size());
 }
 
-/// The names of the columns, with the mark before them or without.
-bool is_heading(const Table::Row &row) {
-    const std::string names = table_row(row.fields);
-    const std::string_view text = header.substr(0, header.size() - 2);
-    return names == text || names == text.substr(3);
+/// UTF-8 under the columns' names; an editor may have changed the mark and the lines' ends.
+bool is_result_table(std::string_view bytes) {
+    return is_heading(bytes.substr(0, bytes.find_first_of("\r\n"))) && valid_utf8(bytes);
 }
 
 /// What a row is known by where its name is not enough.
@@ -74,6 +73,7 @@ RowOutcome row_outcome(Outcome outcome) {
     return outcome == Outcome::succeeded   ? RowOutcome::succeeded
            : outcome == Outcome::objected  ? RowOutcome::objected
            : outcome == Outcome::cancelled ? RowOutcome::cancelled
+           : outcome == Outcome::differs   ? RowOutcome::differs
                                            : RowOutcome::failed;
 }
 
@@ -82,7 +82,8 @@ const char *word_of(RowOutcome outcome) {
 }
 
 bool is_done(RowOutcome outcome) {
-    return outcome != RowOutcome::failed && outcome != RowOutcome::cancelled && outcome != RowOutcome::begun;
+    return outcome == RowOutcome::succeeded || outcome == RowOutcome::objected ||
+           outcome == RowOutcome::skipped;
 }
 
 std::string local_time(std::time_t time) {
@@ -131,10 +132,11 @@ void ResultFile::read(const Table &table) {
         by_identity[named ? rows_[i].name : with_line(std::to_string(rows_[i].line), rows_[i].name)] = i;
     }
     for (auto row = table.rows.begin() + 1; row != table.rows.end(); ++row) {
-        if (is_heading(*row)) // several files were put together
+        const std::size_t size = row->fields.size();
+        if (is_heading(table_row(row->fields))) // several files were put together
             continue;
         const auto word = std::find_if(words.begin(), words.end(), [&](const auto &known) {
-            return row->fields.size() == columns && row->fields[4] == known.second;
+            return (size == columns || size == columns - 1) && row->fields[4] == known.second;
         });
         if (word == words.end())
             throw UsageError(place(table.source, row->line) + ": das ist kein Ergebnis");
@@ -146,7 +148,8 @@ void ResultFile::read(const Table &table) {
             last_[found->second] = {.outcome = word->first,
                                     .time = row->fields[2],
                                     .port = as_it_was(row->fields[3]),
-                                    .message = as_it_was(row->fields[5])};
+                                    .message = as_it_was(row->fields[5]),
+                                    .imei = size == columns ? row->fields[6] : ""};
     }
 }
 
@@ -158,9 +161,13 @@ std::string ResultFile::append(std::vector<std::pair<std::size_t, Attempt>> atte
     std::string lines;
     for (auto &[row, attempt] : attempts) {
         const Identity &of = rows_.at(row);
-        const std::array<std::string, columns> fields = {
-            std::to_string(of.line),   kept_a_text(of.name),          attempt.time,
-            kept_a_text(attempt.port), written_word(attempt.outcome), kept_a_text(attempt.message)};
+        const std::array<std::string, columns> fields = {std::to_string(of.line),
+                                                         kept_a_text(of.name),
+                                                         attempt.time,
+                                                         kept_a_text(attempt.port),
+                                                         written_word(attempt.outcome),
+                                                         kept_a_text(attempt.message),
+                                                         attempt.imei};
         lines += table_row(fields) + "\r\n";
         last_[row] = std::move(attempt);
     }

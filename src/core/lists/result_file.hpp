@@ -12,7 +12,7 @@ namespace telvox {
 
 /// How an attempt at a row came out; `begun` where nobody noted that: the program was killed meanwhile, and
 /// the device may have been changed.
-enum class RowOutcome { succeeded, objected, failed, cancelled, skipped, begun };
+enum class RowOutcome { succeeded, objected, failed, cancelled, skipped, begun, differs };
 /// What a job's outcome is for its row.
 [[nodiscard]] RowOutcome row_outcome(Outcome outcome);
 
@@ -27,6 +27,7 @@ struct Attempt {
     std::string time;    ///< "2026-11-23 14:05:09"; see local_time
     std::string port;    ///< as the list or the port list names it
     std::string message; ///< one or more lines; read back it has one
+    std::string imei = {}; ///< of the device that it was done at, where it told it
 };
 
 /// Local time as result files write it.

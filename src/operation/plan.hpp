@@ -1,0 +1,104 @@
+#pragma once
+
+#include "core/lists/result_file.hpp"
+#include "operation/compared.hpp"
+#include "operation/operator.hpp"
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace telvox::operation {
+
+/// What is done for an order beside its job.
+struct Course {
+    bool identifies = false; ///< the device is asked for its IMEI first
+    bool merges = false;     ///< what the order does not name stays as the device has it, so it is read first
+    bool verifies = false;   ///< when the device is back from its restart it is read and compared
+    std::string imei;        ///< the device that it must be; empty: any
+};
+
+/// What an order asks for on a form that is filled in with it; `listed`: as a list's row. Throws UsageError
+/// for what cannot be asked there.
+[[nodiscard]] Course course_of(const Order &order, Desk &desk, bool listed);
+
+/// The job that is pressed first and takes the port: a read where what is written depends on it.
+[[nodiscard]] const JobCommand &first_job(const JobCommand &job, const Course &course);
+
+/// How the work for an order came out, told once however many jobs it took.
+struct WorkEnd : JobEnd {
+    std::string imei;               ///< of the device that it was done at, where it told it
+    std::vector<Compared> compared; ///< settings that were read, beside what was wanted
+};
+
+/// What the result file says of it.
+[[nodiscard]] Attempt attempt_of(const WorkEnd &work, const JobCommand &job, Desk &desk);
+
+/// Does an order by several jobs, one after the other: it presses the next button when the last job has ended
+/// well. What fails, or is cancelled, ends the order, and nothing more is sent. A job that somebody else
+/// starts is told like an order of that one job.
+class Plan : private Observer {
+  public:
+    Plan(Telvox &program, Operator &at_the_form);
+    ~Plan() { program_.desk.observers.remove(*this); }
+    Plan(const Plan &) = delete;
+    Plan &operator=(const Plan &) = delete;
+
+    /// Begins with an order whose main window is filled in. A dialog that is open stays as it is; the values
+    /// that the order names are taken from it then. Throws UsageError for what the form refuses.
+    void start(const Order &order, bool listed);
+    /// An order is under way, also while it waits for an answer.
+    [[nodiscard]] bool busy() const { return work_.has_value(); }
+
+    /// The first job has begun, nothing has been sent. `by` is the button of the order's own job.
+    std::function<void(const Button &by)> begun = [](const Button &) {};
+    /// All is over; `refused` if a check let nothing begin.
+    std::function<void(const WorkEnd &)> over = [](const WorkEnd &) {};
+    /// A dialog was opened for the order.
+    std::function<void(Form &)> opened = [](Form &) {};
+    /// Whose device it was that has this IMEI, if it must not be done again unasked: "Zeile 2 (Süd)".
+    std::function<std::string(const std::string &imei)> done_before = [](const std::string &) {
+        return std::string();
+    };
+
+  private:
+    enum class Step { identify, read, work };
+    struct Work {
+        Order order;
+        Course course;
+        const Button *by;             ///< of the order's own job
+        std::deque<Step> steps;       ///< that are not done; the first is under way
+        const Button *pressed = {};   ///< by the step under way
+        bool begun = false;           ///< any job has
+        bool running = false;         ///< the step's job has
+        bool asks = false;            ///< the user whether to go on
+        std::string expected = {};    ///< the IMEI that it must be, or that it was at first
+        std::string imei = {};        ///< as the device has told it last
+        bool status_was_open = false; ///< the window of the question for the IMEI
+        Values wanted = {};           ///< what the order names of its dialog, as the dialog shows it
+        std::vector<Compared> compared = {};
+        std::vector<Message> last_said = {};
+
+        [[nodiscard]] bool swapped() const { return !imei.empty() && imei != expected; }
+    };
+
+    void started(const Button &by) override;
+    void ended(const JobEnd &end) override;
+    void happened() override;
+    void press();
+    void press_step();
+    void identified();
+    void was_read(const JobEnd &read);
+    void look_for_imei();
+    void end_with(Outcome outcome, Message message);
+    void end(const JobEnd &end);
+
+    Telvox &program_;
+    Desk &desk_;
+    Operator &operator_;
+    std::optional<Work> work_;
+};
+
+} // namespace telvox::operation

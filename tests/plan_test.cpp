@@ -1,0 +1,127 @@
+// Orders that take several jobs, against simulated devices: what is asked, read, merged and written, and what
+// is not.
+
+#include "operation/list_order.hpp"
+#include "operation/plan.hpp"
+#include "rig/bench.hpp"
+#include "rig/player.hpp"
+#include "simulator/cable.hpp"
+#include "simulator/gprs.hpp"
+
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+namespace telvox::test {
+namespace {
+
+using namespace operation;
+using testing::HasSubstr;
+using testing::Not;
+
+/// A GPRS device that has been in use, and the program beside it.
+struct Plant {
+    Plant() {
+        device->memory.settings["GPRSAPN"] = "internet.alt";
+        device->memory.settings["PPPPW"] = "geheim";
+        device->memory.settings["LL"] = "2";
+        device->memory.settings["AUTOIP"] = "10.0.0.9";
+        device->memory.settings["AUTOPORTIP"] = device->memory.settings["AUTOPORTURL"] = "1234";
+        bench.rig.choose_cable_port(3);
+        plan.over = [this](const WorkEnd &work) { ends.push_back(work); };
+    }
+    /// Does the one row of a table, as a list would; what it came to.
+    std::string work(const std::string &columns, const std::string &cells, bool listed = true,
+                     const std::function<void()> &meanwhile = {}) {
+        const DeviceList list = device_list(
+            parse_table("typ;" + columns + "\ngprs;" + cells + "\n", "l", most_devices), column_option);
+        const Order order = order_of(list, list.rows[0], {});
+        before = device->memory.settings;
+        if (at_the_form.begin(order))
+            plan.start(order, listed);
+        bench.run(milliseconds{500'000}, bench.rig.now + milliseconds{6000}, meanwhile);
+        EXPECT_FALSE(plan.busy());
+        if (ends.size() != 1)
+            return std::to_string(ends.size()) + " ends";
+        const Attempt attempt = attempt_of(ends[0], *order.job, bench.rig.program.desk);
+        return std::string(word_of(attempt.outcome)) + ": " + attempt.message;
+    }
+    [[nodiscard]] bool unchanged() const { return device->memory.settings == before; }
+
+    std::shared_ptr<simulator::Gprs> device = std::make_shared<simulator::Gprs>();
+    simulator::Cable cable{device};
+    Bench bench{cable};
+    Operator at_the_form{bench.rig.program, bench.rig.scan};
+    Plan plan{bench.rig.program, at_the_form};
+    std::vector<WorkEnd> ends;
+    std::map<std::string, std::string, std::less<>> before;
+};
+
+TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
+    const struct {
+        const char *columns, *cells, *came_to, *apn, *left_alone;
+    } cases[] = {
+        {"auftrag;apn", "gprs-schreiben;internet.neu", "erfolgreich: APN: internet.alt → internet.neu",
+         "internet.neu", "10.0.0.9"},
+        {"auftrag;kennwort", "gprs-schreiben;neu",
+         "erfolgreich: PPP-Authentifizierung: keine → pap; Passwort: *** → ***", "internet.alt", "10.0.0.9"},
+        {"auftrag;apn", "gprs-schreiben;internet.alt", "erfolgreich: Das Telvox-A ist schon so eingestellt.",
+         "internet.alt", "10.0.0.9"},
+        {"auftrag;apn;rest;geraet-pruefen", "gprs-schreiben;internet.neu;leeren;aus",
+         "erfolgreich: Das Telvox-A wurde erfolgreich parametriert. Das Modem führt zur Zeit einen Neustart "
+         "aus, "
+         "deshalb ist es für ca. 1 Minute nicht erreichbar.",
+         "internet.neu", ""},
+    };
+    for (const auto &[columns, cells, came_to, apn, left_alone] : cases) {
+        Plant plant;
+        EXPECT_EQ(plant.work(columns, cells), came_to);
+        EXPECT_EQ(plant.device->memory.settings["GPRSAPN"], apn) << cells;
+        EXPECT_EQ(plant.device->memory.settings["AUTOIP"], left_alone) << cells;
+        if (std::string(came_to).ends_with("eingestellt."))
+            EXPECT_TRUE(plant.unchanged());
+        std::istringstream record(plant.bench.rig.program.record().transcript());
+        EXPECT_EQ(play(Presets().read(record), Playing::whole), "") << cells;
+    }
+    Plant single;
+    single.work("auftrag;apn", "gprs-schreiben;internet.neu", false);
+    EXPECT_EQ(single.device->memory.settings["AUTOIP"], "") << "a single job writes what it shows";
+    EXPECT_THAT(single.bench.rig.program.record().transcript(), Not(HasSubstr("GPRSAPN?")));
+}
+
+TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {
+    const struct {
+        std::function<void(Plant &)> happens;
+        const char *because;
+        std::function<void(Plant &)> meanwhile = {};
+    } cases[] = {
+        {[](Plant &p) { p.device->faults["AT**KEEP?"] = simulator::Fault::unanswered; },
+         "fehlgeschlagen: Lesefehler"},
+        {[](Plant &p) { p.device->memory.settings["GPRSAPN"] = "Anbieter: x user:y"; },
+         "fehlgeschlagen: Nicht alle Einstellungen ließen sich unverändert lesen"},
+        {[](Plant &) {}, "fehlgeschlagen: Am Kabel hängt ein anderes Gerät: IMEI 001010000000099 statt 0",
+         [](Plant &p) { p.device->imei = "001010000000099"; }},
+        {[](Plant &) {},
+         "abgebrochen: ", [](Plant &p) { p.bench.rig.program.click(p.bench.f.cbuAbbrechen); }},
+        {[](Plant &p) { p.device->memory.settings["AUTOPORTIP"] = ""; },
+         "fehlgeschlagen: Es wurde keine Portnummer eingetragen."},
+    };
+    for (const auto &[happens, because, meanwhile] : cases) {
+        Plant plant;
+        happens(plant);
+        const auto then = [&, what = meanwhile] { what(plant); };
+        std::string came_to = plant.work("auftrag;apn;geraet-pruefen", "gprs-schreiben;internet.neu;aus",
+                                         true, meanwhile ? std::function<void()>(then) : nullptr);
+        for (const Message &box : plant.bench.rig.boxes)
+            if (box.asks) {
+                plant.bench.rig.answer(false);
+                came_to = plant.ends.empty() ? "" : "fehlgeschlagen: " + plant.ends[0].said.at(0).text;
+            }
+        EXPECT_THAT(came_to, testing::StartsWith(because));
+        EXPECT_TRUE(plant.unchanged()) << because;
+        EXPECT_EQ(plant.ends.size(), 1U);
+    }
+}
+
+} // namespace
+} // namespace telvox::test
