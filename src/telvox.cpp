@@ -217,6 +217,7 @@ void Telvox::after_event() {
             ports_.files->show(question, [this, answered = std::move(answered)](const FileAnswer &answer) {
                 event([&] { answered(answer); });
             });
+    desk.observers.tell(&Observer::settled);
 }
 
 /// How a record names a control: with its window, because several have one of that name.

@@ -40,7 +40,6 @@ struct Plant {
         if (at_the_form.begin(order))
             plan.start(order, listed);
         bench.run(milliseconds{500'000}, bench.rig.now + milliseconds{6000}, meanwhile);
-        EXPECT_FALSE(plan.busy());
         if (ends.size() != 1)
             return std::to_string(ends.size()) + " ends";
         const Attempt attempt = attempt_of(ends[0], *order.job, bench.rig.program.desk);
@@ -78,8 +77,9 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
         EXPECT_EQ(plant.work(columns, cells), came_to);
         EXPECT_EQ(plant.device->memory.settings["GPRSAPN"], apn) << cells;
         EXPECT_EQ(plant.device->memory.settings["AUTOIP"], left_alone) << cells;
-        if (std::string(came_to).ends_with("eingestellt."))
-            EXPECT_TRUE(plant.unchanged());
+        EXPECT_EQ(plant.unchanged(), std::string(came_to).ends_with("eingestellt."));
+        if (std::string(columns).find("kennwort") != std::string::npos)
+            continue; // the record hides it
         std::istringstream record(plant.bench.rig.program.record().transcript());
         EXPECT_EQ(play(Presets().read(record), Playing::whole), "") << cells;
     }

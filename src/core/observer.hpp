@@ -34,6 +34,8 @@ class Observer {
     virtual void settings_saved() {}
     /// A handler has run to its end, nothing is drawn yet.
     virtual void happened() {}
+    /// The event is over and all of it is told: what is done now is an event of its own.
+    virtual void settled() {}
     /// Time to draw the windows again.
     virtual void draw() {}
 

@@ -129,7 +129,7 @@ void Plan::press_step() {
     const Button &button = button_of(job, desk_);
     Form &form = *button.form;
     work_->running = false;
-    work_->pressed = &button;
+    work_->pressed = nullptr;
     if (step == Step::identify) {
         work_->status_was_open = form.open;
         operator_.open_dialog({.job = &job, .values = {}});
@@ -141,6 +141,7 @@ void Plan::press_step() {
         work_->wanted = all_values(work_->order.job->options, desk_);
         std::erase_if(work_->wanted, [&](const auto &value) { return !work_->order.find(value.first); });
     }
+    work_->pressed = &button;
     operator_.press({.job = &job, .values = {}});
 }
 
@@ -175,10 +176,16 @@ void Plan::ended(const JobEnd &end) {
         end_with(Outcome::failed, other_device(work_->imei, work_->expected));
     else if (!goes_on)
         this->end(end);
-    else if (work_->steps.front() == Step::identify)
-        identified();
     else
-        was_read(end);
+        work_->done = end.outcome;
+}
+
+/// A record tells the boxes of one job before the next one begins.
+void Plan::settled() {
+    if (!work_ || !work_->done)
+        return;
+    const Outcome outcome = *std::exchange(work_->done, std::nullopt);
+    program_.together([&] { work_->steps.front() == Step::identify ? identified() : was_read(outcome); });
 }
 
 /// A device tells its IMEI when it is asked for it, and a GPRS device in the first check of each job.
@@ -205,7 +212,7 @@ void Plan::happened() {
             program_.cancel();
         return;
     }
-    if (work_->asks)
+    if (work_->asks || work_->done || !work_->pressed)
         return;
     if (!desk_.outbox.waiting().empty())
         work_->last_said = {desk_.outbox.waiting().back().message};
@@ -221,8 +228,8 @@ void Plan::identified() {
     const std::string before = done_before(work_->imei);
     if (before.empty())
         return press();
-    const std::string same = "Dieses Gerät war schon " + before + ".";
     work_->asks = true;
+    const std::string same = "Dieses Gerät war schon " + before + ".";
     desk_.outbox.ask_unrecorded(same + " Trotzdem?", [this, same](bool yes) {
         work_->asks = false;
         if (yes)
@@ -233,8 +240,8 @@ void Plan::identified() {
 }
 
 /// What the order names goes over what the device has.
-void Plan::was_read(const JobEnd &read) {
-    if (read.outcome != Outcome::succeeded)
+void Plan::was_read(Outcome outcome) {
+    if (outcome != Outcome::succeeded)
         return end_with(
             Outcome::failed,
             {.text = "Nicht alle Einstellungen ließen sich unverändert lesen; es wurde nichts geschrieben.",

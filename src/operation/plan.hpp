@@ -68,16 +68,17 @@ class Plan : private Observer {
     struct Work {
         Order order;
         Course course;
-        const Button *by;             ///< of the order's own job
-        std::deque<Step> steps;       ///< that are not done; the first is under way
-        const Button *pressed = {};   ///< by the step under way
-        bool begun = false;           ///< any job has
-        bool running = false;         ///< the step's job has
-        bool asks = false;            ///< the user whether to go on
-        std::string expected = {};    ///< the IMEI that it must be, or that it was at first
-        std::string imei = {};        ///< as the device has told it last
-        bool status_was_open = false; ///< the window of the question for the IMEI
-        Values wanted = {};           ///< what the order names of its dialog, as the dialog shows it
+        const Button *by;                 ///< of the order's own job
+        std::deque<Step> steps;           ///< that are not done; the first is under way
+        const Button *pressed = {};       ///< by the step under way
+        bool begun = false;               ///< any job has
+        bool running = false;             ///< the step's job has
+        std::optional<Outcome> done = {}; ///< of a step that is not the last
+        bool asks = false;                ///< the user whether to go on
+        std::string expected = {};        ///< the IMEI that it must be, or that it was at first
+        std::string imei = {};            ///< as the device has told it last
+        bool status_was_open = false;     ///< the window of the question for the IMEI
+        Values wanted = {};               ///< what the order names of its dialog, as the dialog shows it
         std::vector<Compared> compared = {};
         std::vector<Message> last_said = {};
 
@@ -87,10 +88,11 @@ class Plan : private Observer {
     void started(const Button &by) override;
     void ended(const JobEnd &end) override;
     void happened() override;
+    void settled() override;
     void press();
     void press_step();
     void identified();
-    void was_read(const JobEnd &read);
+    void was_read(Outcome outcome);
     void look_for_imei();
     void end_with(Outcome outcome, Message message);
     void end(const JobEnd &end);

@@ -11,7 +11,8 @@
 
 namespace telvox::operation {
 
-/// A program with ports of its own that does one order beside others: a row of a list, or the search at a port.
+/// A program with ports of its own that does one order beside others: a row of a list, or the search at a
+/// port.
 class RowProgram final : public MessageBoxes, private Observer {
   public:
     /// `despite`: questions are answered Ja.
