@@ -224,7 +224,8 @@ TEST_F(ListFiles, WhateverIsLeftOfTheLastLineIsMended) {
 }
 
 TEST_F(ListFiles, AResultFileThatIsNoneOrCannotBeWrittenIsRefused) {
-    const std::string head = "zeile;name;zeit;schnittstelle;ergebnis;meldung\n"; // as earlier versions wrote it
+    const std::string head =
+        "zeile;name;zeit;schnittstelle;ergebnis;meldung\n"; // as earlier versions wrote it
     const struct {
         std::string bytes;
         const char *because;

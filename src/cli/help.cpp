@@ -86,11 +86,10 @@ std::string help_text(const JobCommand *job) {
            "angehängt: --alarmtext=--Text\n"
            "\nErgebnis: 0 gelungen; 1 der Auftrag meldet einen Fehler, oder die Ausgabe ließ\n"
            "sich nicht schreiben; 2 Aufruf oder Prüfung abgelehnt; 3 zu Ende geführt, aber\n"
-           "das Gerät hat etwas nicht angenommen; 4 das Gerät ist anders eingestellt; 130 oder 143 "
-           "abgebrochen mit Strg-C oder\n"
-           "SIGTERM (eine Verbindung wird aufgelegt, die Schnittstelle geschlossen; beim\n"
-           "zweiten Mal endet das Programm sofort). Bei liste entscheidet die Zeile, die am\n"
-           "schlechtesten ausging.\n";
+           "das Gerät hat etwas nicht angenommen; 4 das Gerät ist anders eingestellt; 130\n"
+           "oder 143 abgebrochen mit Strg-C oder SIGTERM (eine Verbindung wird aufgelegt,\n"
+           "die Schnittstelle geschlossen; beim zweiten Mal endet das Programm sofort). Bei\n"
+           "liste entscheidet die Zeile, die am schlechtesten ausging.\n";
 }
 
 } // namespace telvox::cli

@@ -24,9 +24,9 @@ enum class RowOutcome { succeeded, objected, failed, cancelled, skipped, begun, 
 /// One attempt at a row, its begin, or its being skipped.
 struct Attempt {
     RowOutcome outcome{};
-    std::string time;    ///< "2026-11-23 14:05:09"; see local_time
-    std::string port;    ///< as the list or the port list names it
-    std::string message; ///< one or more lines; read back it has one
+    std::string time;      ///< "2026-11-23 14:05:09"; see local_time
+    std::string port;      ///< as the list or the port list names it
+    std::string message;   ///< one or more lines; read back it has one
     std::string imei = {}; ///< of the device that it was done at, where it told it
 };
 
