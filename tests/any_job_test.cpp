@@ -133,7 +133,8 @@ std::optional<Ended> run(const Site &site, const operation::JobCommand &job, Tro
         for (const Job &table : site.family.jobs)
             for (const Step &step : table.steps)
                 if ((step.changes_device || step.reads != 0) && step.send.fixed() &&
-                    std::string_view("AT**IMEI? ATQ0 AT*V AT+CMGW=").find(step.send.fixed()) == std::string_view::npos)
+                    std::string_view("AT**IMEI? ATQ0 AT*V AT+CMGW=").find(step.send.fixed()) ==
+                        std::string_view::npos)
                     unit->faults[step.send.fixed()] = simulator::Fault::refuses;
     Bench bench(*device);
     Rig &rig = bench.rig;
