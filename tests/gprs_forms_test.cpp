@@ -94,7 +94,8 @@ class GprsDialogs : public testing::Test {
 };
 
 TEST_F(GprsDialogs, OpenWithTheirListAndDesignState) {
-    std::ofstream(list) << "Netz: web (user:me pw:you)\r\n\r\n\x1B[2J" + std::string(100'000, 'x');
+    std::ofstream(list, std::ios::binary)
+        << "Netz: web (user:me pw:you)\r\n\r\n\x1B[2J" + std::string(100'000, 'x');
     rig.program.click(desk.frmModem.mnuGPRS_konfig);
     EXPECT_TRUE(gprs.open);
     EXPECT_THAT(gprs.cobAPN.items,
