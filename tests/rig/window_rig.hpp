@@ -71,17 +71,6 @@ class WindowTest : public testing::Test {
         type("tboService_Center", "+491710760000");
         type("tboAlarmmeldung", "Pumpe 7");
     }
-    /// Plays a newer GSM device until the session is idle.
-    void answer_as_gsm_device() {
-        for (int ticks = 0; rig.program.busy() && ticks < 100; ++ticks) {
-            rig.turn_to(rig.timer.due);
-            const std::string &last = rig.journal.back();
-            if (last.ends_with("AT**TIME?\\r"))
-                rig.arrive("TIME: 2000/01/01,00:00:00\r\n");
-            if (last.ends_with("ATI\\r"))
-                rig.arrive("KWT Telvox-A GSM\r\n");
-        }
-    }
 
     Rig rig;
     Desk &desk = rig.program.desk;
