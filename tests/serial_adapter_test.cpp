@@ -280,6 +280,7 @@ TEST(Ports, NamedDevicesAreTheOnlyRealOnes) {
     EXPECT_EQ(ports.find(7)->device, "/dev/ttyS7");
     EXPECT_FALSE(ports.find(3)->simulated) << "a named device goes before a simulated one";
     EXPECT_TRUE(ports.find(1)->simulated);
+    EXPECT_EQ(ports.info(1).description, "Simuliertes Telvox-A Analog");
     EXPECT_EQ(ports.find(8), nullptr);
 }
 

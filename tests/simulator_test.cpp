@@ -261,22 +261,5 @@ TEST(Formats, another_one_is_noise_to_both) {
     EXPECT_EQ(summary(gsm->memory), "0");
 }
 
-TEST(Sockets, every_port_answers_the_query_of_its_own_variant) {
-    constexpr const char *answers[] = {"ATI0 -> Telvox-A Analog~OK",
-                                       "ATI1 -> Telvox-A ISDN 64000~OK",
-                                       "ATI -> KWT Telvox-A GSM V3.2",
-                                       "AT**IMEI? -> IMEI: 001010000000025",
-                                       "raw +++ -> OK\n ATI0 -> ETHERNET Telvox-A V1.1~OK",
-                                       "AT -> OK"};
-    for (int number = 1; number <= 6; ++number) {
-        auto device = device_on_port(number);
-        ASSERT_TRUE(device) << number;
-        Host(*device).play(answers[number - 1]);
-        EXPECT_THAT(description_of_port(number), testing::StartsWith("Simuliertes "));
-    }
-    EXPECT_FALSE(device_on_port(7));
-    EXPECT_THAT(description_of_port(7), IsEmpty());
-}
-
 } // namespace
 } // namespace telvox::simulator
