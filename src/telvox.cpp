@@ -26,6 +26,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .outbox = desk.outbox,
                   .families = family_of_job,
                   .reports = device_reports,
+                  .blocked = [this] { return long_work() && long_work()->by_others(); },
                   .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
                   .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}),
       network_({.Winsock = ports.Winsock,
@@ -76,7 +77,15 @@ void Telvox::connect_the_end() {
     };
 }
 
+LongWork *Telvox::long_work() const {
+    const auto running =
+        std::find_if(works_.begin(), works_.end(), [](auto work) { return work->running(); });
+    return running == works_.end() ? nullptr : *running;
+}
+
 void Telvox::leave() {
+    if (LongWork *work = long_work())
+        work->cancel();
     sequencer_.abandon();
     network_.abandon();
     leaving_ = true;
@@ -194,8 +203,9 @@ void Telvox::after_event() {
         desk.frmModem.unload();
     if (ports_.comSeriell.PortOpen())
         ports_.comSeriell.watch_carrier(desk.jobs.boolAnwahl_Fehler || desk.jobs.carrier_up);
-    const Progress progress = sequencer_.progress();
-    desk.frmModem.show_progress(progress, sequencer_.busy() ? !progress.hangs_up : network_.busy());
+    const Progress progress = this->progress();
+    const bool ends = long_work() || sequencer_.busy() ? !progress.hangs_up : network_.busy();
+    desk.frmModem.show_progress(progress, ends);
     desk.observers.tell(&Observer::draw);
     for (auto &[message, answered] : desk.outbox.take()) {
         if (message.recorded)
@@ -367,7 +377,11 @@ void Telvox::cancel() {
     event([&] { end_running(); });
 }
 
-void Telvox::end_running() { sequencer_.busy() ? sequencer_.cancel() : network_.cancel(); }
+void Telvox::end_running() {
+    if (LongWork *work = long_work())
+        return work->cancel();
+    sequencer_.busy() ? sequencer_.cancel() : network_.cancel();
+}
 
 void Telvox::offer_port(int number) {
     event([&] {

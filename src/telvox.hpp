@@ -20,6 +20,20 @@
 
 namespace telvox {
 
+/// Work that is no job of the program's own, or more than one: it is busy, shown and ended like a job.
+class LongWork {
+  public:
+    [[nodiscard]] virtual bool running() const = 0;
+    [[nodiscard]] virtual Progress progress() const = 0;
+    /// The user wants it to end; it may take a while.
+    virtual void cancel() = 0;
+    /// Other programs do it, so no job of this one may begin meanwhile.
+    [[nodiscard]] virtual bool by_others() const { return true; }
+
+  protected:
+    ~LongWork() = default;
+};
+
 /// The program put together. Everything that happens to it is an event: a click, a key, a tick, received
 /// bytes. One event runs one handler to its end; then every window is drawn again and waiting boxes are
 /// shown. All of it runs on one thread.
@@ -92,16 +106,20 @@ class Telvox : private Observer {
     void saved();
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
+    /// Adds such work, which outlives the events.
+    void add(LongWork &work) { works_.push_back(&work); }
     /// The main window goes: the port is closed, a call that is up is dropped with DTR, a program or
     /// connection on the network ends. No event does
     /// anything from then on.
     void Form_Unload();
 
-    /// A job runs, or an action on the network.
-    [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy(); }
+    /// A job runs, an action on the network, or longer work.
+    [[nodiscard]] bool busy() const { return sequencer_.busy() || network_.busy() || long_work(); }
     /// What the line has said since the last tick.
     [[nodiscard]] std::string_view received() const { return link_.strCOM_Eingang.text(); }
-    [[nodiscard]] Progress progress() const { return sequencer_.progress(); }
+    [[nodiscard]] Progress progress() const {
+        return long_work() ? long_work()->progress() : sequencer_.progress();
+    }
 
     Desk desk;
     /// What went over the line since the program started.
@@ -118,6 +136,8 @@ class Telvox : private Observer {
     void record_format(std::string Session::*format);
     void record(const Control &control);
     void connect_the_end();
+    /// What runs of it, nullptr if nothing does.
+    [[nodiscard]] LongWork *long_work() const;
     void end_running();
     /// What a window's cancel button does while a job or an action runs that was started from there.
     [[nodiscard]] bool ends_own_job(const Button &button) const;
@@ -130,7 +150,8 @@ class Telvox : private Observer {
     Sequencer sequencer_;
     NetworkTools network_;
     const Button *started_by_ = nullptr; ///< the last job or action
-    int depth_ = 0;                      ///< events that are happening, one within the other
+    std::vector<LongWork *> works_;
+    int depth_ = 0; ///< events that are happening, one within the other
     // Of the event that happens, not yet told.
     std::vector<const Button *> starts_;
     std::vector<JobEnd> ends_;

@@ -1,7 +1,8 @@
 // "Erkennen" against the simulated devices: every variant in every format in which one is left, and what is
 // no Telvox-A. Whatever it is, it stays as it was.
 
-#include "rig/bench.hpp"
+#include "operation/search_window.hpp"
+#include "rig/beside.hpp"
 
 #include "dialogues/families.hpp"
 #include "simulator/analog.hpp"
@@ -205,6 +206,64 @@ TEST(Recognition, SeesNoDeviceInNoise) {
             true);
         EXPECT_EQ(Search(far).box, nobody) << seed;
     }
+}
+
+/// Without a chosen port all are asked at once, each by a program of its own.
+TEST(Recognition, AsksAllPortsAtTheSameTime) {
+    const auto unit = std::make_shared<simulator::Gprs>();
+    unit->set_format(*parse_format("9600,n,8,1"));
+    simulator::Cable gprs(unit), isdn(std::make_shared<simulator::Isdn>());
+    Stranger silent([](std::string_view) { return ""; });
+    for (const bool cancels : {false, true}) {
+        Beside beside({&isdn, &silent, &gprs});
+        Rig rig;
+        FrmModem &main = rig.program.desk.frmModem;
+        FrmSuche &form = rig.program.desk.frmSuche;
+        const operation::SearchWindow search(rig.program, rig.scan, beside.make());
+        const auto searching = [&] { return rig.program.busy(); };
+        rig.free_ports = {2, 3, 5};
+        rig.busy_ports = {{.number = 4, .refusal = "Die Schnittstelle wird schon benutzt."}};
+        rig.program.choose(main.optFernverbindung);
+        rig.program.click(main.cbuErkennen);
+        EXPECT_TRUE(form.open && !main.cbuParametrieren.usable() && main.optDirektverbindung.value);
+        rig.program.click(main.mnuEinstellungen);
+        rig.program.choose(main.optISDN);
+        beside.run(searching, milliseconds{20'000});
+        EXPECT_THAT(form.tblSuche.cell(0, 1) + form.tblSuche.cell(1, 1), "Telvox-A ISDNwird gefragt…");
+        EXPECT_EQ(form.tblSuche.selected, 0u) << "Enter takes it, the rest need not be waited for";
+        EXPECT_GT(main.pzbSchritt.value, 1);
+        if (cancels)
+            rig.program.click(main.cbuAbbrechen);
+        EXPECT_NEAR(static_cast<double>(beside.run(searching).count()), cancels ? 0 : 47'000, 5'000)
+            << "as long as the slowest";
+        EXPECT_FALSE(searching() || beside.any_port_open());
+        EXPECT_TRUE(main.fraModemart.enabled);
+        EXPECT_THAT(form.lblSuche.caption,
+                    HasSubstr(cancels ? "abgebrochen. 2 Geräte" : "2 Geräte an 3 Schnittstellen gefunden."));
+        rig.program.choose(form.tblSuche, 1);
+        EXPECT_FALSE(form.cbuUebernehmen.usable());
+        rig.program.choose(form.tblSuche, 2);
+        rig.program.click(form.cbuUebernehmen);
+        EXPECT_TRUE(main.optGPRS.value && !form.open);
+        EXPECT_EQ(main.cobSchnittstelle.text + rig.program.desk.session.strCOMparameter_direkt,
+                  "COM 59600,n,8,1");
+        EXPECT_TRUE(rig.boxes.empty());
+    }
+}
+
+TEST(Recognition, AsksTheOnlyPortThatThereIsAndSaysIfThereIsNone) {
+    Stranger gsm([](std::string_view bytes) { return bytes == "AT**TIME?\r" ? "TIME: 12:00\r\n" : ""; });
+    Bench bench(gsm);
+    Beside beside({});
+    const operation::SearchWindow search(bench.rig.program, bench.rig.scan, beside.make());
+    bench.rig.free_ports = {};
+    bench.rig.program.click(bench.f.cbuErkennen);
+    EXPECT_THAT(bench.rig.boxes.at(0).text, HasSubstr("Kein COM-Port verfügbar"));
+    EXPECT_FALSE(bench.rig.program.busy() || bench.rig.program.desk.frmSuche.open);
+    bench.rig.free_ports = {7};
+    bench.rig.program.click(bench.f.cbuErkennen);
+    bench.run(milliseconds{60'000});
+    EXPECT_THAT(bench.rig.boxes.at(1).text, HasSubstr("Telvox-A GSM an COM 7"));
 }
 
 TEST(Recognition, IsAdvisedWhereADeviceAnswersAnotherVariantsFirstCheck) {

@@ -18,15 +18,18 @@ void check_options(const Call &call) {
             throw UsageError(std::string("--speichern gehört nicht zu ") + call.job->name);
         return; // what its rows take is theirs to say
     }
-    for (const auto &[given, option] :
-         {std::pair{call.repeat, "--wiederholen"}, {call.json, "--json"}, {call.share.of > 1, "--teil"}})
+    for (const auto &[given, option] : {std::pair{call.repeat, "--wiederholen"},
+                                        {call.json && !call.everywhere(), "--json"},
+                                        {call.share.of > 1, "--teil"}})
         if (given)
             throw UsageError(std::string(option) + " gehört nur zu liste");
+    if (call.save && call.everywhere())
+        throw UsageError("--speichern gehört zu einer --schnittstelle");
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
             throw UsageError(given.from, (name == "port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
                                              std::string(" gehört nur zu ") + jobs_with(name));
-    if (!call.file.empty())
+    if (!call.file.empty() || call.everywhere())
         return;
     if (const char *missing = missing_option(call))
         throw UsageError(std::string(call.job->name) + ": --" + missing + " fehlt");

@@ -27,6 +27,9 @@ struct Call : Order {
     bool repeat = false; ///< "--wiederholen": rows whose outcome nobody knows too
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete
+
+    /// The job is done at every free port.
+    [[nodiscard]] bool everywhere() const { return job && job->everywhere && !find(job->also_needs); }
 };
 
 /// Reads a call. Throws UsageError for one that is malformed; what the values mean is for the form to say.

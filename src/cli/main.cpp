@@ -2,6 +2,7 @@
 #include "cli/interrupt.hpp"
 #include "cli/output.hpp"
 #include "cli/run_list.hpp"
+#include "cli/run_search.hpp"
 #include "operation/plan.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
@@ -143,7 +144,9 @@ int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
         return cli::job_succeeded;
     }
     cli::complete_call(call, std::cin);
-    return call.job->file ? cli::run_list(application, call, out) : run(application, call, out);
+    return call.job->file      ? cli::run_list(application, call, out)
+           : call.everywhere() ? cli::run_search(application, call, out)
+                               : run(application, call, out);
 }
 
 } // namespace

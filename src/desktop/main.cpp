@@ -5,6 +5,7 @@
 #include "desktop/window_set.hpp"
 #include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
+#include "operation/search_window.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -61,6 +62,7 @@ int run(QApplication &application, const Call &call) {
     };
     operation::Profiles profiles(program, ports.scan);
     operation::ListPane list(program, ports.scan, profiles);
+    const operation::SearchWindow search(program, ports.scan, ports_beside(ports.map));
     windows.draw();
     if (!call.profile.empty())
         profiles.open(call.profile);

@@ -14,6 +14,7 @@
 #include "ui_frm_pin.h"
 #include "ui_frm_service_center.h"
 #include "ui_frm_servicenummer.h"
+#include "ui_frm_suche.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -110,6 +111,7 @@ constexpr Maker makers[] = {
     {"frmService_Center", make_dialog<Ui::frmService_Center>},
     {"frmServicenummer", make_dialog<Ui::frmServicenummer>},
     {"frmAbout", make_dialog<Ui::frmAbout>},
+    {"frmSuche", make_with_status<Ui::frmSuche>},
     {"frmGPRS", make_with_status<Ui::frmGPRS>},
     {"frmIPT", make_with_status<Ui::frmIPT>},
 };

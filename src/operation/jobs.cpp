@@ -183,9 +183,11 @@ constexpr JobCommand commands[] = {
      .also_needs = "schnittstelle",
      .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
     {.name = "erkennen",
-     .help = "stellt fest, was am Kabel hängt; ausgegeben als typ=... und com-direkt=...",
+     .help = "stellt fest, was am Kabel hängt; ausgegeben als typ=... und com-direkt=...; ohne "
+             "--schnittstelle an allen freien gleichzeitig",
      .button = main_window<&FrmModem::cbuErkennen>,
      .also_needs = "schnittstelle",
+     .everywhere = true,
      .result =
          [](Desk &d) {
              return "typ=" + value_of(*find_option("typ"), d) +

@@ -21,6 +21,7 @@ struct JobCommand {
     std::span<const Option> around = {};
     const char *reads = nullptr;             ///< job that reads what this one writes
     const char *also_needs = nullptr;        ///< option of the main window without which there is no job
+    bool everywhere = false;                 ///< without that option a call does it at all ports
     ControlOf afterwards = nullptr;          ///< button that keeps what the job has brought
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
     /// For a job that only tells something: what happens in place of a button.

@@ -43,7 +43,7 @@ bool all_hold(std::span<const Check> checks, Desk &desk, Panel &panel, Outbox &o
 }
 
 bool Sequencer::ready(const Launch &launch) {
-    if (busy()) {
+    if (busy() || c_.blocked()) {
         c_.outbox.show({.text = already_running, .tone = Tone::refusal});
         return false;
     }

@@ -35,6 +35,7 @@ class Sequencer {
         Outbox &outbox;
         Families families;
         const Reports &reports;
+        std::function<bool()> blocked; ///< something else is at the ports, so no job may begin
         /// Take the beginning of each job, and the end of each that began.
         std::function<void(const Button &)> started;
         std::function<void(JobEnd)> ended;

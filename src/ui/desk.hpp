@@ -16,6 +16,7 @@
 #include "ui/frm_ip_over_ethernet.hpp"
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
+#include "ui/frm_suche.hpp"
 #include "ui/number_lists.hpp"
 #include "ui/small_dialogs.hpp"
 
@@ -48,6 +49,7 @@ struct Desk final : Panel {
     FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
     FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};
     FrmAbout frmAbout;
+    FrmSuche frmSuche;
 
     /// All windows, the main window first.
     // clang-format off
@@ -66,6 +68,7 @@ struct Desk final : Panel {
         &frmService_Center,
         &frmServicenummer,
         &frmAbout,
+        &frmSuche,
     };
     // clang-format on
 

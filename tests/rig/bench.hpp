@@ -28,7 +28,7 @@ class Bench {
         bool carrier = device_.carrier(rig.now);
         bool intervened = !intervene;
         const milliseconds end = rig.now + limit;
-        while (rig.program.busy() && rig.now < end) {
+        while (rig.served->busy() && rig.now < end) {
             milliseconds next = std::min(end, rig.timer.on ? rig.timer.due : end);
             next = std::min(next, device_.next().value_or(end));
             if (!intervened && intervene_at <= next) {
@@ -40,11 +40,11 @@ class Bench {
             rig.turn_to(next);
             rig.arrive(device_.transmit(rig.now));
             if (device_.plug() == simulator::Plug::pulled && std::exchange(rig.port.is_open, false))
-                rig.program.comSeriell_OnComm(CommEvent::lost);
+                rig.served->comSeriell_OnComm(CommEvent::lost);
             if (const bool now = device_.carrier(rig.now); now != carrier) {
                 carrier = now;
                 if (rig.port.watches)
-                    rig.program.comSeriell_OnComm(now ? CommEvent::carrier_rise : CommEvent::carrier_fall);
+                    rig.served->comSeriell_OnComm(now ? CommEvent::carrier_rise : CommEvent::carrier_fall);
             }
         }
     }

@@ -57,16 +57,16 @@ void Rig::turn_to(milliseconds time) {
     for (FakeTimer *due = next(); due->on && due->due <= time; due = next()) {
         now = due->due;
         due->due += due->period;
-        (program.*due->event)();
+        (served->*due->event)();
     }
     now = std::max(now, time);
 }
 
 bool Rig::run_until_idle(milliseconds limit) {
     const milliseconds end = now + limit;
-    while (program.busy() && timer.on && timer.due <= end)
+    while (served->busy() && timer.on && timer.due <= end)
         turn_to(timer.due);
-    return !program.busy();
+    return !served->busy();
 }
 
 void Rig::arrive(std::string_view bytes, std::size_t piece) {
@@ -76,7 +76,7 @@ void Rig::arrive(std::string_view bytes, std::size_t piece) {
         if (!port.is_open)
             return; // bytes for a closed port are gone
         port.pending += bytes.substr(0, piece);
-        program.comSeriell_OnComm(CommEvent::data);
+        served->comSeriell_OnComm(CommEvent::data);
     }
 }
 

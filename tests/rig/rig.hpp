@@ -153,6 +153,7 @@ class Rig : private Observer {
     FakeHelp help{*this};
     FakeFiles files{*this};
     Telvox program;
+    Telvox *served = &program; ///< that the outside belongs to
 };
 
 } // namespace telvox::test
