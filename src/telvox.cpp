@@ -288,6 +288,8 @@ void Telvox::select(ComboBox &list, std::string_view entry) { put(list, entry); 
 
 /// A port is recorded by its number: which ports there are is part of what is played.
 void Telvox::record(const Control &control) {
+    if (!control.recorded)
+        return;
     const bool cable = &control == &desk.frmModem.cobSchnittstelle;
     const auto [verb, value] = control.input();
     if (!cable && &control != &desk.frmModem.cobModem_Port)
@@ -378,8 +380,10 @@ void Telvox::cancel() {
 }
 
 void Telvox::end_running() {
-    if (LongWork *work = long_work())
-        return work->cancel();
+    if (LongWork *work = long_work()) {
+        work->cancel();
+        return sequencer_.abandon(); // the part of it that runs
+    }
     sequencer_.busy() ? sequencer_.cancel() : network_.cancel();
 }
 

@@ -146,7 +146,7 @@ TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {
     EXPECT_EQ(results().find("1234"), std::string::npos);
     run();
     EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich"));
-    EXPECT_EQ(column(message)[1], std::to_string(program.desk.frmGSM_Status.pzbSignalstaerke.value));
+    EXPECT_EQ(column(message)[1], program.desk.frmGSM_Status.lblSignalwert.caption);
 }
 
 TEST_F(Listed, NamesADeviceThatIsUnpluggedLater) {

@@ -23,6 +23,8 @@ void check_options(const Call &call) {
                                         {call.share.of > 1, "--teil"}})
         if (given)
             throw UsageError(std::string(option) + " gehört nur zu liste");
+    if (call.again && !call.job->repeats)
+        throw UsageError("--laufend gehört nur zu signal");
     if (call.save && call.everywhere())
         throw UsageError("--speichern gehört zu einer --schnittstelle");
     for (const auto &[name, given] : call.values)
@@ -89,6 +91,8 @@ Call parse_call(const std::vector<std::string> &all) {
             flag(call.save);
         } else if (name == "--json") {
             flag(call.json);
+        } else if (name == "--laufend") {
+            flag(call.again);
         } else if (name == "--teil") {
             arguments.once();
             call.share = parse_share(arguments.value());

@@ -24,6 +24,7 @@ struct Call : Order {
         std::size_t number = 1, of = 1;
     } share;
     bool json = false;   ///< "--json": events of a list as lines that a script reads
+    bool again = false;  ///< "--laufend": done again and again until the user ends it
     bool repeat = false; ///< "--wiederholen": rows whose outcome nobody knows too
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete

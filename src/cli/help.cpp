@@ -23,20 +23,29 @@ constexpr const char *about_lists =
     "Die Ergebnisse stehen sofort in einer Datei daneben, aus pumpen.csv wird\n"
     "pumpen-ergebnis.csv; ein neuer Aufruf lässt aus, was dort erledigt ist.\n";
 
+/// The switches of one job, nullptr: of those that do their work once.
+std::string switches_of(const JobCommand *job) {
+    std::string text;
+    if (job && job->file)
+        return help_line("--wiederholen",
+                         "führt auch Zeilen aus, die begonnen wurden und deren Ausgang unbekannt ist") +
+               help_line("--teil 2/4",
+                         "führt von der Tabelle nur den zweiten von vier Teilen aus (jede vierte Zeile); "
+                         "seine Ergebnisse stehen in einer Datei für sich") +
+               help_line("--json", "gibt je Ereignis eine Zeile JSON aus, für Skripte");
+    if (job && job->everywhere)
+        text += help_line("--json", "gibt an allen Schnittstellen je Gerät eine Zeile JSON aus");
+    if (job && job->repeats)
+        text += help_line("--laufend", "fragt alle drei Sekunden wieder, bis Strg-C; gibt je Mal eine Zeile "
+                                       "aus, dazu den besten Wert");
+    return text + help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini");
+}
+
 std::string every_job_takes(const JobCommand *job) {
     return help_line("--aus DATEI|-",
                      "liest Angaben als Zeilen name=wert, wie sie die Leseaufträge ausgeben; "
                      "was daneben angegeben ist, geht vor") +
-           help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") +
-           (job && job->file
-                ? help_line("--wiederholen",
-                            "führt auch Zeilen aus, die begonnen wurden und deren Ausgang unbekannt ist") +
-                      help_line(
-                          "--teil 2/4",
-                          "führt von der Tabelle nur den zweiten von vier Teilen aus (jede vierte Zeile); "
-                          "seine Ergebnisse stehen in einer Datei für sich") +
-                      help_line("--json", "gibt je Ereignis eine Zeile JSON aus, für Skripte")
-                : help_line("--speichern", "schreibt --com-direkt und --com-fern nach Com.ini")) +
+           help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") + switches_of(job) +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +
            common_options_help();

@@ -4,6 +4,7 @@
 #include "cli/run_list.hpp"
 #include "cli/run_search.hpp"
 #include "operation/plan.hpp"
+#include "operation/status_queries.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -39,27 +40,36 @@ class PrintedBoxes final : public MessageBoxes {
     bool despite_;
 };
 
-/// Watches the one job of the call.
+/// Watches the one job of the call, or its repetitions.
 class Watched final : public Observer {
   public:
-    Watched(Outputs &out, bool trace) : out_(out), trace_(trace), log_(out.remarks, trace) {}
+    Watched(const Telvox &program, const cli::Call &call, Outputs &out)
+        : program_(program), call_(call), out_(out), log_(out.remarks, call.trace) {}
 
     void status(std::string_view text) override {
-        if (!trace_) // it is in the trace
+        if (!call_.trace && !call_.again) // it is in the trace, or told by the values
             out_.remarks.line(std::string(text));
     }
     void logged(std::string_view text) override { log_.take(text); }
     void over(const operation::WorkEnd &work) {
         end = work;
         log_.end(went_well(end.outcome));
-        QCoreApplication::quit();
+        if (call_.again && went_well(end.outcome)) {
+            const FrmGSM_Status &form = program_.desk.frmGSM_Status;
+            out_.results.line(form.lblAntenne.caption + ", " + form.lblAntenne_Bester.caption);
+            measured = true;
+        }
+        if (!call_.again || !program_.busy())
+            QCoreApplication::quit();
     }
 
     operation::WorkEnd end{{.by = nullptr, .outcome = Outcome::refused, .said = {}}, {}, {}};
+    bool measured = false; ///< at least once
 
   private:
+    const Telvox &program_;
+    const cli::Call &call_;
     Outputs &out_;
-    bool trace_;
     cli::ShownLog log_;
 };
 
@@ -90,12 +100,17 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
             if (line.of_dialogue())
                 out.remarks.line(text_of(line));
         };
-    Watched job(out, call.trace);
+    QtTimer pause;
+    operation::StatusQueries queries(program, pause); // hears of an end before who asks whether it goes on
+    pause.tick = [&] { queries.tick(); };
+    Watched job(program, call, out);
     program.desk.observers.add(job);
     int interrupted = 0;
     cli::on_interrupt([&](int code) {
         interrupted = code;
         program.cancel(); // a call is hung up first
+        if (call.again && !program.busy()) // between two measurements
+            QCoreApplication::quit();
     });
 
     operation::Operator at_the_form(program, ports.scan);
@@ -106,17 +121,23 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     };
     boxes.by = &at_the_form;
     boxes.values_follow = values_follow;
-    if (!at_the_form.begin(call))
+    if (call.again) {
+        at_the_form.fill_in(call);
+        program.set(dynamic_cast<CheckBox &>(call.job->repeats(program.desk)), true);
+    } else if (!at_the_form.begin(call)) {
         return cli::job_failed;
-    if (call.job->look)
+    } else if (call.job->look) {
         call.job->look(program);
-    else
+    } else {
         plan.start(call, false);
-    if (plan.busy())
+    }
+    if (program.busy() || plan.busy())
         application.exec();
     const Outcome outcome = job.end.outcome;
     const bool kept = !went_well(outcome) || at_the_form.keep(call);
     program.Form_Unload();
+    if (job.measured && interrupted != 0)
+        return cli::job_succeeded; // it ends no other way
     if (interrupted != 0)
         return interrupted;
     if (const std::string result = values_follow() ? call.job->result(program.desk) : ""; !result.empty())

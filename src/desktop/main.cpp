@@ -6,6 +6,7 @@
 #include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
 #include "operation/search_window.hpp"
+#include "operation/status_queries.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -63,6 +64,9 @@ int run(QApplication &application, const Call &call) {
     operation::Profiles profiles(program, ports.scan);
     operation::ListPane list(program, ports.scan, profiles);
     const operation::SearchWindow search(program, ports.scan, ports_beside(ports.map));
+    QtTimer pause;
+    operation::StatusQueries queries(program, pause);
+    pause.tick = [&] { queries.tick(); };
     windows.draw();
     if (!call.profile.empty())
         profiles.open(call.profile);

@@ -15,11 +15,6 @@ constexpr ModemType mobile[] = {ModemType::GSM, ModemType::GPRS};
 constexpr ModemType gprs_only[] = {ModemType::GPRS};
 constexpr ModemType ethernet[] = {ModemType::Ethernet};
 
-std::string signal(Desk &desk) {
-    const FrmGSM_Status &form = desk.frmGSM_Status;
-    return form.signal_known ? std::to_string(form.pzbSignalstaerke.value) : "nicht bekannt";
-}
-
 std::string ports(Desk &desk) {
     std::string lines;
     for (const PortInfo &port : desk.ports) {
@@ -95,12 +90,13 @@ constexpr JobCommand commands[] = {
      .around = device_rows,
      .result = [](Desk &d) { return d.frmGSM_Status.tboReg_zustand.text; }},
     {.name = "signal",
-     .help = "Signalstärke abfragen: 1 bis 31, oder \"nicht bekannt\"",
+     .help = "Signalstärke abfragen: \"17 von 31, −79 dBm\", oder \"nicht bekannt\"",
      .variants = mobile,
      .button = at<&Desk::frmGSM_Status, &FrmGSM_Status::cbuSignalstaerke>,
      .menu = main_window<&FrmModem::mnuStatus_abfragen>,
      .around = device_rows,
-     .result = signal},
+     .result = [](Desk &d) { return d.frmGSM_Status.lblSignalwert.caption; },
+     .repeats = at<&Desk::frmGSM_Status, &FrmGSM_Status::chkLaufend>},
     {.name = "imei",
      .help = "Geräte-IMEI auslesen",
      .variants = mobile,

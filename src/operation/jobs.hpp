@@ -24,6 +24,7 @@ struct JobCommand {
     bool everywhere = false;                 ///< without that option a call does it at all ports
     ControlOf afterwards = nullptr;          ///< button that keeps what the job has brought
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
+    ControlOf repeats = nullptr;             ///< tick that has it done again and again
     /// For a job that only tells something: what happens in place of a button.
     void (*look)(Telvox &) = nullptr;
     const char *file = nullptr; ///< what its file is, for the one that takes jobs from it

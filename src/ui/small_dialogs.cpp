@@ -37,6 +37,11 @@ const char *text_of_registration(char status) {
     }
 }
 
+/// "17 von 31, −79 dBm"
+std::string in_words(int signal) {
+    return std::to_string(signal) + " von 31, −" + std::to_string(113 - 2 * signal) + " dBm";
+}
+
 } // namespace
 
 void FrmGSM_Status::show(const Findings &found) {
@@ -56,11 +61,24 @@ void FrmGSM_Status::show_signal(int value) {
     constexpr int not_known = 99;
     signal_known = value != not_known;
     pzbSignalstaerke.value = signal_known ? std::clamp(value, 1, pzbSignalstaerke.maximum) : 0;
-    const int told = std::clamp(value, 0, pzbSignalstaerke.maximum);
-    lblSignalwert.caption = !signal_known
-                                ? "nicht bekannt"
-                                : std::to_string(told) + " von " + std::to_string(pzbSignalstaerke.maximum) +
-                                      ", −" + std::to_string(113 - 2 * told) + " dBm";
+    lblSignalwert.caption =
+        signal_known ? in_words(std::clamp(value, 0, pzbSignalstaerke.maximum)) : "nicht bekannt";
+}
+
+void FrmGSM_Status::show_antenna() {
+    fraAntenne.visible = true;
+    lblAntenne.caption = lblSignalwert.caption;
+    pzbAntenne.value = pzbSignalstaerke.value;
+    if (!signal_known || pzbAntenne.value <= best_)
+        return;
+    best_ = pzbAntenne.value;
+    lblAntenne_Bester.caption = "Bester Wert: " + lblSignalwert.caption;
+}
+
+void FrmGSM_Status::forget_antenna() {
+    best_ = pzbAntenne.value = 0;
+    lblAntenne.caption = unknown;
+    lblAntenne_Bester.caption = "Bester Wert: nicht bekannt";
 }
 
 } // namespace telvox

@@ -84,6 +84,11 @@ class FrmGSM_Status : public Form {
         pzbSignalstaerke.spoken_name = "Signalstärke";
         tboIMEI.spoken_name = "IMEI";
         pzbSignalstaerke.maximum = 31; // the scale of "+CSQ"
+        pzbAntenne.maximum = pzbSignalstaerke.maximum;
+        pzbAntenne.spoken_name = "Signalstärke beim Ausrichten der Antenne";
+        chkLaufend.tool_tip = "Fragt die Signalstärke alle drei Sekunden ab, bis es ausgeschaltet oder "
+                              "abgebrochen wird: zum Ausrichten der Antenne.";
+        cbuAlles.tool_tip = "Fragt PIN Status, Registrierung, Signalstärke und IMEI nacheinander ab.";
         pzbSignalstaerke.tool_tip = "Je länger der Balken, desto besser der Empfang.";
         cancel = &cbuSchließen;
         cbuSchließen.clicked = [this] { unload(); };
@@ -92,7 +97,8 @@ class FrmGSM_Status : public Form {
 
     /// The buttons are off while a query runs.
     void enable_buttons(bool on) {
-        for (Button *button : {&cbuPIN_Status, &cbuReg_zustand, &cbuSignalstaerke, &cbuIMEI, &cbuSchließen})
+        for (Button *button :
+             {&cbuPIN_Status, &cbuReg_zustand, &cbuSignalstaerke, &cbuIMEI, &cbuAlles, &cbuSchließen})
             button->enabled = on;
     }
 
@@ -104,6 +110,9 @@ class FrmGSM_Status : public Form {
         lblSignalwert.caption = unknown;
     }
     bool signal_known = false;
+    /// Shows the signal that was measured last so that it can be read from afar, and the best so far.
+    void show_antenna();
+    void forget_antenna();
 
     void unlock() override { enable_buttons(true); }
 
@@ -121,14 +130,24 @@ class FrmGSM_Status : public Form {
     Label lblSignalstaerke_gut{*this, "lblSignalstaerke_gut", "gut >"};
     Button cbuIMEI{*this, "cbuIMEI", "Geräte &IMEI auslesen"};
     TextBox tboIMEI{*this, "tboIMEI"};
+    CheckBox chkLaufend{*this, "chkLaufend", "&laufend"};
+    Frame fraAntenne{*this, "fraAntenne", "Antenne ausrichten"};
+    Label lblAntenne{*this, "lblAntenne", {}, &fraAntenne};
+    ProgressBar pzbAntenne{*this, "pzbAntenne", {}, &fraAntenne};
+    Label lblAntenne_Bester{*this, "lblAntenne_Bester", {}, &fraAntenne};
+    Button cbuAlles{*this, "cbuAlles", "&Alles abfragen"};
     Button cbuSchließen{*this, "cbuSchließen", "&Fenster schließen"};
 
     void reset() override {
         tboStatus.text = tboPIN_hinterlegt.text = tboReg_zustand.text = tboIMEI.text = unknown;
         forget_signal();
+        forget_antenna();
+        fraAntenne.visible = chkLaufend.value = false;
     }
 
   private:
+    int best_ = 0;
+
     /// By the bar, and in words: "17 von 31, −79 dBm".
     void show_signal(int value);
 };
