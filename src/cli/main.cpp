@@ -108,7 +108,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     int interrupted = 0;
     cli::on_interrupt([&](int code) {
         interrupted = code;
-        program.cancel(); // a call is hung up first
+        program.cancel();                  // a call is hung up first
         if (call.again && !program.busy()) // between two measurements
             QCoreApplication::quit();
     });

@@ -179,8 +179,7 @@ constexpr JobCommand commands[] = {
      .also_needs = "schnittstelle",
      .afterwards = at<&Desk::frmEinstellungen, &FrmEinstellungen::cmdOK>},
     {.name = "erkennen",
-     .help = "stellt fest, was am Kabel hängt; ausgegeben als typ=... und com-direkt=...; ohne "
-             "--schnittstelle an allen freien gleichzeitig",
+     .help = "stellt fest, was am Kabel hängt; ohne --schnittstelle an allen freien",
      .button = main_window<&FrmModem::cbuErkennen>,
      .also_needs = "schnittstelle",
      .everywhere = true,

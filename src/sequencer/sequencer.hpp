@@ -35,7 +35,8 @@ class Sequencer {
         Outbox &outbox;
         Families families;
         const Reports &reports;
-        std::function<bool()> blocked; ///< something else is at the ports, so no job may begin
+        /// Something else is at the ports, so no job may begin.
+        std::function<bool()> blocked = [] { return false; };
         /// Take the beginning of each job, and the end of each that began.
         std::function<void(const Button &)> started;
         std::function<void(JobEnd)> ended;
