@@ -37,6 +37,7 @@ class ProtocolTest : public testing::Test {
         void click(const char *name) { window.findChild<QPushButton *>(name)->click(); }
         std::string shown() {
             QTest::qWait(150);
+            QCoreApplication::processEvents(); // what has fallen due, however late
             return window.findChild<QPlainTextEdit *>("tboProtokoll")->toPlainText().toStdString();
         }
         /// A PIN is set on a device that says nothing else but that it is there.
