@@ -86,6 +86,11 @@ TEST_F(KeysTest, ReachEveryControlInItsOrderAndPressTheOneWithTheFocus) {
             EXPECT_EQ(by_space, itself) << form->name << " " << control->name;
             EXPECT_TRUE(!button || by_enter == itself) << form->name << " " << control->name;
             EXPECT_LE(by_enter.size(), 1u) << form->name << " " << control->name;
+            QKeyEvent late(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+            late.setTimestamp(60'000);
+            pressed.clear();
+            QApplication::sendEvent(at, &late);
+            EXPECT_EQ(pressed, by_enter) << "the end of the key before went to another window";
             if (dynamic_cast<const CheckBox *>(control))
                 press(*at, Qt::Key_Space, " "); // as it was
             const QRect place(at->mapTo(&window, QPoint()), at->size());

@@ -3,10 +3,14 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
+#include <utility>
 
 namespace telvox::desktop {
 
 namespace {
+
+/// A key that is held comes again in less time than this (ms), however slowly it is set.
+constexpr quint64 longest_pause = 2000;
 
 /// Whether a key only types here, so that it may go on as long as it is held.
 bool types(const QKeyEvent &key) {
@@ -33,7 +37,14 @@ bool HeldKeys::eventFilter(QObject *, QEvent *event) {
     if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
         return false;
     const auto &key = *static_cast<QKeyEvent *>(event);
-    if (!key.isAutoRepeat())
+    const int before = std::exchange(key_, key.key());
+    const quint64 last = std::exchange(at_, key.timestamp());
+    // On Windows a key counts as held until its end is seen, which a window that has just closed does not.
+    if (key_ != before || at_ > last + longest_pause)
+        anew_ = key.isAutoRepeat();
+    else if (at_ != last || !key.isAutoRepeat()) // not the same event in another guise
+        anew_ = false;
+    if (!key.isAutoRepeat() || anew_)
         return false;
     if (event->type() == QEvent::KeyPress)
         return !types(key);

@@ -13,6 +13,11 @@ class HeldKeys final : public QObject {
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    int key_ = 0;       ///< the last one that came
+    quint64 at_ = 0;    ///< when, in the clock of the events
+    bool anew_ = false; ///< it was pressed, though it came as one that is held
 };
 
 } // namespace telvox::desktop
