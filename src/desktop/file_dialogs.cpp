@@ -37,7 +37,8 @@ class Dialog final : public QFileDialog {
 
     [[nodiscard]] FileAnswer answer() const {
         const bool accepted = result() == Accepted;
-        return {.path = accepted ? QFileInfo(chosen()).absoluteFilePath().toStdString() : "",
+        const QString path = QDir::toNativeSeparators(QFileInfo(chosen()).absoluteFilePath());
+        return {.path = accepted ? path.toStdString() : "",
                 .ticked = accepted && tick_ && tick_->isChecked()};
     }
 
