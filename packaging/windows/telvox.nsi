@@ -93,6 +93,7 @@ Section "Uninstall"
     RMDir /r "$INSTDIR\lizenzen"
     Delete "$INSTDIR\deinstallieren.exe"
     RMDir "$INSTDIR"
+    RMDir "$LOCALAPPDATA\Programs" ; where nothing else is in it
     RMDir /r "$SMPROGRAMS\${PRODUCT}"
     ReadRegStr $0 HKCU "${CLASSES}\.telvox" ""
     ${If} $0 == "telvox.profil"
