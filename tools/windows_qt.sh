@@ -98,12 +98,14 @@ qt_source() {
     mv "$folder.new" "$folder"
 }
 
-# qt_stopped WHAT: ends with one line, after the last lines of the log.
+# qt_stopped WHAT: ends with one line, after the last lines of the log where they are needed.
 qt_stopped() {
-    tail -n 15 "$qt_log" >&2
     local free
     free=$(df --output=avail -m "$qt_cache" | tail -n 1)
-    [ "$free" -gt 100 ] || fail "$1: the disk is full. A new call goes on from here."
+    if [ "$free" -lt 100 ] || grep -q 'No space left' "$qt_log"; then
+        fail "$1: the disk is full. A new call goes on from here."
+    fi
+    tail -n 15 "$qt_log" >&2
     fail "$1; the log is $qt_log. A new call goes on from here."
 }
 
