@@ -105,6 +105,8 @@ TEST(Profile, SaysWhichLineIsWrongAndFillsNothing) {
         {"schnittstelle=17\n", "ist weder eine COM-Nummer"},
         {std::string("typ=gsm\0", 8), "kein Text"},
         {"typ=\xFF\n", "kein Text"},
+        {std::string("\xFF\xFEm\0\xFC\0l\0l\0=\0", 12), "Zeile 1: \"müll\" gibt es nicht"},
+        {std::string("\xFF\xFE\0\xD8", 4), "kein Text"},
         {std::string(100'000, 'a'), "größer als 64 KB"},
     };
     Desktop desktop;

@@ -129,6 +129,14 @@ std::string to_line(std::string_view utf8) {
     return bytes;
 }
 
+std::string from_utf16(std::string_view bytes) {
+    const auto at = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    std::string utf8;
+    for (std::size_t i = 1; i < bytes.size(); i += 2)
+        append_utf8(utf8, static_cast<char32_t>(at(i) << 8 | at(i - 1)));
+    return utf8;
+}
+
 std::string from_line(std::string_view bytes) {
     std::string utf8;
     for (const char c : bytes) {

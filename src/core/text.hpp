@@ -16,6 +16,9 @@ namespace telvox {
 /// Bytes of the line (Windows-1252) to UTF-8. Control characters are kept.
 [[nodiscard]] std::string from_line(std::string_view bytes);
 
+/// UTF-16, the low byte first, to UTF-8 up to U+FFFF; half a pair gives what is no UTF-8.
+[[nodiscard]] std::string from_utf16(std::string_view bytes);
+
 /// The characters of a text (UTF-8) one by one, each as UTF-8; a malformed byte is a character of its own.
 class Characters {
   public:

@@ -110,10 +110,12 @@ bool has_value(const Option &option, Desk &desk) {
     return option.pick && reachable(option.pick->opens(desk)) && !value_of(option, desk).empty();
 }
 
-/// A text without the mark that an editor may have put before it.
+/// A text without the mark that an editor may have put before it. PowerShell's ">" writes UTF-16.
 std::string checked(std::string text, const std::string &source) {
     if (text.starts_with("\xEF\xBB\xBF"))
         text.erase(0, 3);
+    else if (text.starts_with("\xFF\xFE"))
+        text = from_utf16(text.substr(2));
     if (text.find('\0') != std::string::npos || !valid_utf8(text))
         throw UsageError(source + " ist kein Text (UTF-8).");
     return text;
