@@ -193,6 +193,43 @@ TEST_F(ListCommand, AnUnpluggedAdapterEndsOneOfEightJobs) {
     }
 }
 
+TEST_F(ListCommand, KnowsWhichDeviceHangsOnEachCable) {
+    check = "ein";
+    std::vector<std::shared_ptr<simulator::Unit>> units;
+    for (int i = 1; i <= 8; ++i) {
+        auto unit = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
+        unit->imei = "00101000000000" + std::to_string(i == 8 ? 1 : i);
+        unit->memory.service_number = "0900";
+        units.push_back(unit);
+    }
+    units[4]->silent = true;
+    const auto table = [&](const ServedDevices &served) {
+        std::string text = "name;typ;auftrag;imei;schnittstelle\n";
+        for (std::size_t i = 0; i < units.size(); ++i)
+            text += "P" + std::to_string(i + 1) + ";gsm;alarm-aus;" + (i == 2 ? "001010000000009;" : ";") +
+                    served.path(i) + "\n";
+        write(text);
+    };
+    {
+        const ServedDevices served(units);
+        table(served);
+        EXPECT_EQ(run(), 1);
+        EXPECT_THAT(out,
+                    HasSubstr("fehlgeschlagen: Am Kabel hängt ein anderes Gerät: IMEI 001010000000003 statt "
+                              "001010000000009."));
+        EXPECT_THAT(out, HasSubstr("fehlgeschlagen: Dieses Gerät war schon Zeile "));
+        EXPECT_THAT(out, HasSubstr("8 Zeilen: 5 erfolgreich, 3 fehlgeschlagen."));
+        EXPECT_EQ(units[2]->memory.service_number, "0900");
+        EXPECT_NE(units[0]->memory.service_number, units[7]->memory.service_number) << "one of the two";
+        units[4]->silent = false;
+        static_cast<simulator::Gsm &>(*units[2]).imei = "001010000000009";
+        EXPECT_EQ(run({"--trotzdem"}), 0);
+        EXPECT_THAT(out, HasSubstr("8 Zeilen: 8 erfolgreich."));
+    }
+    for (const auto &unit : units)
+        EXPECT_EQ(unit->memory.service_number, "");
+}
+
 TEST_F(ListCommand, ARowThatWasKilledIsNotDoneAgainUnasked) {
     const std::string device = mute_device();
     // Without parity: a pseudo-terminal that a killed program has left takes it only once.

@@ -6,6 +6,7 @@
 #include "operation/profiles.hpp"
 #include "rig/bench.hpp"
 #include "rig/player.hpp"
+#include "simulator/analog.hpp"
 #include "simulator/cable.hpp"
 #include "simulator/gsm.hpp"
 
@@ -135,6 +136,58 @@ TEST_F(Listed, GoesFromDeviceToDeviceAndOnAfterABreak) {
     program.click(main.cbuListe_schliessen);
     EXPECT_FALSE(main.fraListe.visible);
     EXPECT_EQ(main.tboAlarmmeldung.text, "für alle");
+}
+
+TEST_F(Listed, KnowsWhichDeviceHangsOnTheCable) {
+    main.chkListe_pruefen.value = true;
+    const auto number = [](int of) { return "00101000000000" + std::to_string(of); };
+    std::string table = "name;auftrag;typ;schnittstelle;imei\n";
+    for (int row = 1; row <= 8; ++row)
+        table += "P" + std::to_string(row) + ";alarm-aus;gsm;3;" + (row == 3 ? number(3) : "") + "\n";
+    open(table);
+    const auto at = [&](int carried) { // to a device whose alarm is on
+        bench.rig.turn_by(milliseconds{10'000});
+        device->imei = number(carried);
+        device->memory.service_number = "0900";
+        const std::string said = run();
+        return (device->memory.service_number.empty() ? "written: " : "left alone: ") + said;
+    };
+    EXPECT_EQ(at(1), "written: Gerät 2 von 8: P2 (Zeile 2, P1: erfolgreich)");
+    EXPECT_EQ(at(1), "left alone: Dieses Gerät war schon Zeile 2 (P1). Trotzdem?");
+    bench.rig.answer(false);
+    EXPECT_EQ(column(outcome)[1], "fehlgeschlagen");
+    EXPECT_EQ(at(2), "written: Gerät 3 von 8: P3 (Zeile 3, P2: erfolgreich)");
+    EXPECT_EQ(at(4),
+              "left alone: Am Kabel hängt ein anderes Gerät: IMEI 001010000000004 statt 001010000000003.");
+    EXPECT_EQ(at(3), "written: Gerät 4 von 8: P4 (Zeile 4, P3: erfolgreich)");
+    device->silent = true;
+    EXPECT_THAT(at(4), HasSubstr("left alone: "));
+    device->silent = false;
+    EXPECT_THAT(at(4), HasSubstr("written: Gerät 5 von 8"));
+    EXPECT_EQ(at(1), "left alone: Dieses Gerät war schon Zeile 2 (P1). Trotzdem?");
+    bench.rig.answer(true);
+    bench.run(milliseconds{60'000});
+    EXPECT_EQ(device->memory.service_number, "");
+    for (const int last : {6, 7, 8})
+        EXPECT_THAT(at(last), HasSubstr("written: "));
+    EXPECT_EQ(main.StatusBar.text, "l.csv: alle Geräte sind erledigt");
+    EXPECT_THAT(results(),
+                AllOf(HasSubstr("4;P3;1970-01-01 00:00:00;COM 3;erfolgreich;Die Alarmfunktion wurde "
+                                "deaktiviert.;001010000000003\r\n"),
+                      HasSubstr("statt 001010000000003.;\r\n")));
+    EXPECT_FALSE(program.desk.frmGSM_Status.open);
+
+    cable.carry_to(std::make_shared<simulator::Analog>());
+    open("name;typ;auftrag;schnittstelle\nA;analog;alarm-aus;3\nB;analog;alarm-aus;3\n");
+    EXPECT_THAT(run(), HasSubstr("A: erfolgreich"));
+    for (const bool carried : {false, true}) {
+        bench.rig.turn_by(milliseconds{10'000});
+        EXPECT_EQ(run(),
+                  "Am Kabel hing zuletzt das Gerät von Zeile 2 (A). Ist jetzt das andere angeschlossen?");
+        bench.rig.answer(carried);
+        bench.run(milliseconds{60'000});
+        EXPECT_EQ(column(outcome)[1], carried ? "erfolgreich" : "offen");
+    }
 }
 
 TEST_F(Listed, TakesJobsOfDialogsAndHidesSecrets) {

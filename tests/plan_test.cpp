@@ -1,6 +1,7 @@
 // Orders that take several jobs, against simulated devices: what is asked, read, merged and written, and what
 // is not.
 
+#include "operation/backups.hpp"
 #include "operation/list_order.hpp"
 #include "operation/plan.hpp"
 #include "rig/bench.hpp"
@@ -10,6 +11,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
 #include <sstream>
 
 namespace telvox::test {
@@ -28,6 +31,8 @@ struct Plant {
         device->memory.settings["AUTOIP"] = "10.0.0.9";
         device->memory.settings["AUTOPORTIP"] = device->memory.settings["AUTOPORTURL"] = "1234";
         bench.rig.choose_cable_port(3);
+        std::filesystem::remove_all(folder);
+        bench.rig.program.desk.folders.settings = folder;
         plan.over = [this](const WorkEnd &work) { ends.push_back(work); };
     }
     /// Does the one row of a table, as a list would; what it came to.
@@ -45,13 +50,16 @@ struct Plant {
         const Attempt attempt = attempt_of(ends[0], *order.job, bench.rig.program.desk);
         return std::string(word_of(attempt.outcome)) + ": " + attempt.message;
     }
+    ~Plant() { std::filesystem::remove_all(folder); }
     [[nodiscard]] bool unchanged() const { return device->memory.settings == before; }
 
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_plan_test";
+    std::time_t now = 0;
     std::shared_ptr<simulator::Gprs> device = std::make_shared<simulator::Gprs>();
     simulator::Cable cable{device};
     Bench bench{cable};
     Operator at_the_form{bench.rig.program, bench.rig.scan};
-    Plan plan{bench.rig.program, at_the_form};
+    Plan plan{bench.rig.program, at_the_form, [this] { return now += 60; }};
     std::vector<WorkEnd> ends;
     std::map<std::string, std::string, std::less<>> before;
 };
@@ -105,6 +113,11 @@ TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {
          "abgebrochen: ", [](Plant &p) { p.bench.rig.program.click(p.bench.f.cbuAbbrechen); }},
         {[](Plant &p) { p.device->memory.settings["AUTOPORTIP"] = ""; },
          "fehlgeschlagen: Es wurde keine Portnummer eingetragen."},
+        {[](Plant &) {}, "fehlgeschlagen: Die Sicherung der alten Einstellungen lässt sich nicht schreiben.",
+         [](Plant &p) {
+             std::filesystem::remove_all(p.folder);
+             std::ofstream(p.folder) << "kein Ordner";
+         }},
     };
     for (const auto &[happens, because, meanwhile] : cases) {
         Plant plant;
@@ -120,6 +133,94 @@ TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {
         EXPECT_THAT(came_to, testing::StartsWith(because));
         EXPECT_TRUE(plant.unchanged()) << because;
         EXPECT_EQ(plant.ends.size(), 1U);
+    }
+}
+
+TEST(OnlyWhatChanges, ACopyOfWhatWasThereIsKept) {
+    Plant plant;
+    std::ofstream(plant.folder) << "kein Ordner";
+    EXPECT_THROW(plant.work("auftrag;apn", "gprs-schreiben;neu0"), UsageError);
+    EXPECT_THAT(plant.bench.rig.journal, Not(testing::Contains(HasSubstr("->"))))
+        << "said before anything is sent";
+    std::filesystem::remove_all(plant.folder);
+    for (std::size_t i = 1; i <= Backup::most + 2; ++i) {
+        plant.ends.clear();
+        plant.bench.rig.turn_by(milliseconds{10'000});
+        plant.work("auftrag;apn", ("gprs-schreiben;neu" + std::to_string(i)).c_str());
+        plant.bench.rig.program.dismiss(plant.bench.rig.program.desk.frmGPRS);
+    }
+    const auto kept = backups(plant.bench.rig.program.desk.folders);
+    ASSERT_EQ(kept.size(), Backup::most);
+    EXPECT_EQ(kept.front().imei + kept.front().what, plant.device->imei + "GPRS");
+    EXPECT_GT(kept.front().time, kept.back().time);
+    const auto rights = std::filesystem::status(kept.front().file).permissions();
+    EXPECT_EQ(rights & ~std::filesystem::perms::owner_all, std::filesystem::perms::none)
+        << "it holds passwords";
+    const Profile newest = parse_profile(profile_of_file(text_of(kept.front().file)), "p");
+    const Values &values = newest.dialogs.at(find_section("GPRS"));
+    EXPECT_EQ(values.at("apn").value, "neu21");
+    EXPECT_EQ(values.at("kennwort").value, "geheim");
+    EXPECT_EQ(values.at("standleitung").value, "ip");
+}
+
+TEST(Compared, SettingsStandSideBySide) {
+    const struct {
+        const char *cells, *came_to;
+    } cases[] = {
+        {"gprs-vergleichen;internet.alt;geheim", "erfolgreich: Alles stimmt überein (verglichen: 2)."},
+        {"gprs-vergleichen;internet.neu;geheim",
+         "abweichend: Anders eingestellt: 1 von 2. APN: soll internet.neu, ist internet.alt"},
+        {"gprs-vergleichen;internet.alt;falsch",
+         "abweichend: Anders eingestellt: 1 von 2. Passwort: soll ***, ist ***"},
+    };
+    for (const auto &[cells, came_to] : cases) {
+        Plant plant;
+        EXPECT_EQ(plant.work("auftrag;apn;kennwort", cells), came_to);
+        EXPECT_TRUE(plant.unchanged());
+        EXPECT_EQ(plant.ends[0].imei, plant.device->imei);
+    }
+    EXPECT_THROW(Plant().work("auftrag", "gprs-vergleichen"), UsageError);
+
+    Plant dialog;
+    Telvox &program = dialog.bench.rig.program;
+    FrmGPRS &form = program.desk.frmGPRS;
+    program.choose(dialog.bench.f.optGPRS);
+    program.click(dialog.bench.f.mnuGPRS_konfig);
+    program.select(form.cobAPN, "internet.neu");
+    program.click(form.cbuGPRS_vergleichen);
+    dialog.bench.run(milliseconds{60'000});
+    FrmVergleich &shown = program.desk.frmVergleich;
+    EXPECT_TRUE(shown.open);
+    EXPECT_EQ(shown.lblErgebnis.caption, "Anders eingestellt: 3 von 12.");
+    EXPECT_EQ(shown.tblVergleich.cell(0, 0) + ": " + shown.tblVergleich.cell(0, 1) + ", " +
+                  shown.tblVergleich.cell(0, 2),
+              "APN: internet.neu, internet.alt");
+    EXPECT_EQ(form.cobAPN.text, "internet.neu") << "the fields are as they were";
+    EXPECT_TRUE(dialog.bench.rig.boxes.empty());
+}
+
+TEST(AfterTheRestart, TheDeviceIsReadAndCompared) {
+    const struct {
+        std::function<void(Plant &)> meanwhile;
+        const char *came_to;
+    } cases[] = {
+        {[](Plant &) {}, "erfolgreich: Das Telvox-A wurde erfolgreich parametriert. Nach dem Neustart "
+                         "geprüft: Alles stimmt überein."},
+        {[](Plant &p) { p.device->faults["AT**SAVE"] = simulator::Fault::unanswered; },
+         "mit Ablehnungen: Das Telvox-A wurde erfolgreich parametriert. Nach dem Neustart ist nicht alles "
+         "so, wie es "
+         "geschrieben wurde. APN: soll neu, ist internet.alt"},
+        {[](Plant &p) { p.device->faults["AT**RESET"] = simulator::Fault::deafens; },
+         "fehlgeschlagen: Das Telvox-A wurde erfolgreich parametriert. Es hat sich nach dem Neustart nicht "
+         "gemeldet"},
+    };
+    for (const auto &[meanwhile, came_to] : cases) {
+        Plant plant;
+        meanwhile(plant);
+        plant.device->memory.settings["AUTOIP"] = plant.device->memory.settings["LL"] = "";
+        EXPECT_THAT(plant.work("auftrag;apn;kennwort;rest;nach-neustart-pruefen",
+                               "gprs-schreiben;neu;geheim;leeren;ein"),
+                    testing::StartsWith(came_to));
     }
 }
 

@@ -90,6 +90,15 @@ int exit_code(Outcome outcome) {
     return cli::call_refused;
 }
 
+/// "APN: internet.alt → internet.neu" of what was changed, of what was compared both and whether they differ.
+std::string line_of(const operation::Compared &one, bool compares) {
+    const std::string wanted = shown(*one.option, one.wanted), found = shown(*one.option, one.found);
+    return one.option->title + std::string(": ") +
+           (!compares       ? found + " → " + wanted
+            : one.differs() ? "soll " + wanted + ", ist " + found + " (anders)"
+                            : found);
+}
+
 int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     QtPorts ports(call.common);
     PrintedBoxes boxes(out, call.despite);
@@ -140,6 +149,9 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
         return cli::job_succeeded; // it ends no other way
     if (interrupted != 0)
         return interrupted;
+    for (const operation::Compared &one : job.end.compared)
+        if (call.job->compares || (outcome == Outcome::succeeded && one.differs()))
+            out.results.line(line_of(one, call.job->compares));
     if (const std::string result = values_follow() ? call.job->result(program.desk) : ""; !result.empty())
         out.results.line(result);
     if (call.job->look)

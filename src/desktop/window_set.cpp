@@ -15,6 +15,7 @@
 #include "ui_frm_service_center.h"
 #include "ui_frm_servicenummer.h"
 #include "ui_frm_suche.h"
+#include "ui_frm_vergleich.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -110,6 +111,7 @@ constexpr Maker makers[] = {
     {"frmIPoEthernet", make_with_status<Ui::frmIPoEthernet>},
     {"frmService_Center", make_dialog<Ui::frmService_Center>},
     {"frmServicenummer", make_dialog<Ui::frmServicenummer>},
+    {"frmVergleich", make_dialog<Ui::frmVergleich>},
     {"frmAbout", make_dialog<Ui::frmAbout>},
     {"frmSuche", make_with_status<Ui::frmSuche>},
     {"frmGPRS", make_with_status<Ui::frmGPRS>},

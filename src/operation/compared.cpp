@@ -34,4 +34,13 @@ std::string differences(const std::vector<Compared> &compared, const char *betwe
     return lines;
 }
 
+std::string deviations(const std::vector<Compared> &compared) {
+    std::string lines;
+    for (const auto &one : compared)
+        if (one.differs())
+            lines += (lines.empty() ? "" : "\r") + std::string(one.option->title) + ": soll " +
+                     shown(*one.option, one.wanted) + ", ist " + shown(*one.option, one.found);
+    return lines;
+}
+
 } // namespace telvox::operation

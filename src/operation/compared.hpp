@@ -29,4 +29,7 @@ struct Compared {
 /// The settings that differ, from what was found to what is wanted: "APN: internet.alt → internet.neu".
 [[nodiscard]] std::string differences(const std::vector<Compared> &compared, const char *between);
 
+/// The same for who checks: "APN: soll internet.neu, ist internet.alt", a line each.
+[[nodiscard]] std::string deviations(const std::vector<Compared> &compared);
+
 } // namespace telvox::operation

@@ -1,6 +1,8 @@
 #include "operation/jobs.hpp"
 
+#include "core/files/files.hpp"
 #include "core/text.hpp"
+#include "operation/backups.hpp"
 #include "operation/rows.hpp"
 
 #include <algorithm>
@@ -27,6 +29,14 @@ std::string ports(Desk &desk) {
     if (!lines.empty())
         lines.pop_back();
     return lines;
+}
+
+std::string backup_lines(Desk &desk) {
+    std::string lines;
+    for (const Backup &backup : backups(desk.folders))
+        lines += (lines.empty() ? "" : "\n") + backup.imei + " " + backup.time + " " + backup.what + ": " +
+                 text_of(backup.file);
+    return lines.empty() ? "Es gibt keine Sicherungen." : lines;
 }
 
 std::string service_numbers(Desk &desk) {
@@ -111,7 +121,8 @@ constexpr JobCommand commands[] = {
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
      .options = gprs_rows,
      .around = write_rows,
-     .reads = "gprs-lesen"},
+     .reads = "gprs-lesen",
+     .verify = gprs<&FrmGPRS::chkGPRS_pruefen>},
     {.name = "gprs-lesen",
      .help = "GPRS Einstellungen lesen, ausgegeben als Zeilen name=wert",
      .variants = gprs_only,
@@ -119,6 +130,14 @@ constexpr JobCommand commands[] = {
      .menu = main_window<&FrmModem::mnuGPRS_konfig>,
      .around = device_rows,
      .result = [](Desk &d) { return value_lines(gprs_rows, d); }},
+    {.name = "gprs-vergleichen",
+     .help = "liest die GPRS Einstellungen und vergleicht sie mit den angegebenen",
+     .variants = gprs_only,
+     .button = gprs<&FrmGPRS::cbuGPRS_vergleichen>,
+     .menu = main_window<&FrmModem::mnuGPRS_konfig>,
+     .options = gprs_rows,
+     .around = device_rows,
+     .compares = true},
     {.name = "ipt-schreiben",
      .help = "IP-Telemetrie einstellen",
      .variants = gprs_only,
@@ -126,7 +145,8 @@ constexpr JobCommand commands[] = {
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
      .options = ipt_rows,
      .around = write_rows,
-     .reads = "ipt-lesen"},
+     .reads = "ipt-lesen",
+     .verify = ipt<&FrmIPT::chkIPT_pruefen>},
     {.name = "ipt-lesen",
      .help = "IP-Telemetrie lesen, ausgegeben als Zeilen name=wert",
      .variants = gprs_only,
@@ -134,6 +154,14 @@ constexpr JobCommand commands[] = {
      .menu = main_window<&FrmModem::mnuIPT_konfig>,
      .around = device_rows,
      .result = [](Desk &d) { return value_lines(ipt_rows, d); }},
+    {.name = "ipt-vergleichen",
+     .help = "liest die IP-Telemetrie und vergleicht sie mit den angegebenen Einstellungen",
+     .variants = gprs_only,
+     .button = ipt<&FrmIPT::cbuIPT_vergleichen>,
+     .menu = main_window<&FrmModem::mnuIPT_konfig>,
+     .options = ipt_rows,
+     .around = device_rows,
+     .compares = true},
     {.name = "ethernet-ip",
      .help = "IP-Adresse und Port über das Kabel einstellen",
      .variants = ethernet,
@@ -199,6 +227,11 @@ constexpr JobCommand commands[] = {
                     "\ncom-fern=" + value_of(*find_option("com-fern"), d) +
                     "\nordner=" + d.folders.settings.string();
          },
+     .look = [](Telvox &) {}},
+    {.name = "sicherungen",
+     .help = "nennt die Sicherungen, die vor dem Schreiben gelesen wurden; zurück mit gprs-schreiben oder "
+             "ipt-schreiben --aus DATEI",
+     .result = backup_lines,
      .look = [](Telvox &) {}},
     {.name = "servicenummern",
      .help = "nennt die Einträge beider Listen von Servicenummern, für --netz und --anbieter",

@@ -104,8 +104,12 @@ void ListPane::open(const std::string &path) {
 /// buttons are not pressed: what is missing in a row may be what the user enters at each device.
 std::vector<Order> ListPane::checked(const DeviceList &list, const Values &base) const {
     std::vector<Order> orders;
+    Profile profile = profiles_.in_force();
+    std::erase_if(profile.main, [](const auto &value) { // what is left of it is the form's
+        return !find_option(around_options(), value.first);
+    });
     try_out(
-        list, {.values = {}, .profile = {.main = {}, .dialogs = profiles_.in_force().dialogs}}, base,
+        list, {.values = {}, .profile = std::move(profile)}, base,
         {.folders = desk_.folders,
          .exists = [&](const std::string &device) { return ports_.number_of(device) != 0; },
          .listed = true,
@@ -147,14 +151,28 @@ void ListPane::start() {
     if (!filled_)
         return;
     const auto &last = work_->results.last(current_);
-    if (!last || last->outcome != RowOutcome::begun)
+    const std::string question = last && last->outcome == RowOutcome::begun
+                                     ? label_of(work_->list.rows[current_]) + ": " + word_of(last->outcome) +
+                                           ". Noch einmal ausführen?"
+                                     : question_about_device();
+    if (question.empty())
         return start_row();
-    desk_.outbox.ask(label_of(work_->list.rows[current_]) + ": " + word_of(last->outcome) +
-                         ". Noch einmal ausführen?",
-                     [this, row = current_](bool yes) {
-                         if (yes && row == current_ && !busy())
-                             start_row();
-                     });
+    desk_.outbox.ask(question, [this, row = current_](bool yes) {
+        if (yes && row == current_ && !busy())
+            start_row();
+    });
+}
+
+/// A device that tells no number may be the last one still; one Enter too many must not write it again.
+std::string ListPane::question_about_device() const {
+    const Order &order = work_->orders[current_];
+    const ModemType type = main_.modem_type();
+    if (!main_.chkListe_pruefen.value || last_at_cable_ == none || last_at_cable_ == current_ ||
+        !main_.optDirektverbindung.value || type == ModemType::GSM || type == ModemType::GPRS ||
+        work_->orders[last_at_cable_].job != order.job || work_->results.last(last_at_cable_)->port != port())
+        return {};
+    return "Am Kabel hing zuletzt das Gerät von " + named(work_->list.rows[last_at_cable_]) +
+           ". Ist jetzt das andere angeschlossen?";
 }
 
 void ListPane::start_row() {
@@ -184,7 +202,7 @@ void ListPane::close() {
             program_.dismiss(*std::exchange(dialog_, nullptr));
         operator_.begin_with(base_);
         work_.reset();
-        current_ = none;
+        current_ = last_at_cable_ = none;
         main_.tblListe.rows = 0;
         main_.fraListe.visible = false;
     });
@@ -219,10 +237,12 @@ void ListPane::over(const WorkEnd &end) {
             if (message == of_job) {
                 message.about = label;
                 // A box about it would lie over the next device's data.
-                message.shown = end.outcome != Outcome::succeeded || !kept;
+                message.shown =
+                    !(end.outcome == Outcome::succeeded || end.outcome == Outcome::differs) || !kept;
             }
-    if (!kept || !well)
+    if (!kept || !(well || end.outcome == Outcome::differs))
         return;
+    last_at_cable_ = main_.optDirektverbindung.value ? row : none;
     if (Form &form = *button_of(order).form; &form != &main_)
         program_.dismiss(form);
     dialog_ = nullptr;

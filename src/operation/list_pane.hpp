@@ -39,6 +39,7 @@ class ListPane : private Observer {
     void choose(std::size_t row);
     bool fill(std::size_t row);
     void start();
+    [[nodiscard]] std::string question_about_device() const;
     void start_row();
     void skip();
     void close();
@@ -62,8 +63,8 @@ class ListPane : private Observer {
     PortScan &ports_;
     Profiles &profiles_;
     Operator operator_;
-    Plan plan_{program_, operator_};
     Now now_;
+    Plan plan_{program_, operator_, now_};
     std::unique_ptr<Work> work_;
     /// What the form holds without a row: each row is filled in on it, so that none gets what is another's.
     Values base_;
@@ -71,7 +72,8 @@ class ListPane : private Observer {
     bool filled_ = false;    ///< the form holds the current row
     Form *dialog_ = nullptr; ///< that was opened for the current row
     std::size_t running_ = none;
-    std::string told_; ///< how the last row that ended came out, for the status bar
+    std::size_t last_at_cable_ = none; ///< row that went well last in this session
+    std::string told_;                 ///< how the last row that ended came out, for the status bar
 };
 
 } // namespace telvox::operation

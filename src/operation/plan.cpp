@@ -2,6 +2,8 @@
 
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "operation/backups.hpp"
+#include "operation/profile.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -12,51 +14,24 @@ namespace {
 
 constexpr std::size_t imei_digits = 15;
 
-/// An option that is "ein" or "aus".
-bool is_on(const Order &order, const char *name, bool otherwise) {
-    const Given *given = order.find(name);
-    if (!given)
-        return otherwise;
-    if (const std::string word = in_small_letters(given->value); word == "ein" || word == "aus")
-        return word == "ein";
-    throw UsageError(given->from, ": \"" + given->value + "\" gibt es nicht (ein, aus)");
-}
-
-std::string expected_imei(const Order &order, bool can_be_asked) {
-    const Given *given = order.find("imei");
-    if (!given)
-        return {};
-    std::string imei = given->value;
-    std::erase(imei, ' ');
-    if (imei.size() != imei_digits || imei.find_first_not_of("0123456789") != std::string::npos)
-        throw UsageError(given->from, ": eine IMEI hat 15 Ziffern");
-    if (!can_be_asked)
-        throw UsageError(given->from, ": die IMEI sagen nur gsm und gprs, und nur am Kabel");
-    return imei;
-}
-
-/// Whether a job that writes all settings of its dialog is to leave those that the order does not name.
-bool keeps_the_rest(const Order &order, bool over_cable, bool listed) {
-    if (!order.job->reads)
-        return false;
-    const std::span<const Option> options = order.job->options;
-    const bool is_part = std::any_of(options.begin(), options.end(),
-                                     [&](const Option &option) { return !order.find(option.name); });
-    const Given *rest = order.find("rest");
-    if (rest && in_small_letters(rest->value) != "leeren")
-        throw UsageError(rest->from, ": \"" + rest->value + "\" gibt es nicht (leeren)");
-    if (!is_on(order, "nur-aenderungen", listed && is_part && !rest))
-        return false;
-    if (rest)
-        throw UsageError(rest->from, ": das schließt nur-aenderungen aus");
-    if (!over_cable)
-        throw UsageError(
-            "was nicht angegeben ist, würde geleert, denn in einem Anruf lässt es sich nicht lesen "
-            "(rest auf leeren setzen, oder den Rest angeben)");
-    return true;
-}
-
 const JobCommand &imei_query() { return *find_job("imei"); }
+
+/// As long as a device may take to start anew: each try that stays unanswered takes half a minute.
+constexpr int most_tries = 6;
+
+/// Whether it fills the dialog that another job writes.
+bool is_read(const JobCommand &job) {
+    const std::span<const JobCommand> all = job_commands();
+    return std::any_of(all.begin(), all.end(), [&](const JobCommand &other) {
+        return other.reads && other.reads == std::string_view(job.name);
+    });
+}
+
+/// Those values that an order names.
+Values named_by(const Order &order, Values values) {
+    std::erase_if(values, [&](const auto &value) { return !order.find(value.first); });
+    return values;
+}
 
 Button &button_of(const JobCommand &job, Desk &desk) { return dynamic_cast<Button &>(job.button(desk)); }
 
@@ -68,42 +43,29 @@ Message other_device(const std::string &there, const std::string &expected) {
 
 } // namespace
 
-Course course_of(const Order &order, Desk &desk, bool listed) {
-    const ModemType type = desk.frmModem.modem_type();
-    const bool over_cable = !desk.frmModem.optFernverbindung.value;
-    const bool tells_imei = over_cable && (type == ModemType::GSM || type == ModemType::GPRS);
-    Course course{.imei = expected_imei(order, tells_imei)};
-    const bool asked = is_on(order, "geraet-pruefen", listed) && !order.job->result;
-    course.identifies = tells_imei && order.job != &imei_query() && find_option(*order.job, "imei") &&
-                        (asked || !course.imei.empty());
-    course.merges = keeps_the_rest(order, over_cable, listed);
-    return course;
-}
-
-const JobCommand &first_job(const JobCommand &job, const Course &course) {
-    return course.merges ? *find_job(job.reads) : job;
-}
-
 Attempt attempt_of(const WorkEnd &work, const JobCommand &job, Desk &desk) {
     Attempt attempt{.outcome = row_outcome(work.outcome), .imei = work.imei};
     const std::string different = differences(work.compared, "; ");
     if (went_well(work.outcome) && job.result)
         attempt.message = found_out(job, desk);
-    else if (went_well(work.outcome) && !different.empty())
+    else if (work.outcome == Outcome::succeeded && !different.empty() && !job.compares)
         attempt.message = different;
     else
         for (const Message &message : work.said)
-            attempt.message = joined_lines(message.text);
+            attempt.message =
+                joined_lines(message.text + (message.advice.empty() ? "" : "\r") + message.advice);
     return attempt;
 }
 
-Plan::Plan(Telvox &program, Operator &at_the_form)
-    : program_(program), desk_(program.desk), operator_(at_the_form) {
+Plan::Plan(Telvox &program, Operator &at_the_form, Now now)
+    : program_(program), desk_(program.desk), operator_(at_the_form), now_(std::move(now)) {
     desk_.observers.add(*this);
 }
 
 void Plan::start(const Order &order, bool listed) {
     const Course course = course_of(order, desk_, listed);
+    if (course.merges)
+        check_backups(desk_.folders);
     work_ = {.order = order,
              .course = course,
              .by = &button_of(*order.job, desk_),
@@ -123,9 +85,10 @@ void Plan::start(const Order &order, bool listed) {
 
 void Plan::press_step() {
     const Step step = work_->steps.front();
+    const JobCommand &own = *work_->order.job;
     const JobCommand &job = step == Step::identify ? imei_query()
-                            : step == Step::read   ? first_job(*work_->order.job, work_->course)
-                                                   : *work_->order.job;
+                            : step == Step::work   ? own
+                                                   : *find_job(own.reads);
     const Button &button = button_of(job, desk_);
     Form &form = *button.form;
     work_->running = false;
@@ -137,17 +100,11 @@ void Plan::press_step() {
         operator_.open_dialog(work_->order);
         opened(form);
     }
-    if (step == Step::read) {
-        work_->wanted = all_values(work_->order.job->options, desk_);
-        std::erase_if(work_->wanted, [&](const auto &value) { return !work_->order.find(value.first); });
-    }
     work_->pressed = &button;
     operator_.press({.job = &job, .values = {}});
 }
 
-/// The step before has gone well.
 void Plan::press() {
-    work_->steps.pop_front();
     try {
         press_step();
     } catch (const UsageError &failure) {
@@ -155,29 +112,82 @@ void Plan::press() {
     }
 }
 
+void Plan::next() {
+    work_->steps.pop_front();
+    press();
+}
+
 void Plan::started(const Button &by) {
+    if (!work_)
+        adopt(by);
     if (!work_ || &by != work_->pressed)
         return begun(by);
+    const JobCommand &job = *work_->order.job;
+    const Step step = work_->steps.front();
     work_->running = true;
+    if (step == Step::read || job.compares)
+        work_->wanted = named_by(work_->order, all_values(job.options, desk_));
+    if (step == Step::work && job.reads) {
+        work_->wanted = all_values(job.options, desk_);
+        const bool ticked = dynamic_cast<CheckBox &>(job.verify(desk_)).value;
+        work_->course.verifies |= ticked && !desk_.frmModem.optFernverbindung.value;
+    }
     if (!std::exchange(work_->begun, true))
         begun(*work_->by);
+}
+
+/// Of what a dialog reads or writes more is told than how it ended.
+void Plan::adopt(const Button &by) {
+    for (const JobCommand &job : job_commands()) {
+        if (!job.button || &job.button(desk_) != &by || (!job.compares && !job.reads && !is_read(job)))
+            continue;
+        const Section &section = *section_of(job);
+        work_ = {.order = {.job = &job, .values = values_of(section.options, desk_, true)},
+                 .course = {},
+                 .by = &by,
+                 .steps = {Step::work},
+                 .pressed = &by,
+                 .by_user = true};
+        const auto read = read_.find(&section);
+        if (!job.reads || read == read_.end())
+            return;
+        if (const std::string failure = keep_copy(read->second.imei, read->second.values); !failure.empty())
+            desk_.outbox.show_unrecorded(failure);
+        read_.erase(read);
+        return;
+    }
 }
 
 void Plan::ended(const JobEnd &end) {
     if (!work_ || !work_->running || end.by != work_->pressed)
         return over({end});
+    const Step step = work_->steps.front();
+    const JobCommand &job = *work_->order.job;
+    const bool well = went_well(end.outcome);
     work_->running = false;
-    const bool goes_on = work_->steps.size() > 1 && went_well(end.outcome);
-    if (work_->swapped() || goes_on) // what it says is not what came of the order
+    if (step == Step::work && well && work_->course.verifies) {
+        work_->steps.push_back(Step::verify);
+        work_->written = end;
+    }
+    const bool again = step == Step::verify && end.outcome == Outcome::failed && ++work_->tries < most_tries;
+    const bool goes_on = (well && work_->steps.size() > 1) || again;
+    if (work_->swapped() || goes_on || step == Step::verify || (well && job.compares)) // it is told otherwise
         for (auto &[message, answered] : desk_.outbox.waiting())
             if (std::find(end.said.begin(), end.said.end(), message) != end.said.end())
                 message.shown = false;
     if (work_->swapped())
-        end_with(Outcome::failed, other_device(work_->imei, work_->expected));
-    else if (!goes_on)
-        this->end(end);
-    else
+        return end_with(Outcome::failed, other_device(work_->imei, work_->expected));
+    if (goes_on)
         work_->done = end.outcome;
+    else if (step == Step::verify)
+        verified(end.outcome);
+    else if (well && job.compares)
+        compared(end.outcome);
+    else {
+        if (well && is_read(job))
+            read_[section_of(job)] = {work_->imei, all_values(section_of(job)->options, desk_)};
+        this->end(end);
+    }
 }
 
 /// A record tells the boxes of one job before the next one begins.
@@ -185,7 +195,18 @@ void Plan::settled() {
     if (!work_ || !work_->done)
         return;
     const Outcome outcome = *std::exchange(work_->done, std::nullopt);
-    program_.together([&] { work_->steps.front() == Step::identify ? identified() : was_read(outcome); });
+    program_.together([&] {
+        switch (work_->steps.front()) {
+        case Step::identify:
+            return identified();
+        case Step::read:
+            return was_read(outcome);
+        case Step::work:
+            return next();
+        case Step::verify:
+            return press();
+        }
+    });
 }
 
 /// A device tells its IMEI when it is asked for it, and a GPRS device in the first check of each job.
@@ -227,13 +248,13 @@ void Plan::identified() {
         program_.dismiss(desk_.frmGSM_Status);
     const std::string before = done_before(work_->imei);
     if (before.empty())
-        return press();
+        return next();
     work_->asks = true;
     const std::string same = "Dieses Gerät war schon " + before + ".";
     desk_.outbox.ask_unrecorded(same + " Trotzdem?", [this, same](bool yes) {
         work_->asks = false;
         if (yes)
-            return press();
+            return next();
         work_->imei.clear(); // nothing was done at it
         end({.by = work_->by, .outcome = Outcome::failed, .said = {{.text = same, .tone = Tone::refusal}}});
     });
@@ -257,7 +278,76 @@ void Plan::was_read(Outcome outcome) {
     if (differences(work_->compared, "").empty())
         return end_with(Outcome::succeeded,
                         {.text = "Das Telvox-A ist schon so eingestellt.", .tone = Tone::success});
-    press();
+    if (const std::string failure = keep_copy(work_->imei, found); !failure.empty())
+        return end_with(Outcome::failed, {.text = failure, .tone = Tone::failure});
+    next();
+}
+
+std::string Plan::keep_copy(const std::string &imei, const Values &values) {
+    return keep_backup(desk_.folders, imei, now_(), *section_of(*work_->order.job), values);
+}
+
+/// Sets what was read beside what the dialog held, which it holds again then. Returns what differs.
+std::string Plan::read_back() {
+    const std::span<const Option> options = work_->order.job->options;
+    std::vector<Compared> now = compare(options, work_->wanted, all_values(options, desk_));
+    try {
+        operator_.fill(options, work_->wanted);
+    } catch (const UsageError &) { // it held that before
+    }
+    const std::string different = deviations(now);
+    if (work_->order.job->compares || !different.empty())
+        work_->compared = std::move(now); // else what was changed is told
+    return different;
+}
+
+void Plan::show_compared(const std::string &result) {
+    std::vector<FrmVergleich::Line> lines;
+    for (const Compared &one : work_->compared)
+        lines.push_back({one.option->title, shown(*one.option, one.wanted), shown(*one.option, one.found),
+                         one.differs()});
+    if (work_->by_user)
+        desk_.frmVergleich.show(result, std::move(lines));
+}
+
+void Plan::compared(Outcome outcome) {
+    const std::string different = read_back();
+    const auto count = std::count_if(work_->compared.begin(), work_->compared.end(),
+                                     [](const Compared &one) { return one.differs(); });
+    const std::string all = std::to_string(work_->compared.size());
+    const std::string result = count == 0
+                                   ? "Alles stimmt überein (verglichen: " + all + ")."
+                                   : "Anders eingestellt: " + std::to_string(count) + " von " + all + ".";
+    show_compared(result);
+    end_with(count != 0 ? Outcome::differs : outcome, {.text = result,
+                                                       .tone = count != 0 ? Tone::refusal : Tone::success,
+                                                       .advice = different,
+                                                       .shown = !work_->by_user});
+}
+
+void Plan::verified(Outcome outcome) {
+    const JobEnd written = *work_->written;
+    Message message = written.said.empty() ? Message{} : written.said.back();
+    if (written.outcome == Outcome::succeeded)
+        message.text = message.text.substr(0, message.text.find('\r')); // the restart behind it is over
+    if (!went_well(outcome)) {
+        message.text += outcome == Outcome::cancelled
+                            ? "\rDie Prüfung nach dem Neustart wurde abgebrochen."
+                            : "\rEs hat sich nach dem Neustart nicht gemeldet; geprüft ist es nicht.";
+        message.tone = Tone::failure;
+        return end_with(outcome, message);
+    }
+    const std::string different = read_back();
+    if (different.empty()) {
+        message.text += "\rNach dem Neustart geprüft: Alles stimmt überein.";
+        return end_with(written.outcome, message);
+    }
+    constexpr const char *otherwise = "Nach dem Neustart ist nicht alles so, wie es geschrieben wurde.";
+    message.text += "\r" + std::string(otherwise);
+    message.tone = Tone::refusal;
+    message.advice = different;
+    show_compared(otherwise);
+    end_with(Outcome::objected, message);
 }
 
 void Plan::end_with(Outcome outcome, Message message) {

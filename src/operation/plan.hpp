@@ -2,6 +2,7 @@
 
 #include "core/lists/result_file.hpp"
 #include "operation/compared.hpp"
+#include "operation/course.hpp"
 #include "operation/operator.hpp"
 
 #include <deque>
@@ -11,21 +12,6 @@
 #include <vector>
 
 namespace telvox::operation {
-
-/// What is done for an order beside its job.
-struct Course {
-    bool identifies = false; ///< the device is asked for its IMEI first
-    bool merges = false;     ///< what the order does not name stays as the device has it, so it is read first
-    bool verifies = false;   ///< when the device is back from its restart it is read and compared
-    std::string imei;        ///< the device that it must be; empty: any
-};
-
-/// What an order asks for on a form that is filled in with it; `listed`: as a list's row. Throws UsageError
-/// for what cannot be asked there.
-[[nodiscard]] Course course_of(const Order &order, Desk &desk, bool listed);
-
-/// The job that is pressed first and takes the port: a read where what is written depends on it.
-[[nodiscard]] const JobCommand &first_job(const JobCommand &job, const Course &course);
 
 /// How the work for an order came out, told once however many jobs it took.
 struct WorkEnd : JobEnd {
@@ -38,10 +24,14 @@ struct WorkEnd : JobEnd {
 
 /// Does an order by several jobs, one after the other: it presses the next button when the last job has ended
 /// well. What fails, or is cancelled, ends the order, and nothing more is sent. A job that somebody else
-/// starts is told like an order of that one job.
+/// starts is told like an order of that one job; one that reads or writes a dialog is an order for what the
+/// dialog shows.
 class Plan : private Observer {
   public:
-    Plan(Telvox &program, Operator &at_the_form);
+    using Now = std::function<std::time_t()>;
+
+    Plan(
+        Telvox &program, Operator &at_the_form, Now now = [] { return std::time(nullptr); });
     ~Plan() { program_.desk.observers.remove(*this); }
     Plan(const Plan &) = delete;
     Plan &operator=(const Plan &) = delete;
@@ -64,7 +54,7 @@ class Plan : private Observer {
     };
 
   private:
-    enum class Step { identify, read, work };
+    enum class Step { identify, read, work, verify };
     struct Work {
         Order order;
         Course course;
@@ -78,7 +68,11 @@ class Plan : private Observer {
         std::string expected = {};        ///< the IMEI that it must be, or that it was at first
         std::string imei = {};            ///< as the device has told it last
         bool status_was_open = false;     ///< the window of the question for the IMEI
-        Values wanted = {};               ///< what the order names of its dialog, as the dialog shows it
+        Values wanted = {};
+        ///< what the dialog shows when it is read over, or written
+        int tries = 0;                      ///< to reach a device that starts anew
+        std::optional<JobEnd> written = {}; ///< how the job ended, where the device is read once more
+        bool by_user = false;               ///< somebody has pressed the job's own button
         std::vector<Compared> compared = {};
         std::vector<Message> last_said = {};
 
@@ -89,10 +83,17 @@ class Plan : private Observer {
     void ended(const JobEnd &end) override;
     void happened() override;
     void settled() override;
+    void adopt(const Button &by);
     void press();
     void press_step();
+    void next();
     void identified();
     void was_read(Outcome outcome);
+    void compared(Outcome outcome);
+    void verified(Outcome outcome);
+    std::string read_back();
+    void show_compared(const std::string &result);
+    [[nodiscard]] std::string keep_copy(const std::string &imei, const Values &values);
     void look_for_imei();
     void end_with(Outcome outcome, Message message);
     void end(const JobEnd &end);
@@ -100,7 +101,14 @@ class Plan : private Observer {
     Telvox &program_;
     Desk &desk_;
     Operator &operator_;
+    Now now_;
     std::optional<Work> work_;
+    /// What the user has read in a dialog, which he may write next.
+    struct Read {
+        std::string imei;
+        Values values;
+    };
+    std::map<const Section *, Read> read_;
 };
 
 } // namespace telvox::operation

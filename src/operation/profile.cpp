@@ -199,6 +199,7 @@ std::string profile_text(Desk &desk, const Profile &known, bool secrets) {
     std::string text(first_line);
     append(text, way_options(), values_of(way_options(), desk, secrets));
     append(text, alarm_options(), values_of(alarm_options(), desk, secrets));
+    append(text, around_options(), known.main); // no window holds it
     for (const Section &section : sections()) {
         const auto in_profile = known.dialogs.find(&section);
         Values values;

@@ -3,6 +3,7 @@
 #include "core/files/files.hpp"
 #include "core/files/system_error.hpp"
 #include "core/usage_error.hpp"
+#include "operation/backups.hpp"
 #include "operation/trial.hpp"
 
 #include <algorithm>
@@ -47,6 +48,7 @@ Profiles::Profiles(Telvox &program, PortScan &ports)
     : program_(program), desk_(program.desk), ports_(ports), operator_(program, ports) {
     FrmModem &main = desk_.frmModem;
     main.mnuProfil_oeffnen.clicked = [this] { ask_to_open(); };
+    main.mnuSicherung.clicked = [this] { ask_for_backup(); };
     main.mnuProfil_speichern.clicked = [this] { ask_to_save(); };
     const auto entries = recent_entries(main);
     for (std::size_t i = 0; i < entries.size(); ++i)
@@ -60,6 +62,20 @@ void Profiles::ask_to_open() {
         if (!answer.path.empty())
             open(answer.path);
     });
+}
+
+void Profiles::ask_for_backup() {
+    if (backups(desk_.folders).empty())
+        return desk_.outbox.show_unrecorded("Es gibt noch keine Sicherungen. Eine entsteht jedes Mal, wenn "
+                                            "GPRS oder IP-Telemetrie vor dem Schreiben "
+                                            "gelesen wird.");
+    desk_.files.ask({.title = "Sicherung zurückholen",
+                     .filter = "Sicherungen (*.telvox)",
+                     .suggested = text_of(backup_folder(desk_.folders) / "")},
+                    [this](const FileAnswer &answer) {
+                        if (!answer.path.empty())
+                            open(answer.path);
+                    });
 }
 
 void Profiles::ask_to_save() {

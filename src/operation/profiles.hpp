@@ -32,6 +32,7 @@ class Profiles : private Observer {
   private:
     void ask_to_open();
     void ask_to_save();
+    void ask_for_backup();
     void happened() override;
     void fill_dialog(const Section &section, const Values &values);
     void take_over(Profile profile, const std::string &path, const std::string &what_happened);

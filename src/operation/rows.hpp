@@ -186,6 +186,10 @@ inline constexpr Option write_rows[] = {
      .help = "liest erst und lässt, was nicht angegeben ist, wie es im Gerät steht; in einer "
              "Liste immer, wenn etwas fehlt",
      .bare = true},
+    {.name = "nach-neustart-pruefen",
+     .value = "ein|aus",
+     .help = "wartet auf den Neustart, liest und vergleicht",
+     .bare = true},
     {.name = "rest", .value = "leeren", .help = "in einer Liste: was die Zeile nicht nennt, wird geleert"}};
 
 inline constexpr Option pin_rows[] = {{.name = "pin",

@@ -1,6 +1,7 @@
 #include "operation/trial.hpp"
 
 #include "core/text.hpp"
+#include "operation/backups.hpp"
 #include "operation/operator.hpp"
 #include "operation/plan.hpp"
 #include "telvox.hpp"
@@ -112,7 +113,7 @@ Trial try_out(const Order &order, const Values &base, const TrialWorld &world) {
     at_the_form.fill_in(order);
     const Course course = course_of(order, stage.program.desk, world.listed);
     if (!world.presses)
-        return {};
+        return {.merges = course.merges};
     at_the_form.press({.job = &first_job(*order.job, course), .values = {}});
     const Message &said = stage.answers.last;
     if (!stage.program.busy())
@@ -122,7 +123,7 @@ Trial try_out(const Order &order, const Values &base, const TrialWorld &world) {
     const bool remote = stage.program.desk.frmModem.optFernverbindung.value;
     const Given *given =
         stage.port.PortOpen() ? order.find(remote ? "modemanschluss" : "schnittstelle") : nullptr;
-    return {.port = given ? given->value : "", .remote = remote};
+    return {.port = given ? given->value : "", .remote = remote, .merges = course.merges};
 }
 
 void try_out(const Profile &profile, const Values &base, const TrialWorld &world) {
@@ -173,9 +174,15 @@ void try_row(const DeviceList &list, std::size_t row, const ForAllRows &all, con
 void try_out(const DeviceList &list, const ForAllRows &all, const Values &base, const TrialWorld &world,
              const std::function<bool(std::size_t row)> &is_to_do, const RowTried &tried) {
     Mistakes mistakes;
+    bool can_keep = false;
+    const RowTried with_copies = [&](std::size_t row, const Order &order, const Trial &trial) {
+        if (trial.merges && !std::exchange(can_keep, true))
+            check_backups(world.folders);
+        tried(row, order, trial);
+    };
     for (std::size_t row = 0; row < list.rows.size() && !mistakes.many(); ++row)
         if (is_to_do(row))
-            try_row(list, row, all, base, world, tried, mistakes);
+            try_row(list, row, all, base, world, with_copies, mistakes);
     mistakes.check();
 }
 

@@ -24,6 +24,7 @@ struct Trial {
     std::string option;  ///< that it is about; empty if it is about none
     std::string port;    ///< that the job takes, as the order names it; empty: it goes over the network
     bool remote = false; ///< the port is a modem's
+    bool merges = false; ///< a copy of what is read will be kept
 };
 
 /// Tries an order on a form that holds `base`. Throws UsageError for a value or control that the form

@@ -12,6 +12,8 @@ namespace telvox::simulator {
 class Cable final : public Device {
   public:
     explicit Cable(std::shared_ptr<Unit> unit) : unit_(std::move(unit)) {}
+    /// Carried to another device.
+    void carry_to(std::shared_ptr<Unit> unit) { unit_ = std::move(unit); }
 
     void open(bool on, Time now) override;
     void format(const SerialFormat &format, Time now) override;

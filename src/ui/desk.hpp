@@ -17,6 +17,7 @@
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
 #include "ui/frm_suche.hpp"
+#include "ui/frm_vergleich.hpp"
 #include "ui/number_lists.hpp"
 #include "ui/small_dialogs.hpp"
 
@@ -48,6 +49,7 @@ struct Desk final : Panel {
     FrmEinstellungen frmEinstellungen{session, frmModem.cobSchnittstelle};
     FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
     FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};
+    FrmVergleich frmVergleich;
     FrmAbout frmAbout;
     FrmSuche frmSuche;
 
@@ -67,6 +69,7 @@ struct Desk final : Panel {
         &frmEinstellungen,
         &frmService_Center,
         &frmServicenummer,
+        &frmVergleich,
         &frmAbout,
         &frmSuche,
     };

@@ -84,11 +84,16 @@ FrmGPRS::FrmGPRS(Session &session, const FrmModem &main, const DataFolders &fold
     fraCallback1.spoken_name = "Callback bei der 1. Nummer";
     fraCallback2.spoken_name = "Callback bei der 2. Nummer";
     cbuGPRS_lesen.tool_tip = "Nur per Direktverbindung möglich";
+    cbuGPRS_vergleichen.tool_tip =
+        "Liest das Gerät und zeigt, was anders ist als hier; die Felder bleiben, wie sie sind.";
+    chkGPRS_pruefen.tool_tip =
+        "Wartet nach dem Schreiben, bis das Gerät wieder da ist, liest es und vergleicht.";
+    chkGPRS_pruefen.recorded = false; // the job that it leads to is
     cancel = &cbuGPRS_Abbrechen;
 }
 
 void FrmGPRS::reset() {
-    locked_ = false;
+    locked_ = chkGPRS_pruefen.value = false;
     prz_GPRS_Zugangsdaten_laden();
     cobAPN.text.clear();
     session_.strGRPS_APN.clear();
@@ -237,7 +242,8 @@ void FrmGPRS::compute() {
         input->enabled = !locked_;
     lblBenutzername.enabled = lblPasswort.enabled = optPPP_PAP.value;
     tboBenutzername.enabled = tboPasswort.enabled = !locked_ && optPPP_PAP.value;
-    cbuGPRS_lesen.enabled = !locked_ && !main_.optFernverbindung.value;
+    cbuGPRS_lesen.enabled = cbuGPRS_vergleichen.enabled = chkGPRS_pruefen.enabled =
+        !locked_ && !main_.optFernverbindung.value;
 }
 
 } // namespace telvox

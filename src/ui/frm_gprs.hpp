@@ -103,6 +103,8 @@ class FrmGPRS : public Form {
     OptionButton optCallback2_Domain{*this, "optCallback2_Domain", "Domain Name", &fraCallback2};
 
     Button cbuGPRS_schreiben{*this, "cbuGPRS_schreiben", "Einstellungen &schreiben"};
+    Button cbuGPRS_vergleichen{*this, "cbuGPRS_vergleichen", "&Vergleichen…"};
+    CheckBox chkGPRS_pruefen{*this, "chkGPRS_pruefen", "Nach dem Neustart p&rüfen"};
     Button cbuGPRS_lesen{*this, "cbuGPRS_lesen", "Einstellungen &lesen"};
     Button cbuGPRS_Abbrechen{*this, "cbuGPRS_Abbrechen", "&Abbrechen"};
 

@@ -19,11 +19,16 @@ FrmIPT::FrmIPT(const FrmModem &main) : Form("frmIPT", "IP-Telemetrie"), main_(ma
     cbuDefault_Fix.clicked = [this] { tboFix_Scrambled_Key.text = default_key; };
     cbuDefault_Clg.clicked = [this] { tboClg_Scrambled_Key.text = default_key; };
     cbuIPT_lesen.tool_tip = "Nur per Direktverbindung möglich";
+    cbuIPT_vergleichen.tool_tip =
+        "Liest das Gerät und zeigt, was anders ist als hier; die Felder bleiben, wie sie sind.";
+    chkIPT_pruefen.tool_tip =
+        "Wartet nach dem Schreiben, bis das Gerät wieder da ist, liest es und vergleicht.";
+    chkIPT_pruefen.recorded = false; // the job that it leads to is
     cancel = &cbuIPT_Abbrechen;
 }
 
 void FrmIPT::reset() {
-    chkIPT_Betrieb.value = false;
+    chkIPT_Betrieb.value = chkIPT_pruefen.value = false;
     optUnscrambled.choose();
     tboBenutzer.text.clear();
     tboPasswort.text.clear();
@@ -90,7 +95,8 @@ void FrmIPT::compute() {
                                           &lblClg_Scrambled_Key, &tboClg_Scrambled_Key, &cbuDefault_Clg})
         control->enabled = keys;
     cbuIPT_schreiben.enabled = locked_ != Lock::buttons;
-    cbuIPT_lesen.enabled = locked_ != Lock::buttons && !main_.optFernverbindung.value;
+    cbuIPT_lesen.enabled = cbuIPT_vergleichen.enabled = chkIPT_pruefen.enabled =
+        locked_ != Lock::buttons && !main_.optFernverbindung.value;
 }
 
 } // namespace telvox

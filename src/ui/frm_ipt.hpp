@@ -45,6 +45,8 @@ class FrmIPT : public Form {
     TextBox tboClg_Scrambled_Key{*this, "tboClg_Scrambled_Key", {}, &fraScramble};
     Button cbuDefault_Clg{*this, "cbuDefault_Clg", "Default&key", &fraScramble};
 
+    Button cbuIPT_vergleichen{*this, "cbuIPT_vergleichen", "&Vergleichen…"};
+    CheckBox chkIPT_pruefen{*this, "chkIPT_pruefen", "Nach dem Neustart p&rüfen"};
     Button cbuIPT_lesen{*this, "cbuIPT_lesen", "Einstellungen &lesen"};
     Button cbuIPT_schreiben{*this, "cbuIPT_schreiben", "Einstellungen &schreiben"};
     Button cbuIPT_Abbrechen{*this, "cbuIPT_Abbrechen", "&Abbrechen"};

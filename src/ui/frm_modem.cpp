@@ -97,7 +97,7 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     mnuProtokoll.keys = "Ctrl+P";
     for (Control *control : std::initializer_list<Control *>{
              &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
-             &mnuProfil5, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen, &cbuListe_schliessen,
+             &mnuProfil5, &mnuSicherung, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen, &cbuListe_schliessen,
              &chkListe_pruefen, &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern,
              &cbuProtokoll_leeren})
         control->recorded = false; // what profiles and lists do is

@@ -48,6 +48,7 @@ class FrmModem : public Form {
     MenuEntry mnuProfil3{*this, "mnuProfil3", {}, &mnuZuletzt};
     MenuEntry mnuProfil4{*this, "mnuProfil4", {}, &mnuZuletzt};
     MenuEntry mnuProfil5{*this, "mnuProfil5", {}, &mnuZuletzt};
+    MenuEntry mnuSicherung{*this, "mnuSicherung", "Sicherung zurück&holen…", &mnuDatei};
     MenuEntry mnuListe_oeffnen{*this, "mnuListe_oeffnen", "&Liste öffnen…", &mnuDatei};
     TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
     MenuEntry mnuBeenden{*this, "mnuBeenden", "&Beenden", &mnuDatei};

@@ -139,6 +139,8 @@ void connect_gprs_dialogs(Desk &desk, Sequencer &sequencer) {
     };
     starts(desk.frmGPRS.cbuGPRS_lesen, sequencer, gprs_read);
     starts(desk.frmIPT.cbuIPT_lesen, sequencer, ipt_read);
+    starts(desk.frmGPRS.cbuGPRS_vergleichen, sequencer, gprs_read);
+    starts(desk.frmIPT.cbuIPT_vergleichen, sequencer, ipt_read);
 
     desk.frmGPRS.cbuGPRS_Abbrechen.clicked = [&] { desk.frmGPRS.unload(); };
     desk.frmIPT.cbuIPT_Abbrechen.clicked = [&] { desk.frmIPT.unload(); };
