@@ -44,7 +44,7 @@ struct Plant {
         before = device->memory.settings;
         if (at_the_form.begin(order))
             plan.start(order, listed);
-        bench.run(milliseconds{500'000}, bench.rig.now + milliseconds{6000}, meanwhile);
+        bench.run(milliseconds{500'000}, bench.rig.now + then, meanwhile);
         if (ends.size() != 1)
             return std::to_string(ends.size()) + " ends";
         const Attempt attempt = attempt_of(ends[0], *order.job, bench.rig.program.desk);
@@ -55,6 +55,7 @@ struct Plant {
 
     const std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_plan_test";
     std::time_t now = 0;
+    milliseconds then{6000}; ///< when "meanwhile" is
     std::shared_ptr<simulator::Gprs> device = std::make_shared<simulator::Gprs>();
     simulator::Cable cable{device};
     Bench bench{cable};
@@ -156,7 +157,7 @@ TEST(OnlyWhatChanges, ACopyOfWhatWasThereIsKept) {
     const auto rights = std::filesystem::status(kept.front().file).permissions();
     EXPECT_EQ(rights & ~std::filesystem::perms::owner_all, std::filesystem::perms::none)
         << "it holds passwords";
-    const Profile newest = parse_profile(profile_of_file(text_of(kept.front().file)), "p");
+    const Profile newest = parse_profile(profile_of_file(kept.front().file.string()), "p");
     const Values &values = newest.dialogs.at(find_section("GPRS"));
     EXPECT_EQ(values.at("apn").value, "neu21");
     EXPECT_EQ(values.at("kennwort").value, "geheim");
@@ -191,7 +192,7 @@ TEST(Compared, SettingsStandSideBySide) {
     dialog.bench.run(milliseconds{60'000});
     FrmVergleich &shown = program.desk.frmVergleich;
     EXPECT_TRUE(shown.open);
-    EXPECT_EQ(shown.lblErgebnis.caption, "Anders eingestellt: 3 von 12.");
+    EXPECT_EQ(shown.lblErgebnis.caption, "Anders eingestellt: 4 von 14.");
     EXPECT_EQ(shown.tblVergleich.cell(0, 0) + ": " + shown.tblVergleich.cell(0, 1) + ", " +
                   shown.tblVergleich.cell(0, 2),
               "APN: internet.neu, internet.alt");
@@ -200,27 +201,30 @@ TEST(Compared, SettingsStandSideBySide) {
 }
 
 TEST(AfterTheRestart, TheDeviceIsReadAndCompared) {
+    const std::string written = "Das Telvox-A wurde erfolgreich parametriert. ";
     const struct {
-        std::function<void(Plant &)> meanwhile;
-        const char *came_to;
+        int at; ///< in milliseconds; the write takes sixteen seconds, the restart eight
+        std::function<void(Plant &)> happens;
+        std::string came_to;
     } cases[] = {
-        {[](Plant &) {}, "erfolgreich: Das Telvox-A wurde erfolgreich parametriert. Nach dem Neustart "
-                         "geprüft: Alles stimmt überein."},
-        {[](Plant &p) { p.device->faults["AT**SAVE"] = simulator::Fault::unanswered; },
-         "mit Ablehnungen: Das Telvox-A wurde erfolgreich parametriert. Nach dem Neustart ist nicht alles "
-         "so, wie es "
-         "geschrieben wurde. APN: soll neu, ist internet.alt"},
-        {[](Plant &p) { p.device->faults["AT**RESET"] = simulator::Fault::deafens; },
-         "fehlgeschlagen: Das Telvox-A wurde erfolgreich parametriert. Es hat sich nach dem Neustart nicht "
-         "gemeldet"},
+        {6000, [](Plant &) {},
+         "erfolgreich: " + written + "Nach dem Neustart geprüft: Alles stimmt überein."},
+        {6000, [](Plant &p) { p.device->faults["AT**SAVE"] = simulator::Fault::unanswered; },
+         "mit Ablehnungen: " + written +
+             "Nach dem Neustart ist nicht alles so, wie es geschrieben wurde. APN: soll neu, ist leer"},
+        {18000, [](Plant &p) { p.device->silent = true; },
+         "fehlgeschlagen: " + written + "Es hat sich nach dem Neustart nicht gemeldet"},
+        {18000, [](Plant &p) { p.bench.rig.program.click(p.bench.f.cbuAbbrechen); },
+         "abgebrochen: " + written + "Die Prüfung nach dem Neustart wurde abgebrochen."},
     };
-    for (const auto &[meanwhile, came_to] : cases) {
+    for (const auto &[at, happens, came_to] : cases) {
         Plant plant;
-        meanwhile(plant);
-        plant.device->memory.settings["AUTOIP"] = plant.device->memory.settings["LL"] = "";
+        plant.then = milliseconds{at};
         EXPECT_THAT(plant.work("auftrag;apn;kennwort;rest;nach-neustart-pruefen",
-                               "gprs-schreiben;neu;geheim;leeren;ein"),
+                               "gprs-schreiben;neu;geheim;leeren;ein", true,
+                               [&, &what = happens] { what(plant); }),
                     testing::StartsWith(came_to));
+        EXPECT_EQ(plant.bench.rig.boxes.size(), 1U) << "it is told once";
     }
 }
 

@@ -3,7 +3,6 @@
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 #include "operation/backups.hpp"
-#include "operation/profile.hpp"
 
 #include <algorithm>
 #include <utility>
@@ -142,7 +141,7 @@ void Plan::adopt(const Button &by) {
         if (!job.button || &job.button(desk_) != &by || (!job.compares && !job.reads && !is_read(job)))
             continue;
         const Section &section = *section_of(job);
-        work_ = {.order = {.job = &job, .values = values_of(section.options, desk_, true)},
+        work_ = {.order = {.job = &job, .values = all_values(section.options, desk_)},
                  .course = {},
                  .by = &by,
                  .steps = {Step::work},
