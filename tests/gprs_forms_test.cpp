@@ -267,7 +267,8 @@ TEST_F(GprsDialogs, JobsLockTheirWindowUntilTheyEnd) {
         "tboIP_Port "
         "tboDomain tboDomain_Port optStandleitung_aus optStandleitung_IP optStandleitung_Domain tboKeepAlive "
         "tboNummer1 optCallback1_kein optCallback1_IP optCallback1_Domain tboNummer2 optCallback2_kein "
-        "optCallback2_IP optCallback2_Domain cbuGPRS_schreiben cbuGPRS_lesen";
+        "optCallback2_IP optCallback2_Domain cbuGPRS_schreiben cbuGPRS_vergleichen chkGPRS_pruefen "
+        "cbuGPRS_lesen";
     struct Case {
         bool by_modem;
         MenuEntry &menu;
@@ -280,11 +281,14 @@ TEST_F(GprsDialogs, JobsLockTheirWindowUntilTheyEnd) {
         {false, main.mnuGPRS_konfig, gprs, gprs.cbuGPRS_schreiben, gprs_inputs, login},
         {false, main.mnuGPRS_konfig, gprs, gprs.cbuGPRS_lesen, gprs_inputs, login},
         {false, main.mnuIPT_konfig, ipt, ipt.cbuIPT_schreiben, ipt_inputs, ipt_inputs.substr(15)},
-        {false, main.mnuIPT_konfig, ipt, ipt.cbuIPT_lesen, ipt_inputs + " cbuIPT_lesen cbuIPT_schreiben",
+        {false, main.mnuIPT_konfig, ipt, ipt.cbuIPT_lesen,
+         ipt_inputs + " cbuIPT_vergleichen chkIPT_pruefen cbuIPT_lesen cbuIPT_schreiben",
          ipt_inputs.substr(15)},
-        {true, main.mnuGPRS_konfig, gprs, gprs.cbuGPRS_schreiben, gprs_inputs, login + " cbuGPRS_lesen"},
-        {true, main.mnuIPT_konfig, ipt, ipt.cbuIPT_schreiben, ipt_inputs + " cbuIPT_lesen",
-         ipt_inputs.substr(15) + " cbuIPT_lesen"},
+        {true, main.mnuGPRS_konfig, gprs, gprs.cbuGPRS_schreiben, gprs_inputs,
+         login + " cbuGPRS_vergleichen chkGPRS_pruefen cbuGPRS_lesen"},
+        {true, main.mnuIPT_konfig, ipt, ipt.cbuIPT_schreiben,
+         ipt_inputs + " cbuIPT_vergleichen chkIPT_pruefen cbuIPT_lesen",
+         ipt_inputs.substr(15) + " cbuIPT_vergleichen chkIPT_pruefen cbuIPT_lesen"},
     };
     for (const Case &c : cases) {
         if (c.by_modem)
