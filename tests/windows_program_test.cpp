@@ -105,6 +105,12 @@ TEST_F(WindowsProgram, ADeviceInAnotherFormatAndOneThatTakesNothingEndTheJob) {
     EXPECT_THAT(out, HasSubstr("fehler"));
 }
 
+TEST_F(WindowsProgram, PingsAndSetsAnAddressWithTheProgramsOfTheSystem) {
+    EXPECT_EQ(run({"netz-pruefen", "--ip", "127.0.0.1"}), 0) << out << err;
+    EXPECT_EQ(run({"netz-erstvergabe", "--neue-ip", "127.0.0.1", "--mac", "00-1C-04", "--trotzdem"}), 0)
+        << out << err;
+}
+
 TEST_F(WindowsProgram, CtrlCHangsUp) {
     const auto far = std::make_unique<FarEnd>();
     plug_in(far->path);
