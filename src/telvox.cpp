@@ -278,6 +278,8 @@ void Telvox::enter(TextBox &box, std::string_view input) {
         return;
     event([&] {
         const std::string before = std::exchange(box.text, box.filtered(input));
+        if (!box.recorded)
+            return;
         record(box);
         if (box.text != before)
             note_change(box.form == &desk.frmModem);

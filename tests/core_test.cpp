@@ -288,9 +288,17 @@ TEST_F(SettingsFile, ThatIsNoOrdinaryFileOrProtectedIsLeftAlone) {
 
 TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
     EXPECT_EQ(read_remembered(folder), Remembered{}) << "the first start";
-    const Remembered given{true, {"/a=b/Süd.txt", "/mit\nZeile", "", "1", "2", "3", "4", "5"}};
+    const Remembered given{.protocol = true,
+                           .history = false,
+                           .profiles = {"/a=b/Süd.txt", "/mit\nZeile", "", "1", "2", "3", "4", "5"},
+                           .done_by = "Jörg=Müller",
+                           .place = "zwei\nZeilen",
+                           .as_left = true};
     write_remembered(folder / "neu", given);
-    EXPECT_EQ(read_remembered(folder / "neu"), (Remembered{true, {"/a=b/Süd.txt", "1", "2", "3", "4"}}));
+    Remembered kept = given;
+    kept.profiles = {"/a=b/Süd.txt", "1", "2", "3", "4"};
+    kept.place.clear();
+    EXPECT_EQ(read_remembered(folder / "neu"), kept);
     write_remembered(folder / "neu", {});
     EXPECT_EQ(read_remembered(folder / "neu"), Remembered{});
 
@@ -298,7 +306,8 @@ TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
         std::ofstream(folder / "Fenster.ini", std::ios::binary) << content;
         return read_remembered(folder);
     };
-    EXPECT_EQ(read_from("\xEF\xBB\xBFprotokoll=ein\r\nprofil=ä\r\n"), (Remembered{true, {"ä"}}));
+    EXPECT_EQ(read_from("\xEF\xBB\xBFprotokoll=ein\r\nprofil=ä\r\n"),
+              (Remembered{.protocol = true, .profiles = {"ä"}}));
     const std::string long_path(5000, 'x');
     for (const std::string &content :
          {std::string("protokoll=EIN\nprotokoll\nprotokoll=ja\n=\nprofil=\nprofil=a\x01b\nandere=ein"),

@@ -18,6 +18,8 @@ void check_options(const Call &call) {
             throw UsageError(std::string("--speichern gehört nicht zu ") + call.job->name);
         return; // what its rows take is theirs to say
     }
+    if (call.job->look && !call.record.empty())
+        throw UsageError(std::string("--nachweis gehört nicht zu ") + call.job->name);
     for (const auto &[given, option] : {std::pair{call.repeat, "--wiederholen"},
                                         {call.json && !call.everywhere(), "--json"},
                                         {call.share.of > 1, "--teil"}})
@@ -25,8 +27,10 @@ void check_options(const Call &call) {
             throw UsageError(std::string(option) + " gehört nur zu liste");
     if (call.again && !call.job->repeats)
         throw UsageError("--laufend gehört nur zu signal");
-    if (call.save && call.everywhere())
-        throw UsageError("--speichern gehört zu einer --schnittstelle");
+    for (const auto &[given, option] :
+         {std::pair{call.save, "--speichern"}, {!call.record.empty(), "--nachweis"}})
+        if (given && call.everywhere())
+            throw UsageError(std::string(option) + " gehört zu einer --schnittstelle");
     for (const auto &[name, given] : call.values)
         if (!find_option(*call.job, name))
             throw UsageError(given.from, (name == "port" ? " erwartet N=GERÄT; ein TCP-Port" : "") +
@@ -93,6 +97,15 @@ Call parse_call(const std::vector<std::string> &all) {
             flag(call.json);
         } else if (name == "--laufend") {
             flag(call.again);
+        } else if (name == "--nachweis") {
+            arguments.once();
+            call.record = arguments.value();
+        } else if (name == "--ausgefuehrt-von") {
+            arguments.once();
+            call.done_by = arguments.value();
+        } else if (name == "--ort") {
+            arguments.once();
+            call.place = arguments.value();
         } else if (name == "--teil") {
             arguments.once();
             call.share = parse_share(arguments.value());

@@ -4,6 +4,7 @@
 #include "ports/common_options.hpp"
 
 #include <istream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,11 @@ struct Call : Order {
     struct Share {
         std::size_t number = 1, of = 1;
     } share;
-    bool json = false;   ///< "--json": events of a list as lines that a script reads
-    bool again = false;  ///< "--laufend": done again and again until the user ends it
-    bool repeat = false; ///< "--wiederholen": rows whose outcome nobody knows too
+    bool json = false;                         ///< "--json": events of a list as lines that a script reads
+    bool again = false;                        ///< "--laufend": done again and again until the user ends it
+    std::string record;                        ///< "--nachweis": the file that gets the record; empty: none
+    std::optional<std::string> done_by, place; ///< "--ausgefuehrt-von", "--ort": what stands in it
+    bool repeat = false;                       ///< "--wiederholen": rows whose outcome nobody knows too
     bool help = false;
     bool completion = false; ///< "--vorschlaege": what the shell can complete
 

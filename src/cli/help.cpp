@@ -45,6 +45,10 @@ std::string every_job_takes(const JobCommand *job) {
     return help_line("--aus DATEI|-",
                      "liest Angaben als Zeilen name=wert, wie sie die Leseaufträge ausgeben; "
                      "was daneben angegeben ist, geht vor") +
+           help_line("--nachweis DATEI",
+                     "schreibt danach einen Nachweis für den Kunden, als .pdf oder .html") +
+           help_line("--ausgefuehrt-von TEXT", "steht im Nachweis; sonst, was das Fenster sich gemerkt hat") +
+           help_line("--ort TEXT", "ebenso") +
            help_line("--trotzdem", "beantwortet Rückfragen mit Ja; sonst gilt Nein") + switches_of(job) +
            help_line("--mitschnitt", "zeigt den Dialog mit dem Gerät auf dem Standardfehler, mit der Zeit in "
                                      "ms; Passwörter und PIN als ***") +

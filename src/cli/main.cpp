@@ -1,10 +1,14 @@
 #include "cli/call.hpp"
 #include "cli/interrupt.hpp"
 #include "cli/output.hpp"
+#include "cli/record.hpp"
 #include "cli/run_list.hpp"
 #include "cli/run_search.hpp"
+#include "operation/journal.hpp"
 #include "operation/plan.hpp"
+#include "operation/record_pages.hpp"
 #include "operation/status_queries.hpp"
+#include "operation/work_log.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 #include "telvox.hpp"
@@ -123,6 +127,13 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     });
 
     operation::Operator at_the_form(program, ports.scan);
+    operation::WorkLog log(program.desk.folders.settings);
+    operation::Journal journal(program, [&](DoneJob done) {
+        const std::string failure = log.add({std::move(done)}, program.desk.remembered.history);
+        if (!failure.empty())
+            out.remarks.line("telvox-cli: " + failure);
+    });
+    journal.port_name = [&](const std::string &entry) { return at_the_form.by_path(ports.map->told(entry)); };
     operation::Plan plan(program, at_the_form);
     plan.over = [&](const operation::WorkEnd &work) { job.over(work); };
     const auto values_follow = [&] {
@@ -145,6 +156,12 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     const Outcome outcome = job.end.outcome;
     const bool kept = !went_well(outcome) || at_the_form.keep(call);
     program.Form_Unload();
+    std::string unrecorded;
+    if (!call.record.empty() && !log.jobs().empty())
+        unrecorded = cli::write_record(
+            call, operation::record_of(log.jobs(), cli::record_frame(call, program.desk.remembered)));
+    if (!unrecorded.empty())
+        out.remarks.line("telvox-cli: " + unrecorded);
     if (job.measured && interrupted != 0)
         return cli::job_succeeded; // it ends no other way
     if (interrupted != 0)
@@ -164,7 +181,8 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
                          program.desk.session.strCOMparameter_direkt);
         return cli::job_failed;
     }
-    return exit_code(outcome);
+    const int code = exit_code(outcome);
+    return code == cli::job_succeeded && !unrecorded.empty() ? cli::job_failed : code;
 }
 
 int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
@@ -177,6 +195,7 @@ int serve(QCoreApplication &application, cli::Call call, Outputs &out) {
         return cli::job_succeeded;
     }
     cli::complete_call(call, std::cin);
+    cli::check_record(call);
     return call.job->file      ? cli::run_list(application, call, out)
            : call.everywhere() ? cli::run_search(application, call, out)
                                : run(application, call, out);

@@ -2,13 +2,17 @@
 
 #include "cli/follow.hpp"
 #include "cli/interrupt.hpp"
+#include "cli/record.hpp"
 #include "core/files/files.hpp"
 #include "core/lists/list_run.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "operation/journal.hpp"
 #include "operation/list_order.hpp"
+#include "operation/record_pages.hpp"
 #include "operation/trial.hpp"
+#include "operation/work_log.hpp"
 #include "ports/os.hpp"
 #include "ports/qt_ports.hpp"
 
@@ -44,6 +48,7 @@ class ListCommand {
     std::string done_before(std::size_t row, const std::string &imei);
     void check_cable(std::size_t row, const Order &order, const Trial &trial);
     void start_rows();
+    [[nodiscard]] std::unique_ptr<Journal> journal_of(RowProgram &program, std::size_t row);
     void row_over(std::size_t row);
     void note_results();
     bool note(std::vector<std::pair<std::size_t, Attempt>> attempts);
@@ -54,6 +59,7 @@ class ListCommand {
     void tell_event(const char *what, std::size_t row, const Attempt &attempt);
     void tell_done(std::size_t row);
     int sum_up();
+    int record(int code);
     [[nodiscard]] std::string label(std::size_t row) const { return label_of(list_.rows[row]); }
 
     const Call &call_;
@@ -71,7 +77,14 @@ class ListCommand {
     /// Row, by IMEI and job: several may be at work at the same time.
     std::map<std::pair<std::string, std::string>, std::size_t> at_devices_;
     std::optional<ListRun> run_;
-    std::map<std::size_t, std::unique_ptr<RowProgram>> running_;
+    struct Running {
+        std::unique_ptr<RowProgram> program;
+        std::unique_ptr<Journal> journal;
+    };
+    std::map<std::size_t, Running> running_;
+    const Remembered remembered_ = read_remembered(folders_.settings);
+    WorkLog log_{folders_.settings};
+    std::vector<DoneJob> done_;     ///< jobs, not yet in the log
     std::vector<std::size_t> over_; ///< rows, not yet noted
     bool unwritten_ = false;
 };
@@ -93,13 +106,13 @@ int ListCommand::run(QCoreApplication &application) {
     on_interrupt([&](int code) {
         interrupted = code;
         run_->stop();
-        for (const auto &[row, program] : running_)
-            program->cancel();
+        for (const auto &[row, running] : running_)
+            running.program->cancel();
     });
     start_rows();
     if (!running_.empty())
         application.exec();
-    const int code = sum_up();
+    const int code = record(sum_up());
     return interrupted != 0 ? interrupted : code;
 }
 
@@ -177,8 +190,11 @@ void ListCommand::start_rows() {
             run_->end(row, RowOutcome::cancelled);
             continue;
         }
-        auto &program = running_[row] = std::make_unique<RowProgram>(
+        Running &running = running_[row];
+        running.program = std::make_unique<RowProgram>(
             order_of(list_, list_.rows[row], all_), make_ports_(ways_[row].device), folders_, call_.despite);
+        running.journal = journal_of(*running.program, row);
+        RowProgram *program = running.program.get();
         follow(*program, label(row), call_, out_);
         program->over = [this, row, log_ends = program->over] {
             log_ends();
@@ -194,6 +210,17 @@ void ListCommand::start_rows() {
         }
         program->start();
     }
+}
+
+/// What is done goes into the history, and into the record.
+std::unique_ptr<Journal> ListCommand::journal_of(RowProgram &program, std::size_t row) {
+    auto journal = std::make_unique<Journal>(program.program(),
+                                             [this](DoneJob job) { done_.push_back(std::move(job)); });
+    journal->device = [this, row] { return label(row); };
+    journal->port_name = [this, row](const std::string &entry) {
+        return ways_[row].device.empty() ? numbers_->told(entry) : ways_[row].label;
+    };
+    return journal;
 }
 
 /// What nobody knows of would be done again, so nothing more starts once something could not be written.
@@ -218,13 +245,15 @@ void ListCommand::row_over(std::size_t row) {
 void ListCommand::note_results() {
     std::vector<std::pair<std::size_t, Attempt>> over;
     for (const std::size_t row : std::exchange(over_, {})) {
-        Attempt attempt = running_.at(row)->result();
+        Attempt attempt = running_.at(row).program->result();
         running_.erase(row);
         attempt.time = now();
         attempt.port = ways_[row].label;
         over.emplace_back(row, std::move(attempt));
     }
     static_cast<void>(note(over));
+    if (const std::string why = log_.add(std::exchange(done_, {}), remembered_.history); !why.empty())
+        out_.remarks.line("telvox-cli: " + why);
     for (const auto &[row, attempt] : over) {
         tell(row, attempt);
         run_->end(row, attempt.outcome);
@@ -305,6 +334,20 @@ int ListCommand::sum_up() {
         out_.results.line(std::to_string(mine) + (mine == 1 ? " Zeile: " : " Zeilen: ") + counts +
                           ". Ergebnisse: " + text_of(results_path_));
     return unwritten_ ? job_failed : code;
+}
+
+int ListCommand::record(int code) {
+    if (call_.record.empty())
+        return code;
+    ListRecord list{list_, *results_, {}};
+    for (std::size_t row = 0; row < list_.rows.size(); ++row)
+        if (is_mine(row))
+            list.rows.push_back(row);
+    const std::string why =
+        write_record(call_, record_of(list, log_.jobs(), record_frame(call_, remembered_)));
+    if (!why.empty())
+        out_.remarks.line("telvox-cli: " + why);
+    return why.empty() || code != job_succeeded ? code : job_failed;
 }
 
 } // namespace

@@ -2,9 +2,13 @@
 #include "desktop/help_window.hpp"
 #include "desktop/message_boxes.hpp"
 #include "desktop/readable_style.hpp"
+#include "desktop/record_file.hpp"
 #include "desktop/window_set.hpp"
+#include "operation/history_pane.hpp"
+#include "operation/journal.hpp"
 #include "operation/list_pane.hpp"
 #include "operation/profiles.hpp"
+#include "operation/record_pane.hpp"
 #include "operation/search_window.hpp"
 #include "operation/status_queries.hpp"
 #include "ports/os.hpp"
@@ -25,6 +29,7 @@ using namespace telvox;
 struct Call {
     CommonOptions options;
     std::string profile;
+    std::string record; ///< the command line has a record printed: to this file, pages from standard input
     bool help = false;
 };
 
@@ -36,6 +41,9 @@ Call parse(Arguments arguments) {
         } else if (arguments.name() == "--profil") {
             arguments.once();
             call.profile = arguments.value();
+        } else if (arguments.name() == "--nachweis-drucken") {
+            arguments.once();
+            call.record = arguments.value();
         } else if (!take_common_option(arguments, call.options)) {
             arguments.refuse();
         }
@@ -61,8 +69,21 @@ int run(QApplication &application, const Call &call) {
         program.Form_Unload();
         QCoreApplication::quit();
     };
+    operation::WorkLog log(folders.settings);
+    operation::Journal journal(program, [&](DoneJob job) {
+        const std::string failure = log.add({std::move(job)}, program.desk.remembered.history);
+        if (!failure.empty())
+            program.tell(failure);
+    });
+    journal.port_name = [&](const std::string &entry) { return ports.map->told(entry); };
     operation::Profiles profiles(program, ports.scan);
     operation::ListPane list(program, ports.scan, profiles);
+    journal.device = [&] { return list.running(); };
+    desktop::QtRecordPrinter printer;
+    operation::HistoryPane history(program, log);
+    operation::RecordPane record(program, log, printer);
+    record.list = [&] { return list.record(); };
+    history.make_record = [&](const HistoryLine &line) { record.open(&line); };
     const operation::SearchWindow search(program, ports.scan, ports_beside(ports.map));
     QtTimer pause;
     operation::StatusQueries queries(program, pause);
@@ -71,6 +92,26 @@ int run(QApplication &application, const Call &call) {
     if (!call.profile.empty())
         profiles.open(call.profile);
     return application.exec();
+}
+
+/// Prints a record whose pages come separated by form feeds, without any window.
+int print_record(int argc, char **argv, const std::string &path) {
+#ifndef _WIN32
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    const QGuiApplication application(argc, argv);
+    desktop::RecordFile file(path);
+    std::string page;
+    for (int c = std::getchar(); c != EOF; c = std::getchar())
+        if (c == '\f')
+            file.add(std::exchange(page, {}));
+        else
+            page += static_cast<char>(c);
+    file.add(page);
+    const std::string why = file.end();
+    if (!why.empty())
+        static_cast<void>(os::print(why + "\n", stderr));
+    return why.empty() ? 0 : 1;
 }
 
 } // namespace
@@ -95,6 +136,8 @@ int main(int argc, char **argv) {
                    ? 0
                    : 1;
     }
+    if (!call.record.empty())
+        return print_record(argc, argv, call.record);
     if (!os::has_display()) {
         static_cast<void>(os::print(
             "telvox: Es gibt hier keine grafische Oberfläche; ohne sie arbeitet telvox-cli.\n", stderr));

@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QTableView>
+#include <algorithm>
 
 namespace telvox::desktop {
 
@@ -19,7 +20,6 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
     view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 6);
     view_.horizontalHeader()->setMaximumSectionSize(view_.fontMetrics().averageCharWidth() * 40);
     view_.horizontalHeader()->setHighlightSections(false);
-    view_.horizontalHeader()->setResizeContentsPrecision(0); // widths of what is seen, not of a thousand rows
     // A key or a click selects. The current row alone is also the view's own doing: when it gets the focus.
     connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (const int row = selected_row(); !drawing_ && row >= 0)
@@ -51,7 +51,21 @@ void TableView::show_contents() {
         emit dataChanged(index(0, 0), index(rowCount({}) - 1, columnCount({}) - 1));
     }
     revision_ = table_.revision;
-    view_.resizeColumnsToContents();
+    fit_columns();
+}
+
+/// Widths of what is seen, or will be at first; not of ten thousand rows.
+void TableView::fit_columns() {
+    constexpr int first_seen = 40;
+    const int from = std::max(view_.rowAt(0), 0), last = view_.isVisible() ? view_.rowAt(view_.height()) : -1;
+    const int to = std::min(last < 0 ? from + first_seen : last + 1, rowCount({}));
+    QHeaderView &header = *view_.horizontalHeader();
+    for (int column = 0; column < columnCount({}); ++column) {
+        int width = header.sectionSizeHint(column);
+        for (int row = from; row < to; ++row)
+            width = std::max(width, view_.sizeHintForIndex(index(row, column)).width() + 1);
+        header.resizeSection(column, std::min(width, header.maximumSectionSize()));
+    }
 }
 
 void TableView::show_choice() {

@@ -21,6 +21,7 @@ class TableView final : public QAbstractTableModel {
 
   private:
     void show_contents();
+    void fit_columns();
     void show_choice();
     [[nodiscard]] int selected_row() const;
 

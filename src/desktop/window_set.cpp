@@ -11,11 +11,13 @@
 #include "ui_frm_ipt.h"
 #include "ui_frm_modem.h"
 #include "ui_frm_msn.h"
+#include "ui_frm_nachweis.h"
 #include "ui_frm_pin.h"
 #include "ui_frm_service_center.h"
 #include "ui_frm_servicenummer.h"
 #include "ui_frm_suche.h"
 #include "ui_frm_vergleich.h"
+#include "ui_frm_verlauf.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -112,6 +114,8 @@ constexpr Maker makers[] = {
     {"frmService_Center", make_dialog<Ui::frmService_Center>},
     {"frmServicenummer", make_dialog<Ui::frmServicenummer>},
     {"frmVergleich", make_dialog<Ui::frmVergleich>},
+    {"frmVerlauf", make<Ui::frmVerlauf, QDialog>},
+    {"frmNachweis", make_dialog<Ui::frmNachweis>},
     {"frmAbout", make_dialog<Ui::frmAbout>},
     {"frmSuche", make_with_status<Ui::frmSuche>},
     {"frmGPRS", make_with_status<Ui::frmGPRS>},

@@ -260,6 +260,16 @@ void ListPane::happened() {
         show();
 }
 
+std::string ListPane::running() const {
+    return work_ && running_ != none ? label_of(work_->list.rows[running_]) : "";
+}
+
+std::optional<ListRecord> ListPane::record() const {
+    if (!work_)
+        return std::nullopt;
+    return ListRecord{work_->list, work_->results, all_rows(work_->list)};
+}
+
 std::string ListPane::port() const {
     const bool remote = main_.optFernverbindung.value;
     return operator_.by_path(remote ? main_.cobModem_Port.text : main_.cobSchnittstelle.text);

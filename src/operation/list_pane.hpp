@@ -3,6 +3,7 @@
 #include "core/lists/result_file.hpp"
 #include "operation/plan.hpp"
 #include "operation/profiles.hpp"
+#include "operation/record_pages.hpp"
 
 #include <ctime>
 #include <functional>
@@ -25,6 +26,11 @@ class ListPane : private Observer {
     /// Opens a list where it was left, in place of the one that is open; a box says why it could not be. Not
     /// while a job runs.
     void open(const std::string &path);
+
+    /// The row whose job runs, empty if none does.
+    [[nodiscard]] std::string running() const;
+    /// The open list, for a record of it.
+    [[nodiscard]] std::optional<ListRecord> record() const;
 
   private:
     struct Work {

@@ -1,6 +1,8 @@
 #include "ports/port_map.hpp"
 
 #include "core/port_choice.hpp"
+
+#include "core/port_choice.hpp"
 #include "ports/os.hpp"
 
 #include <QSerialPortInfo>
@@ -113,6 +115,12 @@ int PortMap::lowest_free() const {
         if (!ports_.contains(number))
             return number;
     return 0;
+}
+
+std::string PortMap::told(const std::string &entry) {
+    const auto number = parse_port_number(entry);
+    const Port *port = number ? find(*number) : nullptr;
+    return entry + ((number ? port && port->simulated : simulates()) ? " (simuliert)" : "");
 }
 
 } // namespace telvox

@@ -51,6 +51,8 @@ class PortMap {
     [[nodiscard]] int number_of(const std::string &device);
     /// What is known of a number; `refusal` is left to whoever tries it.
     [[nodiscard]] PortInfo info(int number) const;
+    /// An entry of the port lists, or the network, as records name it: what is simulated says so.
+    [[nodiscard]] std::string told(const std::string &entry);
     /// What stands behind a number, for comparing: one device has one name, whatever links lead to it.
     [[nodiscard]] std::string identity(int number);
     /// The same of a device that is named by its path.

@@ -16,8 +16,10 @@
 #include "ui/frm_ip_over_ethernet.hpp"
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
+#include "ui/frm_nachweis.hpp"
 #include "ui/frm_suche.hpp"
 #include "ui/frm_vergleich.hpp"
+#include "ui/frm_verlauf.hpp"
 #include "ui/number_lists.hpp"
 #include "ui/small_dialogs.hpp"
 
@@ -50,6 +52,8 @@ struct Desk final : Panel {
     FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
     FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};
     FrmVergleich frmVergleich;
+    FrmNachweis frmNachweis;
+    FrmVerlauf frmVerlauf;
     FrmAbout frmAbout;
     FrmSuche frmSuche;
 
@@ -70,6 +74,8 @@ struct Desk final : Panel {
         &frmService_Center,
         &frmServicenummer,
         &frmVergleich,
+        &frmVerlauf,
+        &frmNachweis,
         &frmAbout,
         &frmSuche,
     };

@@ -69,6 +69,10 @@ FrmEinstellungen::FrmEinstellungen(Session &session, const ComboBox &cable_port)
         prz_Parameter_Modem();
     };
     cboSchnittstelle_aendern.clicked = [this] { przSchnittstelle_aendern(); };
+    chkVerlauf.tool_tip =
+        "Schreibt jeden Vorgang, der zu Ende ist, in verlauf.csv; „Datei“, „Verlauf…“ zeigt ihn.";
+    chkWie_zuletzt.tool_tip =
+        "Ausführung, Schnittstelle, Fenstergröße und Profil sind beim nächsten Start wieder da.";
     cancel = &cmdCancel;
     reset();
 }
@@ -106,7 +110,7 @@ void FrmEinstellungen::przSchnittstelle_aendern() {
 }
 
 void FrmEinstellungen::enable_inputs(bool on) {
-    tabOptions.enabled = cmdOK.enabled = on;
+    tabOptions.enabled = chkVerlauf.enabled = chkWie_zuletzt.enabled = cmdOK.enabled = on;
     cboSchnittstelle_aendern.enabled = on && !cable_port_.text.empty();
 }
 

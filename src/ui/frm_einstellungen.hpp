@@ -99,6 +99,9 @@ class FrmEinstellungen : public Form {
                                        "Schnittstelleneinstellungen ü&bernehmen",
                                        &fraSchnittstellen_Einstellung_soll};
 
+    CheckBox chkVerlauf{*this, "chkVerlauf", "&Verlauf führen"};
+    CheckBox chkWie_zuletzt{*this, "chkWie_zuletzt", "Beim Start &wie zuletzt"};
+
     Button cmdOK{*this, "cmdOK", "&OK"};
     Button cmdCancel{*this, "cmdCancel", "&Abbrechen"};
 

@@ -82,6 +82,8 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     mnuProfil_oeffnen.keys = "Ctrl+O";
     mnuProfil_speichern.keys = "Ctrl+S";
     mnuListe_oeffnen.keys = "Ctrl+L";
+    mnuNachweis.keys = "Ctrl+N";
+    mnuVerlauf.keys = "Ctrl+H";
     tblListe.enter = &cbuListe_starten;
     tblListe.spoken_name = "Geräte der Liste";
     tblListe.tool_tip = "Die gewählte Zeile füllt das Formular; Enter startet.";
@@ -97,9 +99,9 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     mnuProtokoll.keys = "Ctrl+P";
     for (Control *control : std::initializer_list<Control *>{
              &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
-             &mnuProfil5, &mnuSicherung, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen, &cbuListe_schliessen,
-             &chkListe_pruefen, &mnuProtokoll, &cbuProtokoll_kopieren, &cbuProtokoll_speichern,
-             &cbuProtokoll_leeren})
+             &mnuProfil5, &mnuSicherung, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen,
+             &cbuListe_schliessen, &chkListe_pruefen, &mnuNachweis, &mnuVerlauf, &mnuProtokoll,
+             &cbuProtokoll_kopieren, &cbuProtokoll_speichern, &cbuProtokoll_leeren})
         control->recorded = false; // what profiles and lists do is
     tboProtokoll.spoken_name = "Protokoll";
     cbuProtokoll_kopieren.tool_tip = "Kopiert, was markiert ist, oder alles.";

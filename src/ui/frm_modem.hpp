@@ -50,6 +50,8 @@ class FrmModem : public Form {
     MenuEntry mnuProfil5{*this, "mnuProfil5", {}, &mnuZuletzt};
     MenuEntry mnuSicherung{*this, "mnuSicherung", "Sicherung zurück&holen…", &mnuDatei};
     MenuEntry mnuListe_oeffnen{*this, "mnuListe_oeffnen", "&Liste öffnen…", &mnuDatei};
+    MenuEntry mnuNachweis{*this, "mnuNachweis", "&Nachweis…", &mnuDatei};
+    MenuEntry mnuVerlauf{*this, "mnuVerlauf", "&Verlauf…", &mnuDatei};
     TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
     MenuEntry mnuBeenden{*this, "mnuBeenden", "&Beenden", &mnuDatei};
     MenuEntry mnuISDN{*this, "mnuISDN", "I&SDN"};

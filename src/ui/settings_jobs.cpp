@@ -20,9 +20,23 @@ constexpr Launch change_interface = {
     .advice = "Mit OK bleiben die neuen Einstellungen gespeichert.",
 };
 
+void open(Desk &desk) {
+    FrmEinstellungen &form = desk.frmEinstellungen;
+    if (!form.open) {
+        form.chkVerlauf.value = desk.remembered.history;
+        form.chkWie_zuletzt.value = desk.remembered.as_left;
+    }
+    form.load();
+}
+
 /// Saves what the dialog shows and closes it; it stays open when that fails.
 void save(Desk &desk) {
     FrmEinstellungen &form = desk.frmEinstellungen;
+    const Remembered before = desk.remembered;
+    desk.remembered.history = form.chkVerlauf.value;
+    desk.remembered.as_left = form.chkWie_zuletzt.value;
+    if (desk.remembered != before)
+        write_remembered(desk.folders.settings, desk.remembered);
     if (prz_Einstellungen_speichern(desk.session, desk.folders.settings, form.direkt.texts(),
                                     form.fern.texts(), desk.outbox)) {
         form.unload();
@@ -48,7 +62,7 @@ void leave(Desk &desk) {
 
 void connect_settings(Desk &desk, Sequencer &sequencer) {
     FrmEinstellungen &form = desk.frmEinstellungen;
-    desk.frmModem.mnuEinstellungen.clicked = opens(form);
+    desk.frmModem.mnuEinstellungen.clicked = [&] { open(desk); };
     starts(form.cmdUART_Einstellung_aendern, sequencer, change_interface);
     form.cmdOK.clicked = [&] { save(desk); };
     form.cmdCancel.clicked = [&] { leave(desk); };

@@ -10,9 +10,28 @@ namespace telvox {
 namespace {
 
 constexpr const char *file_name = "Fenster.ini";
-constexpr const char *protocol_on = "protokoll=ein";
-constexpr const char *protocol_off = "protokoll=aus";
 constexpr std::string_view profile = "profil=";
+constexpr std::string_view on = "ein", off = "aus";
+
+struct Flag {
+    std::string_view name;
+    bool Remembered::*value;
+};
+constexpr Flag flags[] = {{"protokoll=", &Remembered::protocol},
+                          {"verlauf=", &Remembered::history},
+                          {"wie-zuletzt=", &Remembered::as_left}};
+struct Text {
+    std::string_view name;
+    std::string Remembered::*value;
+};
+constexpr Text texts[] = {{"ausgefuehrt-von=", &Remembered::done_by},
+                          {"ort=", &Remembered::place},
+                          {"zuletzt-typ=", &Remembered::variant},
+                          {"zuletzt-verbindung=", &Remembered::way},
+                          {"zuletzt-schnittstelle=", &Remembered::cable_port},
+                          {"zuletzt-modemanschluss=", &Remembered::modem_port},
+                          {"zuletzt-fenster=", &Remembered::geometry},
+                          {"zuletzt-profil=", &Remembered::profile}};
 /// No system has longer paths.
 constexpr std::size_t longest_path = 4096;
 
@@ -27,22 +46,32 @@ bool fits(std::string_view path) {
 Remembered read_remembered(const std::filesystem::path &folder) {
     Remembered remembered;
     for (const std::string &line : read_lines(folder / file_name)) {
-        if (line == protocol_on || line == protocol_off)
-            remembered.protocol = line == protocol_on;
-        else if (line.starts_with(profile) && fits(line.substr(profile.size())) &&
-                 remembered.profiles.size() < Remembered::most_profiles)
-            remembered.profiles.push_back(line.substr(profile.size()));
+        const std::string value = line.substr(line.find('=') + 1);
+        for (const auto &[name, flag] : flags)
+            if (line.starts_with(name) && (value == on || value == off))
+                remembered.*flag = value == on;
+        for (const auto &[name, text] : texts)
+            if (line.starts_with(name) && fits(value))
+                remembered.*text = value;
+        if (line.starts_with(profile) && fits(value) &&
+            remembered.profiles.size() < Remembered::most_profiles)
+            remembered.profiles.push_back(value);
     }
     return remembered;
 }
 
 void write_remembered(const std::filesystem::path &folder, const Remembered &remembered) {
-    std::string text = std::string(remembered.protocol ? protocol_on : protocol_off) + "\n";
+    std::string content;
+    for (const auto &[name, flag] : flags)
+        content.append(name).append(remembered.*flag ? on : off).append("\n");
+    for (const auto &[name, text] : texts)
+        if (fits(remembered.*text))
+            content.append(name).append(remembered.*text).append("\n");
     std::size_t room = Remembered::most_profiles;
     for (const std::string &path : remembered.profiles)
         if (fits(path) && room-- > 0)
-            text += std::string(profile) + path + "\n";
-    static_cast<void>(replace_file(folder / file_name, text));
+            content.append(profile).append(path).append("\n");
+    static_cast<void>(replace_file(folder / file_name, content));
 }
 
 } // namespace telvox

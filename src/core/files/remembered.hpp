@@ -12,7 +12,12 @@ struct Remembered {
     static constexpr std::size_t most_profiles = 5;
 
     bool protocol = false;             ///< "protokoll=ein|aus": the protocol is shown
+    bool history = true;               ///< "verlauf=": jobs that have ended are written down
     std::vector<std::string> profiles; ///< "profil=PFAD", a line each, the last used first (UTF-8)
+    std::string done_by, place;        ///< "ausgefuehrt-von=", "ort=": what records say of the user
+    bool as_left = false;              ///< "wie-zuletzt=": the window begins as it was left
+    /// How it was left: "zuletzt-typ=" and so on, empty where that is not known.
+    std::string variant, way, cable_port, modem_port, geometry, profile;
 
     bool operator==(const Remembered &) const = default;
 };

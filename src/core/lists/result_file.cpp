@@ -32,21 +32,6 @@ constexpr std::array<std::pair<RowOutcome, const char *>, 7> words = {{
     {RowOutcome::differs, "abweichend"},
 }};
 
-const char *written_word(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
-
-/// Whether a spreadsheet would compute the cell, or the cell looks like one that was kept from it.
-bool like_a_formula(std::string_view text) {
-    const auto first = text.find_first_not_of('\'');
-    return first != std::string_view::npos &&
-           std::string_view("=+-@\t").find(text[first]) != std::string_view::npos;
-}
-
-/// An apostrophe makes a cell a text for a spreadsheet; it is taken off again, and only where it was put.
-std::string kept_a_text(const std::string &text) { return like_a_formula(text) ? "'" + text : text; }
-std::string as_it_was(const std::string &cell) {
-    return cell.starts_with('\'') && like_a_formula(cell) ? cell.substr(1) : cell;
-}
-
 /// The names of the columns, with the mark before them or without.
 bool is_heading(std::string_view line) {
     std::string_view names = header.substr(3, header.size() - 5);
@@ -75,6 +60,14 @@ RowOutcome row_outcome(Outcome outcome) {
            : outcome == Outcome::cancelled ? RowOutcome::cancelled
            : outcome == Outcome::differs   ? RowOutcome::differs
                                            : RowOutcome::failed;
+}
+
+const char *written_word(RowOutcome outcome) { return words.at(static_cast<std::size_t>(outcome)).second; }
+
+std::optional<RowOutcome> written_outcome(std::string_view word) {
+    const auto known =
+        std::find_if(words.begin(), words.end(), [&](const auto &outcome) { return word == outcome.second; });
+    return known == words.end() ? std::nullopt : std::optional(known->first);
 }
 
 const char *word_of(RowOutcome outcome) {
@@ -135,17 +128,16 @@ void ResultFile::read(const Table &table) {
         const std::size_t size = row->fields.size();
         if (is_heading(table_row(row->fields))) // several files were put together
             continue;
-        const auto word = std::find_if(words.begin(), words.end(), [&](const auto &known) {
-            return (size == columns || size == columns - 1) && row->fields[4] == known.second;
-        });
-        if (word == words.end())
+        const auto outcome = size == columns || size == columns - 1 ? written_outcome(row->fields[4])
+                                                                    : std::optional<RowOutcome>();
+        if (!outcome)
             throw UsageError(place(table.source, row->line) + ": das ist kein Ergebnis");
         const std::string name = as_it_was(row->fields[1]);
         auto found = by_identity.find(name);
         if (found == by_identity.end())
             found = by_identity.find(with_line(row->fields[0], name));
         if (found != by_identity.end())
-            last_[found->second] = {.outcome = word->first,
+            last_[found->second] = {.outcome = *outcome,
                                     .time = row->fields[2],
                                     .port = as_it_was(row->fields[3]),
                                     .message = as_it_was(row->fields[5]),

@@ -16,6 +16,9 @@ enum class RowOutcome { succeeded, objected, failed, cancelled, skipped, begun, 
 /// What a job's outcome is for its row.
 [[nodiscard]] RowOutcome row_outcome(Outcome outcome);
 
+/// As files hold it, and back; nothing for a word that is none.
+[[nodiscard]] const char *written_word(RowOutcome outcome);
+[[nodiscard]] std::optional<RowOutcome> written_outcome(std::string_view word);
 /// As the user reads it.
 [[nodiscard]] const char *word_of(RowOutcome outcome);
 /// Whether the row needs no further attempt.

@@ -149,7 +149,28 @@ std::string written(std::string_view text) {
     return '"' + plain + '"';
 }
 
+/// Whether a spreadsheet would compute the cell, or the cell looks like one that was kept from it.
+bool like_a_formula(std::string_view text) {
+    const auto first = text.find_first_not_of('\'');
+    return first != std::string_view::npos &&
+           std::string_view("=+-@\t").find(text[first]) != std::string_view::npos;
+}
+
 } // namespace
+
+std::string kept_a_text(const std::string &text) { return like_a_formula(text) ? "'" + text : text; }
+
+std::string as_it_was(const std::string &cell) {
+    return cell.starts_with('\'') && like_a_formula(cell) ? cell.substr(1) : cell;
+}
+
+bool is_table_under(std::string_view header, std::string_view bytes) {
+    if (bytes.starts_with(byte_order_mark))
+        bytes.remove_prefix(byte_order_mark.size());
+    header.remove_prefix(byte_order_mark.size());
+    return bytes.substr(0, bytes.find_first_of(line_ends)) == header.substr(0, header.size() - 2) &&
+           valid_utf8(bytes);
+}
 
 Table parse_table(std::string_view bytes, std::string source, std::size_t most_rows) {
     Table table{.source = std::move(source), .rows = {}};

@@ -36,6 +36,15 @@ struct Table {
 /// "?", line breaks become blanks.
 [[nodiscard]] std::string table_row(std::span<const std::string> fields);
 
+/// An apostrophe makes a cell that a spreadsheet would compute a text; it is taken off again, and only where
+/// it was put.
+[[nodiscard]] std::string kept_a_text(const std::string &text);
+[[nodiscard]] std::string as_it_was(const std::string &cell);
+
+/// Whether bytes are a table of this program: UTF-8 under this line of names, which begins with the mark and
+/// ends with CR LF; an editor may have changed both.
+[[nodiscard]] bool is_table_under(std::string_view header, std::string_view bytes);
+
 /// How messages name a place: "pumpen.csv, Zeile 3, Spalte typ"; without a column, of the whole line.
 [[nodiscard]] std::string place(const std::string &source, std::size_t line, const std::string &column = {});
 

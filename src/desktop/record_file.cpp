@@ -1,0 +1,149 @@
+#include "desktop/record_file.hpp"
+
+#include "core/files/system_error.hpp"
+#include "core/messages.hpp"
+#include "core/records/service_record.hpp"
+
+#include <QAbstractTextDocumentLayout>
+#include <QElapsedTimer>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QTextDocument>
+#include <cerrno>
+#include <utility>
+
+namespace telvox::desktop {
+
+namespace {
+
+constexpr int dots_per_inch = 300;
+constexpr int margin_mm = 18;
+constexpr int foot = 8 * dots_per_inch * 10 / 254; ///< room for the number of the sheet, 8 mm
+/// So long may pages be made before the event loop has its turn.
+constexpr int turn_ms = 30;
+
+bool is_html(const QString &path) {
+    return path.endsWith(".html", Qt::CaseInsensitive) || path.endsWith(".htm", Qt::CaseInsensitive);
+}
+
+/// Letters that are drawn as one, "fi", would be found by no search for "konfigurieren"; where letters are
+/// spaced none are.
+QFont record_font() {
+    QFont font("DejaVu Sans");
+    font.setStyleHint(QFont::SansSerif);
+    font.setPointSizeF(9);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 0.05);
+    return font;
+}
+
+} // namespace
+
+RecordFile::RecordFile(const std::string &path) : file_(QString::fromStdString(path)) {
+    errno = 0;
+    note(file_.open(QIODevice::WriteOnly));
+    if (error_ != 0)
+        return;
+    if (is_html(file_.fileName())) {
+        note(file_.write(QByteArray::fromStdString(record_head())) >= 0);
+        return;
+    }
+    pdf_ = std::make_unique<QPdfWriter>(&file_);
+    pdf_->setPageSize(QPageSize(QPageSize::A4));
+    pdf_->setPageMargins(QMarginsF(margin_mm, margin_mm, margin_mm, margin_mm), QPageLayout::Millimeter);
+    pdf_->setResolution(dots_per_inch);
+    pdf_->setTitle("Nachweis");
+    pdf_->setCreator(program_title);
+    painter_ = std::make_unique<QPainter>(pdf_.get());
+    text_ = std::make_unique<QTextDocument>();
+    text_->setUndoRedoEnabled(false);
+    text_->documentLayout()->setPaintDevice(pdf_.get());
+    text_->setDocumentMargin(0);
+    text_->setDefaultFont(record_font());
+    text_->setDefaultStyleSheet(record_style);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    text_->setDefaultTextOption(option);
+    text_->setPageSize(QSizeF(pdf_->width(), pdf_->height() - foot));
+}
+
+RecordFile::~RecordFile() {
+    text_.reset(); // before what they are for
+    painter_.reset();
+    pdf_.reset();
+}
+
+void RecordFile::note(bool written) {
+    if (!written && error_ == 0)
+        error_ = file_.error() == QFileDevice::ResourceError ? ENOSPC : errno != 0 ? errno : EIO;
+}
+
+void RecordFile::add(const std::string &page) {
+    if (error_ != 0)
+        return;
+    if (pdf_) {
+        print(page);
+        return note(file_.error() == QFileDevice::NoError);
+    }
+    const std::string text = (std::exchange(first_, false) ? "" : record_break) + page;
+    note(file_.write(text.data(), static_cast<qint64>(text.size())) >= 0);
+}
+
+void RecordFile::print(const std::string &page) {
+    QTextDocument &text = *text_;
+    text.setHtml(QString::fromStdString("<body>" + page + "</body>"));
+    const QSizeF sheet = text.pageSize();
+    for (int i = 0; i < text.pageCount(); ++i) {
+        if (sheets_++ > 0)
+            pdf_->newPage();
+        const QRectF part(QPointF(0, i * sheet.height()), sheet);
+        painter_->save();
+        painter_->translate(0, -part.top());
+        text.drawContents(painter_.get(), part);
+        painter_->restore();
+        painter_->setFont(record_font());
+        painter_->drawText(QRectF(0, sheet.height(), sheet.width(), foot), Qt::AlignRight | Qt::AlignBottom,
+                           QString("Blatt %1").arg(sheets_));
+    }
+}
+
+std::string RecordFile::end() {
+    if (error_ == 0 && !pdf_)
+        note(file_.write(record_foot) >= 0);
+    if (painter_)
+        note(painter_->end() && file_.error() == QFileDevice::NoError);
+    errno = 0;
+    if (error_ == 0)
+        note(file_.commit());
+    return error_ == 0 ? std::string() : german_reason(error_);
+}
+
+QtRecordPrinter::QtRecordPrinter() {
+    connect(&turn_, &QTimer::timeout, this, [this] { go_on(); });
+}
+
+void QtRecordPrinter::print(const std::string &path, RecordPages pages, Progress progress, Ended ended) {
+    file_ = std::make_unique<RecordFile>(path);
+    pages_ = std::move(pages);
+    done_ = 0;
+    progress_ = std::move(progress);
+    ended_ = std::move(ended);
+    turn_.start();
+}
+
+void QtRecordPrinter::cancel() {
+    turn_.stop();
+    file_.reset();
+}
+
+void QtRecordPrinter::go_on() {
+    QElapsedTimer time;
+    for (time.start(); done_ < pages_.count && !time.hasExpired(turn_ms); ++done_)
+        file_->add(pages_.page(done_));
+    progress_(done_);
+    if (done_ < pages_.count)
+        return;
+    turn_.stop();
+    ended_(std::exchange(file_, nullptr)->end());
+}
+
+} // namespace telvox::desktop

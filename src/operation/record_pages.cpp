@@ -1,0 +1,81 @@
+#include "operation/record_pages.hpp"
+
+#include <map>
+#include <memory>
+#include <numeric>
+
+namespace telvox::operation {
+
+namespace {
+
+/// In the order of the cover.
+constexpr RowOutcome outcomes[] = {RowOutcome::succeeded, RowOutcome::objected, RowOutcome::failed,
+                                   RowOutcome::cancelled, RowOutcome::differs,  RowOutcome::skipped,
+                                   RowOutcome::begun};
+
+RecordCover cover_of(const ListRecord &list) {
+    RecordCover cover{.list = list.list.source, .counts = {{"Geräte", list.rows.size()}}, .not_done = {}};
+    std::map<RowOutcome, std::size_t> count;
+    std::size_t open = 0;
+    for (const std::size_t row : list.rows) {
+        const auto &last = list.results.last(row);
+        ++(last ? count[last->outcome] : open);
+        if (!list.results.done(row))
+            cover.not_done.push_back(label_of(list.list.rows[row]) + ": " +
+                                     (last ? word_of(last->outcome) : "offen"));
+    }
+    for (const RowOutcome outcome : outcomes)
+        if (count.contains(outcome))
+            cover.counts.emplace_back(word_of(outcome), count[outcome]);
+    if (open > 0)
+        cover.counts.emplace_back("offen", open);
+    return cover;
+}
+
+/// What the result file says of a row.
+DeviceRecord in_results(const ListRecord &list, std::size_t row) {
+    const auto &last = list.results.last(row);
+    DeviceRecord device{.name = label_of(list.list.rows[row]), .note = last ? "" : "offen", .jobs = {}};
+    if (last)
+        device.jobs.push_back({.line = {.time = last->time,
+                                        .imei = last->imei,
+                                        .port = last->port,
+                                        .job = list.list.rows[row].job,
+                                        .outcome = last->outcome,
+                                        .message = last->message}});
+    return device;
+}
+
+} // namespace
+
+RecordPages record_of(std::span<const DoneJob> jobs, RecordFrame frame) {
+    auto devices = std::make_shared<const std::vector<DeviceRecord>>(by_device(jobs));
+    return {.count = devices->size(), .page = [devices, frame = std::move(frame)](std::size_t page) {
+                return record_page(frame, devices->at(page));
+            }};
+}
+
+std::vector<std::size_t> all_rows(const DeviceList &list) {
+    std::vector<std::size_t> rows(list.rows.size());
+    std::iota(rows.begin(), rows.end(), 0);
+    return rows;
+}
+
+RecordPages record_of(const ListRecord &list, std::span<const DoneJob> jobs, RecordFrame frame) {
+    auto done = std::make_shared<std::map<std::string, std::vector<DoneJob>>>();
+    for (const DoneJob &job : jobs)
+        if (!job.device.empty())
+            (*done)[job.device].push_back(job);
+    return {.count = list.rows.size() + 1, .page = [=](std::size_t page) {
+                if (page == 0)
+                    return record_page(frame, cover_of(list));
+                const std::size_t row = list.rows[page - 1];
+                const auto here = done->find(label_of(list.list.rows[row]));
+                return record_page(frame,
+                                   here == done->end()
+                                       ? in_results(list, row)
+                                       : DeviceRecord{.name = here->first, .note = {}, .jobs = here->second});
+            }};
+}
+
+} // namespace telvox::operation
