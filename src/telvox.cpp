@@ -140,10 +140,13 @@ void Telvox::ended(const JobEnd &end) {
 }
 
 /// Of what is filled in, only what the user does counts: his events are within no other.
-void Telvox::note_change(bool typed) { unsaved_ |= depth_ == 1 && (typed || of_profile_); }
+void Telvox::note_change(bool typed) {
+    unsaved_ |= depth_ == 1 && (typed || of_profile_);
+    changed_ |= depth_ == 1;
+}
 
 void Telvox::saved() {
-    unsaved_ = false;
+    unsaved_ = changed_ = false;
     of_profile_ = true;
 }
 

@@ -104,6 +104,8 @@ class Telvox : private Observer {
     void dismiss(Form &form);
     /// All that the windows hold stands in a profile too; from now on what is changed in them belongs there.
     void saved();
+    /// The user has changed something since.
+    [[nodiscard]] bool changed_since_saved() const { return changed_; }
     /// Adds a port to the port lists that its user named, so that nobody has to try all others for it.
     void offer_port(int number);
     /// Adds such work, which outlives the events.
@@ -155,6 +157,7 @@ class Telvox : private Observer {
     // Of the event that happens, not yet told.
     std::vector<const Button *> starts_;
     std::vector<JobEnd> ends_;
+    bool changed_ = false; ///< what a profile holds, since it was opened or saved
     bool unsaved_ = false; ///< what the user typed is neither sent nor in a file
     bool of_profile_ =
         false; ///< a profile was opened or saved, and what was changed since would be lost with it

@@ -1,11 +1,16 @@
 // The list of devices through its real widgets.
 
 #include "core/files/files.hpp"
+#include "core/records/service_record.hpp"
+#include "desktop/record_file.hpp"
 #include "desktop/window_set.hpp"
 #include "operation/list_pane.hpp"
 #include "rig/rig.hpp"
 
 #include <QLineEdit>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -70,6 +75,65 @@ TEST(ListWindow, RowsAreChosenAndStartedByKeys) {
     EXPECT_EQ(table.currentIndex().row(), 9'999);
     EXPECT_TRUE(table.hasFocus()) << "Enter repeats it";
 }
+
+TEST(MainWindow, IsAsLargeAsItWasLeftButNeverLargerThanTheScreen) {
+    const auto shown = [](const std::string &as_left, bool protocol) {
+        Rig rig;
+        rig.program.desk.frmModem.fraProtokoll.visible = protocol;
+        desktop::WindowSet windows{rig.program};
+        windows.as_left = as_left;
+        windows.draw();
+        return windows.geometry();
+    };
+    const std::string usual = shown("", true);
+    EXPECT_EQ(shown(usual, true), usual);
+    for (const char *const nonsense : {"x", "700", "-1 -1 0", "700 600"})
+        EXPECT_EQ(shown(nonsense, false).substr(0, 4), shown("", false).substr(0, 4)) << nonsense;
+    std::istringstream large(shown("99999 99999 0", false));
+    int width = 0, height = 0;
+    large >> width >> height;
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    EXPECT_TRUE(width <= screen.width() && height <= screen.height() && height > 0);
+}
+
+#ifndef _WIN32
+/// A text of the record as the PDF's reader finds it, without the blanks and line ends that the page has put
+/// in.
+std::string found_in(const QByteArray &text) {
+    return QString::fromUtf8(text).remove(QRegularExpression("\\s")).toStdString();
+}
+
+TEST(RecordFile, TheTextOfItsPagesCanBeSearchedAndIsAllThere) {
+    QTemporaryDir folder;
+    const std::string file = folder.path().toStdString() + "/Süd.pdf";
+    const std::string word(4000, 'x');
+    std::string words;
+    for (int i = 0; i < 700; ++i)
+        words += "Wort" + std::to_string(i) + " ";
+    desktop::RecordFile record(file);
+    const RecordFrame frame{
+        .by = "Jörg <Müller>", .place = "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D 12", .made = "2026-11-23 14:05:09"};
+    DoneJob job{.line = {.time = frame.made,
+                         .variant = "GPRS",
+                         .port = "COM 3",
+                         .job = "Modem konfigurieren",
+                         .message = words}};
+    job.settings = {{"Alarmmeldung", word}, {"APN", ""}};
+    for (const char *name : {"Pumpwerk Öd", "Pumpwerk Fließ"})
+        record.add(record_page(frame, DeviceRecord{.name = name, .note = {}, .jobs = {job}}));
+    ASSERT_EQ(record.end(), "");
+    QProcess reader;
+    reader.start("pdftotext", {"-raw", QString::fromStdString(file), "-"});
+    ASSERT_TRUE(reader.waitForFinished()) << "it is in the package poppler-utils";
+    const std::string text = found_in(reader.readAllStandardOutput());
+    for (const std::string &piece :
+         {std::string("PumpwerkÖd"), std::string("PumpwerkFließ"), std::string("Modemkonfigurieren"),
+          std::string("Jörg<Müller>"), std::string("Wort699"), word.substr(0, 2000)})
+        EXPECT_NE(text.find(piece), std::string::npos) << piece;
+    EXPECT_GE(std::count(text.begin(), text.end(), 'x'), 2 * 4000);
+    EXPECT_NE(desktop::RecordFile("/dev/full/n.pdf").end(), "");
+}
+#endif
 
 } // namespace
 } // namespace telvox::test

@@ -180,6 +180,38 @@ TEST(Profile, FillsADialogWheneverItOpensAndFollowsItsUser) {
     EXPECT_EQ(apn.text, Desktop().control<ComboBox>("frmGPRS", "cobAPN").text);
 }
 
+TEST(Profile, IsThereAgainWhereTheWindowBeginsAsItWasLeft) {
+    for (const bool wanted : {true, false}) {
+        const std::string title = "Telvox-A Konfiguration";
+        Desktop left;
+        left.program.click(left.desk.frmModem.mnuEinstellungen);
+        left.program.set(left.desk.frmEinstellungen.chkWie_zuletzt, wanted);
+        left.program.click(left.desk.frmEinstellungen.cmdOK);
+        left.profiles.open(left.write("typ=gsm\nempfaenger=0171\nalarmtext=Pumpe\n"));
+        EXPECT_EQ(left.desk.frmModem.caption, "p.telvox – " + title);
+        left.rig.choose_cable_port(3);
+        EXPECT_EQ(left.desk.frmModem.caption, "p.telvox* – " + title);
+        left.profiles.note_left("800 600 0");
+
+        Rig rig{{left.folder, {SHARE}}}; // the next start
+        Profiles profiles{rig.program, rig.scan};
+        FrmModem &main = rig.program.desk.frmModem;
+        profiles.begin_as_left();
+        EXPECT_EQ(main.optGSM.value, wanted);
+        EXPECT_EQ(main.cobSchnittstelle.text, wanted ? "COM 3" : "");
+        EXPECT_EQ(main.tboAlarmmeldung.text, wanted ? "Pumpe" : "");
+        EXPECT_EQ(main.caption, wanted ? "p.telvox – " + title : title);
+        EXPECT_EQ(rig.program.desk.remembered.geometry, wanted ? "800 600 0" : "");
+        EXPECT_TRUE(rig.boxes.empty());
+
+        fs::remove(left.folder / "p.telvox");
+        Rig later{{left.folder, {SHARE}}};
+        Profiles(later.program, later.scan).begin_as_left();
+        EXPECT_EQ(later.boxes.size(), wanted ? 1U : 0U) << "it is gone, and the user hears of it";
+        EXPECT_EQ(later.program.desk.frmModem.optGSM.value, wanted);
+    }
+}
+
 TEST(Profile, HoldsNoSecretThatNobodyWantedInIt) {
     Desktop desktop;
     // Secrets of the profile that was opened, of a dialog that nobody opened, and of an entry of the list.

@@ -70,7 +70,6 @@ void show_hint(QWidget &widget, const std::string &text) {
 
 Binder::Binder(Form &form, QWidget &window, Telvox &program)
     : form_(form), window_(window), program_(program) {
-    window_.setWindowTitle(form_.caption);
     window_.installEventFilter(this);
     for (Control *control : form_.controls())
         bind_by_name(*control);
@@ -136,6 +135,7 @@ void Binder::draw_common(const Control &control, QWidget &widget) {
 }
 
 void Binder::draw() {
+    show(window_, &QWidget::windowTitle, &QWidget::setWindowTitle, text_of(form_.caption));
     drawing_ = true;
     // A locked widget would pass its focus on to the next one, so that a second key press would meet a button
     // that nobody aimed at ("Beenden"). It waits for the unlocking instead, and meanwhile the window has the

@@ -65,10 +65,6 @@ int run(QApplication &application, const Call &call) {
 
     desktop::WindowSet windows(program);
     boxes.owner = files.owner = [&] { return windows.front(); };
-    windows.ended = [&] {
-        program.Form_Unload();
-        QCoreApplication::quit();
-    };
     operation::WorkLog log(folders.settings);
     operation::Journal journal(program, [&](DoneJob job) {
         const std::string failure = log.add({std::move(job)}, program.desk.remembered.history);
@@ -88,9 +84,15 @@ int run(QApplication &application, const Call &call) {
     QtTimer pause;
     operation::StatusQueries queries(program, pause);
     pause.tick = [&] { queries.tick(); };
+    windows.ended = [&] {
+        profiles.note_left(windows.geometry());
+        program.Form_Unload();
+        QCoreApplication::quit();
+    };
+    if (program.desk.remembered.as_left)
+        windows.as_left = program.desk.remembered.geometry;
     windows.draw();
-    if (!call.profile.empty())
-        profiles.open(call.profile);
+    call.profile.empty() ? profiles.begin_as_left() : profiles.open(call.profile);
     return application.exec();
 }
 

@@ -165,6 +165,41 @@ void WindowRoom::share_out(QWidget &window) {
     }
 }
 
+std::string WindowRoom::geometry(const QWidget &window) {
+    const QSize size = window.isMaximized() ? window.normalGeometry().size() : window.size();
+    QList<int> numbers{size.width(), size.height(), window.isMaximized() ? 1 : 0};
+    if (const QSplitter *both = form_and_panes(window); both && !panes_in(*both).isHidden())
+        numbers += both->sizes() + panes_in(*both).sizes();
+    QStringList texts;
+    for (const int number : numbers)
+        texts << QString::number(number);
+    return texts.join(' ').toStdString();
+}
+
+void WindowRoom::restore(QWidget &window, const std::string &geometry) {
+    QList<int> numbers;
+    for (const QString &text : QString::fromStdString(geometry).split(' ')) {
+        bool is_number = false;
+        numbers << text.toInt(&is_number);
+        if (!is_number || numbers.back() < 0)
+            return;
+    }
+    constexpr int plain = 3;
+    if (numbers.size() < plain)
+        return;
+    window.resize(
+        QSize(numbers[0], numbers[1]).expandedTo(window.minimumSizeHint()).boundedTo(room_for(window)));
+    QSplitter *both = form_and_panes(window);
+    if (both && !panes_in(*both).isHidden() &&
+        numbers.size() == plain + both->count() + panes_in(*both).count()) {
+        settle(window);
+        both->setSizes(numbers.mid(plain, both->count()));
+        panes_in(*both).setSizes(numbers.mid(plain + both->count()));
+    }
+    if (numbers[2] == 1)
+        window.showMaximized();
+}
+
 void WindowRoom::follow(QWidget &window, QSize before) {
     settle(window);
     place_panes(window);

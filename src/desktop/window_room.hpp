@@ -29,6 +29,10 @@ class WindowRoom {
     /// Something in it may have come or gone; `before` is the size that it had.
     void follow(QWidget &window, QSize before);
     static void share_out(QWidget &window);
+    /// The main window's size and the shares of its panes as a line of numbers, and back; what is no such
+    /// line changes nothing, and no window gets larger than its screen.
+    [[nodiscard]] static std::string geometry(const QWidget &window);
+    static void restore(QWidget &window, const std::string &geometry);
 
   private:
     QSize wished_; ///< of what comes and goes

@@ -216,6 +216,12 @@ void WindowSet::show_or_hide(Form &form) {
         return dialog->open();
     window.show();
     WindowRoom::share_out(window);
+    WindowRoom::restore(window, as_left);
+}
+
+std::string WindowSet::geometry() const {
+    const auto main = made_.find(&program_.desk.frmModem);
+    return main == made_.end() ? "" : WindowRoom::geometry(*main->second.window);
 }
 
 } // namespace telvox::desktop

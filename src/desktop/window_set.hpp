@@ -20,6 +20,11 @@ class WindowSet final : public QObject, public Observer {
     /// Called once, when the main window's form has closed.
     std::function<void()> ended = [] {};
 
+    /// Size of the main window and shares of its panes, and what they were, for its first showing: a line of
+    /// numbers; anything else means nothing.
+    [[nodiscard]] std::string geometry() const;
+    std::string as_left;
+
     void draw() override;
     [[nodiscard]] QWidget &window(Form &form) { return *made(form).window; }
     [[nodiscard]] Binder &binder(Form &form) { return *made(form).binder; }

@@ -19,7 +19,7 @@ std::string without_key(std::string caption) {
 /// "Modem konfigurieren", and of a dialog "GPRS Konfiguration: Einstellungen schreiben".
 std::string title_of(const Button &by, const Desk &desk) {
     const std::string caption = without_key(by.caption);
-    return by.form == &desk.frmModem ? caption : std::string(by.form->caption) + ": " + caption;
+    return by.form == &desk.frmModem ? caption : by.form->caption + ": " + caption;
 }
 
 bool on_network(const Button &by, const Desk &desk) {

@@ -2,6 +2,7 @@
 
 #include "core/files/files.hpp"
 #include "core/files/system_error.hpp"
+#include "core/port_choice.hpp"
 #include "core/usage_error.hpp"
 #include "operation/backups.hpp"
 #include "operation/trial.hpp"
@@ -132,7 +133,57 @@ void Profiles::leave_to_others() {
             open_.insert(&section);
 }
 
+namespace {
+
+/// What a list's port is known by at the next start: its device, for other numbers may be given then.
+std::string port_of(const Desk &desk, const ComboBox &list) {
+    for (const PortInfo &port : desk.ports)
+        if (port_entry(port.number) == list.text && !port.device.empty())
+            return port.device;
+    return list.text;
+}
+
+} // namespace
+
+void Profiles::begin_as_left() {
+    const Remembered left = desk_.remembered;
+    if (!left.as_left)
+        return;
+    if (!left.profile.empty())
+        open(left.profile);
+    Values values = main_window_values(desk_, true);
+    const auto put = [&](const char *option, const std::string &value) {
+        if (!value.empty())
+            values[option] = {value, {}};
+    };
+    put("typ", left.variant);
+    put("verbindung", left.way);
+    for (const auto &[option, device] :
+         {std::pair{"schnittstelle", left.cable_port}, {"modemanschluss", left.modem_port}})
+        if (parse_port_number(device))
+            put(option, device);
+        else if (const int number = device.empty() ? 0 : ports_.number_of(device); number != 0)
+            put(option, port_entry(number));
+    operator_.begin_with(values);
+}
+
+void Profiles::note_left(const std::string &geometry) {
+    Remembered &left = desk_.remembered;
+    if (!left.as_left)
+        return;
+    left.variant = value_of(*find_option("typ"), desk_);
+    left.way = value_of(*find_option("verbindung"), desk_);
+    left.cable_port = port_of(desk_, desk_.frmModem.cobSchnittstelle);
+    left.modem_port = port_of(desk_, desk_.frmModem.cobModem_Port);
+    left.geometry = geometry;
+    left.profile = path_;
+    write_remembered(desk_.folders.settings, left);
+}
+
 void Profiles::happened() {
+    if (!path_.empty())
+        desk_.frmModem.caption =
+            file_name(path_) + (program_.changed_since_saved() ? "* – " : " – ") + program_title;
     for (const Section &section : sections()) {
         const bool open = section.form(desk_).open, was_open = open_.contains(&section);
         if (open == was_open)

@@ -21,6 +21,11 @@ class Profiles : private Observer {
     /// Saves what the windows hold; a box says so if that failed.
     void save(const std::string &path, bool secrets);
 
+    /// The window begins as it was left, where that is wanted and still possible.
+    void begin_as_left();
+    /// Remembers how the window is left, for that. `geometry`: of the window.
+    void note_left(const std::string &geometry);
+
     /// The one in force; empty if there is none.
     [[nodiscard]] const Profile &in_force() const { return profile_; }
     /// Somebody else fills the dialogs in that open now.

@@ -250,7 +250,7 @@ class Form {
     virtual void unlock() {}
 
     const char *name;
-    const char *caption;
+    std::string caption; ///< the window's title
     bool open = false;
     bool was_open = false; ///< at some time since the program's start
     /// The button that the title bar's close button and the Escape key press, where there is one.
