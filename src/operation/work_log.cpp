@@ -1,18 +1,35 @@
 #include "operation/work_log.hpp"
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 
 namespace telvox::operation {
 
+namespace {
+
+/// Who turns an antenna asks every few seconds; that is one job, with its last value.
+bool asked_again(const DoneJob &last, const DoneJob &job) {
+    return !last.signal.empty() && !job.signal.empty() && last.line.port == job.line.port &&
+           last.line.job == job.line.job && last.device == job.device;
+}
+
+} // namespace
+
 std::string WorkLog::add(std::vector<DoneJob> jobs, bool keeps) {
     std::vector<HistoryLine> lines;
-    for (const DoneJob &job : jobs)
+    for (DoneJob &job : jobs) {
+        if (!jobs_.empty() && asked_again(jobs_.back(), job)) {
+            jobs_.back() = std::move(job);
+            continue;
+        }
         lines.push_back(job.line);
-    std::move(jobs.begin(), jobs.end(), std::back_inserter(jobs_));
+        jobs_.push_back(std::move(job));
+    }
     if (jobs_.size() > 2 * History::most_lines)
         jobs_.erase(jobs_.begin(), jobs_.end() - static_cast<std::ptrdiff_t>(History::most_lines));
-    std::string failure = keeps && !lines.empty() ? history_.append(lines) : "";
+    if (!keeps || lines.empty())
+        return "";
+    std::string failure = history_.append(lines);
     return std::exchange(told_, !failure.empty()) ? "" : failure;
 }
 
