@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -255,7 +256,7 @@ class FilesTest : public testing::Test {
         QFile file(path("da.txt"));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     }
-    QString path(const char *name) { return folder.filePath(name); }
+    QString path(const char *name) { return QDir::toNativeSeparators(folder.filePath(name)); }
     /// The dialog on the screen, in the folder.
     QFileDialog *asked(const FileQuestion &question) {
         dialogs.show(question, [this](const FileAnswer &answer) { answers.push_back(answer); });
