@@ -7,7 +7,6 @@
 #include "operation/profile.hpp"
 
 #include <algorithm>
-#include <fstream>
 
 namespace telvox::operation {
 
@@ -55,9 +54,9 @@ void check_backups(const DataFolders &folders) {
     if (error)
         throw UsageError(cannot(error.value()));
     fs::permissions(folder, fs::perms::owner_all, error); // the copies hold passwords
-    errno = 0;
-    if (!std::ofstream(trial) || !fs::remove(trial, error))
-        throw UsageError(cannot(errno));
+    if (const int failed = replace_file(trial, ""); failed != 0)
+        throw UsageError(cannot(failed));
+    fs::remove(trial, error);
 }
 
 std::string keep_backup(const DataFolders &folders, const std::string &imei, std::time_t time,
@@ -67,8 +66,8 @@ std::string keep_backup(const DataFolders &folders, const std::string &imei, std
                        section.name + "]\n";
     for (const auto &[name, given] : values)
         text += name + "=" + given.value + "\n";
-    if (const int error =
-            replace_file(backup_folder(folders) / file_name(device, when, section), text, Readers::owner);
+    if (const int error = replace_file(backup_folder(folders) / file_name(device, when, section),
+                                       with_local_ends(text), Readers::owner);
         error != 0)
         return cannot(error);
     std::size_t kept = 0;
