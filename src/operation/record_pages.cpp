@@ -32,11 +32,16 @@ RecordCover cover_of(const ListRecord &list) {
     return cover;
 }
 
-/// What the result file says of a row.
-DeviceRecord in_results(const ListRecord &list, std::size_t row) {
+/// How a row stands, and with what was done for it in this session; else with what the result file says.
+DeviceRecord device_of(const ListRecord &list, std::size_t row, const std::vector<DoneJob> *done) {
     const auto &last = list.results.last(row);
-    DeviceRecord device{.name = label_of(list.list.rows[row]), .note = last ? "" : "offen", .jobs = {}};
-    if (last)
+    DeviceRecord device{
+        .name = label_of(list.list.rows[row]), .note = last ? word_of(last->outcome) : "offen", .jobs = {}};
+    if (last && last->outcome == RowOutcome::differs)
+        device.note += ": " + last->message;
+    if (done)
+        device.jobs = *done;
+    else if (last)
         device.jobs.push_back({.line = {.time = last->time,
                                         .imei = last->imei,
                                         .port = last->port,
@@ -72,9 +77,7 @@ RecordPages record_of(const ListRecord &list, std::span<const DoneJob> jobs, Rec
                 const std::size_t row = list.rows[page - 1];
                 const auto here = done->find(label_of(list.list.rows[row]));
                 return record_page(frame,
-                                   here == done->end()
-                                       ? in_results(list, row)
-                                       : DeviceRecord{.name = here->first, .note = {}, .jobs = here->second});
+                                   device_of(list, row, here == done->end() ? nullptr : &here->second));
             }};
 }
 
