@@ -63,7 +63,6 @@ RecordFile::RecordFile(const std::string &path) : file_(QString::fromStdString(p
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     text_->setDefaultTextOption(option);
-    text_->setPageSize(QSizeF(pdf_->width(), pdf_->height() - foot));
 }
 
 RecordFile::~RecordFile() {
@@ -90,13 +89,24 @@ void RecordFile::add(const std::string &page) {
 
 void RecordFile::print(const std::string &page) {
     QTextDocument &text = *text_;
+    const QSizeF sheet(pdf_->width(), pdf_->height() - foot);
     text.setHtml(QString::fromStdString("<body>" + page + "</body>"));
-    const QSizeF sheet = text.pageSize();
+    // A device has one page, if it can still be read there.
+    qreal scale = 1;
+    for (const qreal smaller : {1.0, 0.9, 0.8}) {
+        text.setPageSize(sheet / (scale = smaller));
+        if (text.pageCount() == 1)
+            break;
+    }
+    if (text.pageCount() > 1)
+        text.setPageSize(sheet / (scale = 1));
     for (int i = 0; i < text.pageCount(); ++i) {
         if (sheets_++ > 0)
             pdf_->newPage();
-        const QRectF part(QPointF(0, i * sheet.height()), sheet);
+        const QSizeF size = text.pageSize();
+        const QRectF part(QPointF(0, i * size.height()), size);
         painter_->save();
+        painter_->scale(scale, scale);
         painter_->translate(0, -part.top());
         text.drawContents(painter_.get(), part);
         painter_->restore();

@@ -31,6 +31,10 @@ template <auto Field> std::string target(const From &f) {
                        : "Code " + std::to_string(code);
 }
 
+template <auto Field> std::string callback(const From &f) {
+    return f.values.gprs.*Field == 0 ? "kein" : target<Field>(f);
+}
+
 bool by_line(const From &f) { return f.values.type == ModemType::Analog || f.values.type == ModemType::ISDN; }
 bool by_sms(const From &f) { return f.values.type != ModemType::Analog || f.values.by_sms; }
 bool first_address(const From &f) { return f.desk.frmIPoEthernet.optIP_Erstkonfiguration.value; }
@@ -60,9 +64,9 @@ constexpr Row mobile_data[] = {
     {"Domain-Name", gprs<&GprsSettings::domain>},
     {"Port der Domain", gprs<&GprsSettings::domain_port>},
     {"1. Nummer", gprs<&GprsSettings::number1>},
-    {"Callback der 1. Nummer", target<&GprsSettings::callback1>},
+    {"Callback der 1. Nummer", callback<&GprsSettings::callback1>},
     {"2. Nummer", gprs<&GprsSettings::number2>},
-    {"Callback der 2. Nummer", target<&GprsSettings::callback2>},
+    {"Callback der 2. Nummer", callback<&GprsSettings::callback2>},
     {"Standleitungsbetrieb", target<&GprsSettings::leased_line>},
     {"Keep Alive Timer (Minuten)", gprs<&GprsSettings::keep_alive>},
 };

@@ -12,6 +12,7 @@ namespace {
 
 /// Rows that a cover names; the others are only counted.
 constexpr std::size_t most_named = 40;
+constexpr const char *to_fill_in = "________________________________________";
 
 /// Hebrew, Arabic and their neighbours.
 bool right_to_left(char32_t point) {
@@ -76,8 +77,8 @@ std::string heading(const std::string &text) { return "<h2>" + text + "</h2>\n";
 
 std::string signature(const RecordFrame &frame) {
     Pairs who;
-    who.add("Ausgeführt von", frame.by.empty() ? "…" : frame.by);
-    who.add("Ort", frame.place.empty() ? "…" : frame.place);
+    who.add("Ausgeführt von", frame.by.empty() ? to_fill_in : frame.by);
+    who.add("Ort", frame.place.empty() ? to_fill_in : frame.place);
     who.add("Programm",
             std::string(program_title) + " " + program_version + ", Nachweis vom " + german_time(frame.made));
     return who.html() + "<p class=\"sign\">&nbsp;</p>\n<table width=\"100%\"><tr><td width=\"40%\">"
@@ -140,6 +141,53 @@ std::string jobs_table(const std::vector<DoneJob> &jobs) {
            rows + "</table>\n";
 }
 
+using SideBySide = std::vector<const DoneJob *>;
+
+bool same_captions(const DoneJob &one, const DoneJob &other) {
+    return std::equal(one.settings.begin(), one.settings.end(), other.settings.begin(), other.settings.end(),
+                      [](const auto &a, const auto &b) { return a.first == b.first; });
+}
+
+/// Jobs of the same settings stand in one table: what the device had beside what it was sent.
+std::vector<SideBySide> side_by_side(const std::vector<DoneJob> &jobs) {
+    constexpr std::size_t most_columns = 3;
+    std::vector<SideBySide> tables;
+    for (const DoneJob &job : jobs) {
+        if (job.settings.empty())
+            continue;
+        const auto table = std::find_if(tables.begin(), tables.end(), [&](const SideBySide &other) {
+            return other.size() < most_columns && same_captions(*other.front(), job);
+        });
+        table == tables.end() ? tables.push_back({&job}) : table->push_back(&job);
+    }
+    return tables;
+}
+
+std::string settings_table(const SideBySide &jobs) {
+    std::string names, html = "<tr><th></th>";
+    for (const DoneJob *job : jobs) {
+        if (names.find(escaped(job->line.job)) == std::string::npos)
+            names += (names.empty() ? "" : ", ") + escaped(job->line.job);
+        html += std::string("<th align=\"left\">") +
+                (job->kind == DoneJob::Kind::reads ? "vom Gerät gelesen<br>" : "an das Gerät gesendet<br>") +
+                german_time(escaped(job->line.time)) + "</th>";
+    }
+    html += "</tr>\n";
+    const std::string width = std::to_string(68 / jobs.size());
+    for (std::size_t row = 0; row < jobs.front()->settings.size(); ++row) {
+        html +=
+            "<tr><td class=\"name\" width=\"32%\">" + escaped(jobs.front()->settings[row].first) + "</td>";
+        for (const DoneJob *job : jobs) {
+            const std::string &value = job->settings[row].second;
+            html += "<td dir=\"auto\" width=\"" + width + "%\">" + (value.empty() ? "leer" : escaped(value)) +
+                    "</td>";
+        }
+        html += "</tr>\n";
+    }
+    return heading(names) + "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\">\n" + html +
+           "</table>\n";
+}
+
 bool same_device(const DeviceRecord &device, const DoneJob &job) {
     const DoneJob &last = device.jobs.back();
     if (job.device != device.name || job.line.variant != last.line.variant || job.line.port != last.line.port)
@@ -187,17 +235,8 @@ std::vector<DeviceRecord> by_device(std::span<const DoneJob> jobs) {
 
 std::string record_page(const RecordFrame &frame, const DeviceRecord &device) {
     std::string page = title("Nachweis") + facts(device) + jobs_table(device.jobs);
-    for (const DoneJob &job : device.jobs) {
-        if (job.settings.empty())
-            continue;
-        Pairs settings;
-        for (const auto &[caption, value] : job.settings)
-            settings.add(caption, value.empty() ? "leer" : value);
-        page += heading(std::string(job.kind == DoneJob::Kind::reads ? "Vom Gerät gelesen"
-                                                                     : "An das Gerät gesendet") +
-                        ": " + escaped(job.line.job)) +
-                settings.html();
-    }
+    for (const SideBySide &jobs : side_by_side(device.jobs))
+        page += settings_table(jobs);
     return page + "<p>&nbsp;</p>\n" + signature(frame);
 }
 
