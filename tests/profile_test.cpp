@@ -209,6 +209,8 @@ TEST(Profile, IsThereAgainWhereTheWindowBeginsAsItWasLeft) {
         Profiles(later.program, later.scan).begin_as_left();
         EXPECT_EQ(later.boxes.size(), wanted ? 1U : 0U) << "it is gone, and the user hears of it";
         EXPECT_EQ(later.program.desk.frmModem.optGSM.value, wanted);
+        EXPECT_EQ(later.program.desk.frmModem.tboService_Center.text.empty(), wanted)
+            << "another variant's number";
     }
 }
 

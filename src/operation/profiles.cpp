@@ -135,6 +135,10 @@ void Profiles::leave_to_others() {
 
 namespace {
 
+/// Choosing a variant fills these in.
+constexpr const char *set_by_the_variant[] = {"service-center", "anbieter",  "netz",
+                                              "passwort",       "nachricht", "amt"};
+
 /// What a list's port is known by at the next start: its device, for other numbers may be given then.
 std::string port_of(const Desk &desk, const ComboBox &list) {
     for (const PortInfo &port : desk.ports)
@@ -152,6 +156,9 @@ void Profiles::begin_as_left() {
     if (!left.profile.empty())
         open(left.profile);
     Values values = main_window_values(desk_, true);
+    if (const Given *variant = find(values, "typ"); variant && variant->value != left.variant)
+        for (const char *option : set_by_the_variant)
+            values.erase(option);
     const auto put = [&](const char *option, const std::string &value) {
         if (!value.empty())
             values[option] = {value, {}};
