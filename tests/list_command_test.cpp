@@ -230,6 +230,17 @@ TEST_F(ListCommand, KnowsWhichDeviceHangsOnEachCable) {
         EXPECT_EQ(unit->memory.service_number, "");
 }
 
+TEST_F(ListCommand, ComparesDevicesAndTellsWhatDiffers) {
+    write("name;typ;schnittstelle;auftrag;apn\nA;gprs;4;gprs-vergleichen;x\nB;gsm;3;imei;\n");
+    EXPECT_EQ(run({"--datenordner", folder}), 4);
+    EXPECT_THAT(out, HasSubstr("A, COM 4: abweichend: Anders eingestellt: 1 von 1. APN: soll x, ist leer"));
+    EXPECT_THAT(results(), ElementsAre("abweichend", "erfolgreich"));
+    start_program(
+        {"gprs-vergleichen", "--simulator", "--schnittstelle", "4", "--apn", "x", "--keep-alive", "0"});
+    EXPECT_EQ(result(), 4);
+    EXPECT_EQ(out, "Anders eingestellt: 1 von 2.\nAPN: soll x, ist leer (anders)\nKeep Alive Timer: 0\n");
+}
+
 TEST_F(ListCommand, ARowThatWasKilledIsNotDoneAgainUnasked) {
     const std::string device = mute_device();
     // Without parity: a pseudo-terminal that a killed program has left takes it only once.

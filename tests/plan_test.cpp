@@ -68,6 +68,7 @@ struct Plant {
 TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
     const struct {
         const char *columns, *cells, *came_to, *apn, *left_alone;
+        const char *refused = nullptr; ///< command that the device does not take
     } cases[] = {
         {"auftrag;apn", "gprs-schreiben;internet.neu", "erfolgreich: APN: internet.alt → internet.neu",
          "internet.neu", "10.0.0.9"},
@@ -80,9 +81,16 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
          "aus, "
          "deshalb ist es für ca. 1 Minute nicht erreichbar.",
          "internet.neu", ""},
+        {"auftrag;apn;nummer1;nach-neustart-pruefen", "gprs-schreiben;internet.neu;+4917;ein",
+         "mit Ablehnungen: Das Telvox-A wurde erfolgreich parametriert. Nach dem Neustart ist nicht alles "
+         "so, wie es "
+         "geschrieben wurde. 1. Nummer: soll +4917, ist leer",
+         "internet.neu", "10.0.0.9", "AT**CLIP1="},
     };
-    for (const auto &[columns, cells, came_to, apn, left_alone] : cases) {
+    for (const auto &[columns, cells, came_to, apn, left_alone, refused] : cases) {
         Plant plant;
+        if (refused)
+            plant.device->faults[refused] = simulator::Fault::refuses;
         EXPECT_EQ(plant.work(columns, cells), came_to);
         EXPECT_EQ(plant.device->memory.settings["GPRSAPN"], apn) << cells;
         EXPECT_EQ(plant.device->memory.settings["AUTOIP"], left_alone) << cells;
@@ -198,6 +206,18 @@ TEST(Compared, SettingsStandSideBySide) {
               "APN: internet.neu, internet.alt");
     EXPECT_EQ(form.cobAPN.text, "internet.neu") << "the fields are as they were";
     EXPECT_TRUE(dialog.bench.rig.boxes.empty());
+    program.close(shown);
+    dialog.device->faults["AT**KEEP?"] = simulator::Fault::unanswered;
+    dialog.bench.rig.turn_by(milliseconds{10'000});
+    program.click(form.cbuGPRS_vergleichen);
+    dialog.bench.run(milliseconds{60'000});
+    EXPECT_FALSE(shown.open);
+    EXPECT_EQ(form.cobAPN.text, "internet.neu") << "also when the read breaks off";
+    EXPECT_TRUE(backups(program.desk.folders).empty());
+    dialog.bench.rig.turn_by(milliseconds{10'000});
+    program.click(form.cbuGPRS_schreiben);
+    dialog.bench.run(milliseconds{60'000});
+    EXPECT_EQ(backups(program.desk.folders).size(), 1U) << "of what was read before";
 }
 
 TEST(AfterTheRestart, TheDeviceIsReadAndCompared) {

@@ -7,6 +7,10 @@
 #include "operation/profile.hpp"
 
 #include <algorithm>
+#include <algorithm>
+#include <cerrno>
+#include <fstream>
+#include <tuple>
 
 namespace telvox::operation {
 

@@ -205,6 +205,7 @@ void ListPane::close() {
         current_ = last_at_cable_ = none;
         main_.tblListe.rows = 0;
         main_.fraListe.visible = false;
+        program_.tell("Bereit");
     });
 }
 

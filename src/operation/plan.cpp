@@ -168,6 +168,8 @@ void Plan::ended(const JobEnd &end) {
         work_->steps.push_back(Step::verify);
         work_->written = end;
     }
+    if (!well && (step == Step::read || step == Step::verify || job.compares))
+        restore(); // it shows what came before the read broke off
     const bool again = step == Step::verify && end.outcome == Outcome::failed && ++work_->tries < most_tries;
     const bool goes_on = (well && work_->steps.size() > 1) || again;
     if (work_->swapped() || goes_on || step == Step::verify || (well && job.compares)) // it is told otherwise
@@ -286,14 +288,22 @@ std::string Plan::keep_copy(const std::string &imei, const Values &values) {
     return keep_backup(desk_.folders, imei, now_(), *section_of(*work_->order.job), values);
 }
 
+/// The dialog holds again what it held before it was read over.
+void Plan::restore() {
+    try {
+        operator_.fill(work_->order.job->options, work_->wanted);
+    } catch (const UsageError &) { // it held that before
+    }
+}
+
 /// Sets what was read beside what the dialog held, which it holds again then. Returns what differs.
 std::string Plan::read_back() {
     const std::span<const Option> options = work_->order.job->options;
-    std::vector<Compared> now = compare(options, work_->wanted, all_values(options, desk_));
-    try {
-        operator_.fill(options, work_->wanted);
-    } catch (const UsageError &) { // it held that before
-    }
+    Values found = all_values(options, desk_);
+    std::vector<Compared> now = compare(options, work_->wanted, found);
+    restore();
+    if (work_->by_user)
+        read_[section_of(*work_->order.job)] = {work_->imei, std::move(found)};
     const std::string different = deviations(now);
     if (work_->order.job->compares || !different.empty())
         work_->compared = std::move(now); // else what was changed is told

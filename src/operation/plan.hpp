@@ -91,6 +91,7 @@ class Plan : private Observer {
     void was_read(Outcome outcome);
     void compared(Outcome outcome);
     void verified(Outcome outcome);
+    void restore();
     std::string read_back();
     void show_compared(const std::string &result);
     [[nodiscard]] std::string keep_copy(const std::string &imei, const Values &values);
