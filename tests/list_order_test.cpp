@@ -12,14 +12,16 @@ namespace {
 using testing::HasSubstr;
 
 /// What would run, a line per row: values, port, "fern"; or the refusal.
-std::string tried(const std::string &table, const ForAllRows &all = {}, bool despite = false) {
+std::string tried(const std::string &table, const ForAllRows &all = {}, bool despite = false,
+                  bool listed = false) {
     const auto exists = [](const std::string &device) { return device == "/dev/a"; };
     std::string text;
     try {
         const DeviceList list = device_list(parse_table(table, "l", 99), column_option);
         check_taken(all, list);
         try_out(
-            list, all, {}, {.folders = {"/dev/null/none", {SHARE}}, .exists = exists, .despite = despite},
+            list, all, {},
+            {.folders = {"/dev/null/none", {SHARE}}, .exists = exists, .despite = despite, .listed = listed},
             [](std::size_t) { return true; },
             [&](std::size_t, const Order &order, const Trial &trial) {
                 text += order.job->name;
@@ -80,6 +82,29 @@ TEST(ListOrder, TheWholeListIsCheckedByTheButtonsOwnChecks) {
     const std::string table = "typ;schnittstelle;auftrag;apn\ngprs;4;gprs-schreiben;\n";
     EXPECT_THAT(tried(table), HasSubstr("Einstellungen trotzdem übertragen? (Nein; --trotzdem bedeutet Ja)"));
     EXPECT_THAT(tried(table, {}, true), HasSubstr(" @4\n"));
+}
+
+TEST(ListOrder, WhatIsDoneAroundAJobIsCheckedToo) {
+    const struct {
+        const char *table, *expected;
+    } cases[] = {
+        {"typ;imei\ngsm;12\n", "l, Zeile 2, Spalte imei: eine IMEI hat 15 Ziffern"},
+        {"typ;imei;auftrag\nanalog;001010000000017;alarm-aus\n",
+         "Spalte imei: die IMEI sagen nur gsm und gprs"},
+        {"auftrag;imei\nmsn;001010000000017\n", "Spalte imei: das gehört nicht zum Auftrag msn"},
+        {"auftrag;apn;rest\ngprs-schreiben;x;weg\n", "Spalte rest: \"weg\" gibt es nicht (leeren)"},
+        {"auftrag;apn;rest;nur-aenderungen\ngprs-schreiben;x;leeren;ein\n",
+         "das schließt nur-aenderungen aus"},
+        {"auftrag;apn;geraet-pruefen\ngprs-schreiben;x;ja\n", "\"ja\" gibt es nicht (ein, aus)"},
+        {"auftrag;modemanschluss;rufnummer-modem;apn\ngprs-schreiben;6;1;x\n",
+         "l, Zeile 2: was nicht angegeben ist, würde geleert"},
+        {"auftrag;modemanschluss;rufnummer-modem;apn;rest\ngprs-schreiben;6;1;x;leeren\n", "@6 fern\n"},
+        {"auftrag;schnittstelle;apn\ngprs-schreiben;3;x\n",
+         "l, Zeile 2: Die Sicherung der alten Einstellungen lässt sich nicht schreiben."},
+        {"auftrag;schnittstelle\ngprs-vergleichen;3\n", "es ist nichts angegeben, womit zu vergleichen ist"},
+    };
+    for (const auto &[table, expected] : cases)
+        EXPECT_THAT(tried(table, {}, false, true), HasSubstr(expected)) << table;
 }
 
 } // namespace
