@@ -7,9 +7,6 @@
 #include "operation/profile.hpp"
 
 #include <algorithm>
-#include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <tuple>
 
 namespace telvox::operation {
