@@ -4,13 +4,11 @@
 #include "cli/interrupt.hpp"
 #include "cli/record.hpp"
 #include "core/files/files.hpp"
-#include "core/lists/list_run.hpp"
 #include "core/port_choice.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
-#include "operation/journal.hpp"
-#include "operation/list_order.hpp"
 #include "operation/record_pages.hpp"
+#include "operation/side_by_side.hpp"
 #include "operation/trial.hpp"
 #include "operation/work_log.hpp"
 #include "ports/os.hpp"
@@ -21,13 +19,6 @@
 namespace telvox::cli {
 
 namespace {
-
-/// Where a row's job goes.
-struct Way {
-    std::string label;    ///< "COM 3", or the device's path
-    std::string resource; ///< one for everything that only one job at a time can use
-    std::string device;   ///< the path, where the list names the port by it
-};
 
 std::string now() { return local_time(std::time(nullptr)); }
 
@@ -45,13 +36,8 @@ class ListCommand {
     void prepare();
     [[nodiscard]] bool is_to_do(std::size_t row) const;
     Way way_of(const Trial &trial);
-    std::string done_before(std::size_t row, const std::string &imei);
     void check_cable(std::size_t row, const Order &order, const Trial &trial);
-    void start_rows();
-    [[nodiscard]] std::unique_ptr<Journal> journal_of(RowProgram &program, std::size_t row);
-    void row_over(std::size_t row);
-    void note_results();
-    bool note(std::vector<std::pair<std::size_t, Attempt>> attempts);
+    void follow_row(std::size_t row, RowProgram &program);
     [[nodiscard]] bool is_mine(std::size_t row) const {
         return row % call_.share.of + 1 == call_.share.number;
     }
@@ -74,43 +60,47 @@ class ListCommand {
     std::vector<Way> ways_;
     std::map<std::pair<std::string, const JobCommand *>, std::size_t>
         at_cables_; ///< row, by resource and job
-    /// Row, by IMEI and job: several may be at work at the same time.
-    std::map<std::pair<std::string, std::string>, std::size_t> at_devices_;
-    std::optional<ListRun> run_;
-    struct Running {
-        std::unique_ptr<RowProgram> program;
-        std::unique_ptr<Journal> journal;
-    };
-    std::map<std::size_t, Running> running_;
     const Remembered remembered_ = read_remembered(folders_.settings);
     WorkLog log_{folders_.settings};
-    std::vector<DoneJob> done_;     ///< jobs, not yet in the log
-    std::vector<std::size_t> over_; ///< rows, not yet noted
     bool unwritten_ = false;
 };
 
 int ListCommand::run(QCoreApplication &application) {
     prepare();
-    std::vector<std::string> resources;
-    for (const Way &way : ways_)
-        resources.push_back(way.resource);
-    run_.emplace(resources);
-    for (std::size_t row = 0; row < list_.rows.size(); ++row) {
-        if (is_to_do(row))
-            continue;
-        run_->leave_out(row);
-        if (is_mine(row))
+    for (std::size_t row = 0; row < list_.rows.size(); ++row)
+        if (is_mine(row) && !is_to_do(row))
             tell_done(row);
-    }
+    QtTimer later;
+    SideBySide work({.list = list_,
+                     .results = *results_,
+                     .ways = ways_,
+                     .is_to_do = [this](std::size_t row) { return is_to_do(row); },
+                     .order = [this](std::size_t row) { return order_of(list_, list_.rows[row], all_); },
+                     .make = make_ports_,
+                     .folders = folders_,
+                     .despite = call_.despite,
+                     .now = now,
+                     .port_name = [this](const std::string &entry) { return numbers_->told(entry); }},
+                    later);
+    later.tick = [&] { work.tick(); };
+    work.starts = [this](std::size_t row, RowProgram &program) { follow_row(row, program); };
+    work.ended = [this](std::size_t row, const Attempt &attempt) { tell(row, attempt); };
+    work.done = [this](std::vector<DoneJob> jobs) {
+        if (const std::string why = log_.add(std::move(jobs), remembered_.history); !why.empty())
+            out_.remarks.line("telvox-cli: " + why);
+    };
+    work.unwritten = [this](const std::string &why) {
+        out_.remarks.line("telvox-cli: " + why);
+        unwritten_ = true;
+    };
+    work.over = [] { QCoreApplication::quit(); };
     int interrupted = 0;
     on_interrupt([&](int code) {
         interrupted = code;
-        run_->stop();
-        for (const auto &[row, running] : running_)
-            running.program->cancel();
+        work.cancel();
     });
-    start_rows();
-    if (!running_.empty())
+    work.begin();
+    if (work.running())
         application.exec();
     const int code = record(sum_up());
     return interrupted != 0 ? interrupted : code;
@@ -143,14 +133,8 @@ void ListCommand::prepare() {
         results_.emplace(results_path_, list_);
 }
 
-/// A row that was begun when the program was killed may have changed its device already, or alarmed somebody.
 bool ListCommand::is_to_do(std::size_t row) const {
-    if (!is_mine(row))
-        return false;
-    if (!results_ || !results_->last(row))
-        return true;
-    const RowOutcome last = results_->last(row)->outcome;
-    return last == RowOutcome::begun ? call_.repeat : !is_done(last);
+    return is_mine(row) && (!results_ || operation::is_to_do(results_->last(row), call_.repeat));
 }
 
 Way ListCommand::way_of(const Trial &trial) {
@@ -172,95 +156,14 @@ void ListCommand::check_cable(std::size_t row, const Order &order, const Trial &
                          " (nacheinander nur mit --trotzdem)");
 }
 
-std::string ListCommand::done_before(std::size_t row, const std::string &imei) {
-    const auto [first, is_new] = at_devices_.emplace(std::pair(imei, list_.rows[row].job), row);
-    if (!is_new && first->second != row)
-        return named(list_.rows[first->second]);
-    return device_of_other_row(list_, *results_, row, imei);
-}
-
-void ListCommand::start_rows() {
-    const std::vector<std::size_t> rows = run_->start();
-    std::vector<std::pair<std::size_t, Attempt>> begun;
-    for (const std::size_t row : rows)
-        begun.push_back({row, {.outcome = RowOutcome::begun, .time = now(), .port = ways_[row].label}});
-    const bool noted = begun.empty() || note(std::move(begun));
-    for (const std::size_t row : rows) {
-        if (!noted) {
-            run_->end(row, RowOutcome::cancelled);
-            continue;
-        }
-        Running &running = running_[row];
-        running.program = std::make_unique<RowProgram>(
-            order_of(list_, list_.rows[row], all_), make_ports_(ways_[row].device), folders_, call_.despite);
-        running.journal = journal_of(*running.program, row);
-        RowProgram *program = running.program.get();
-        follow(*program, label(row), call_, out_);
-        program->over = [this, row, log_ends = program->over] {
-            log_ends();
-            row_over(row);
-        };
-        program->done_before([this, row](const std::string &imei) { return done_before(row, imei); });
-        if (call_.json) {
-            tell_event("begonnen", row, *results_->last(row));
-            program->step = [this, row](std::string_view text) {
-                tell_event("schritt", row,
-                           {.time = now(), .port = ways_[row].label, .message = std::string(text)});
-            };
-        }
-        program->start();
-    }
-}
-
-/// What is done goes into the history, and into the record.
-std::unique_ptr<Journal> ListCommand::journal_of(RowProgram &program, std::size_t row) {
-    auto journal = std::make_unique<Journal>(program.program(),
-                                             [this](DoneJob job) { done_.push_back(std::move(job)); });
-    journal->device = [this, row] { return label(row); };
-    journal->port_name = [this, row](const std::string &entry) {
-        return ways_[row].device.empty() ? numbers_->told(entry) : ways_[row].label;
+void ListCommand::follow_row(std::size_t row, RowProgram &program) {
+    follow(program, label(row), call_, out_);
+    if (!call_.json)
+        return;
+    tell_event("begonnen", row, *results_->last(row));
+    program.step = [this, row](std::string_view text) {
+        tell_event("schritt", row, {.time = now(), .port = ways_[row].label, .message = std::string(text)});
     };
-    return journal;
-}
-
-/// What nobody knows of would be done again, so nothing more starts once something could not be written.
-bool ListCommand::note(std::vector<std::pair<std::size_t, Attempt>> attempts) {
-    const std::string why = results_->append(std::move(attempts));
-    if (why.empty())
-        return true;
-    out_.remarks.line("telvox-cli: " + why);
-    unwritten_ = true;
-    run_->stop();
-    return false;
-}
-
-/// The others that are over by now come before the results are noted, and wait for the disk together.
-void ListCommand::row_over(std::size_t row) {
-    over_.push_back(row);
-    if (over_.size() == 1)
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [this] { note_results(); }, Qt::QueuedConnection);
-}
-
-void ListCommand::note_results() {
-    std::vector<std::pair<std::size_t, Attempt>> over;
-    for (const std::size_t row : std::exchange(over_, {})) {
-        Attempt attempt = running_.at(row).program->result();
-        running_.erase(row);
-        attempt.time = now();
-        attempt.port = ways_[row].label;
-        over.emplace_back(row, std::move(attempt));
-    }
-    static_cast<void>(note(over));
-    if (const std::string why = log_.add(std::exchange(done_, {}), remembered_.history); !why.empty())
-        out_.remarks.line("telvox-cli: " + why);
-    for (const auto &[row, attempt] : over) {
-        tell(row, attempt);
-        run_->end(row, attempt.outcome);
-    }
-    start_rows();
-    if (running_.empty() && over_.empty())
-        QCoreApplication::quit();
 }
 
 void ListCommand::tell_event(const char *what, std::size_t row, const Attempt &attempt) {

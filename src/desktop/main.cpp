@@ -66,14 +66,21 @@ int run(QApplication &application, const Call &call) {
     desktop::WindowSet windows(program);
     boxes.owner = files.owner = [&] { return windows.front(); };
     operation::WorkLog log(folders.settings);
-    operation::Journal journal(program, [&](DoneJob job) {
-        const std::string failure = log.add({std::move(job)}, program.desk.remembered.history);
+    const auto note = [&](std::vector<DoneJob> jobs) {
+        const std::string failure = log.add(std::move(jobs), program.desk.remembered.history);
         if (!failure.empty())
             program.tell(failure);
-    });
+    };
+    operation::Journal journal(program, [&](DoneJob job) { note({std::move(job)}); });
     journal.port_name = [&](const std::string &entry) { return ports.map->told(entry); };
     operation::Profiles profiles(program, ports.scan);
     operation::ListPane list(program, ports.scan, profiles);
+    QtTimer later;
+    operation::AllRows all(program, ports.scan, ports_beside(ports.map), later);
+    later.tick = [&] { all.tick(); };
+    all.done = note;
+    all.port_name = journal.port_name;
+    list.with(all);
     journal.device = [&] { return list.running(); };
     desktop::QtRecordPrinter printer;
     operation::HistoryPane history(program, log);

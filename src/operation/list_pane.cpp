@@ -42,7 +42,7 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
     main_.tblListe.mark = [this](std::size_t row) {
         const auto &last = work_->results.last(row);
-        if (!last || row == running_)
+        if (!last || runs(row))
             return RowTable::Mark::none;
         return last->outcome == RowOutcome::succeeded ? RowTable::Mark::good
                : is_done(last->outcome)               ? RowTable::Mark::none // skipped, or with refusals
@@ -62,6 +62,13 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
         return work_ ? device_of_other_row(work_->list, work_->results, current_, imei) : "";
     };
     desk_.observers.add(*this);
+}
+
+void ListPane::with(AllRows &all) {
+    all_ = &all;
+    all.over = [this] { all_over(); };
+    main_.cbuListe_alle.clicked =
+        main_.mnuListe_alle.clicked = [this] { all_->running() ? all_->hold(!all_->held()) : start_all(); };
 }
 
 void ListPane::ask_to_open() {
@@ -186,6 +193,44 @@ void ListPane::start_row() {
     }
 }
 
+/// So many writes at once begin by no key alone.
+void ListPane::start_all() {
+    if (!work_ || busy())
+        return;
+    const std::size_t rows = all_->look({.list = work_->list,
+                                         .orders = work_->orders,
+                                         .results = work_->results,
+                                         .base = base_,
+                                         .now = [this] { return local_time(now_()); }});
+    if (rows == 0)
+        return desk_.outbox.show_unrecorded(
+            "Keine Zeile lässt sich ausführen, ohne dass jemand am Kabel ist.\r"
+            "Dafür braucht sie ein Modem oder eine Schnittstelle für sich und alle Angaben.");
+    desk_.outbox.ask_unrecorded("Zeilen, die jetzt ausgeführt werden: " + std::to_string(rows) +
+                                    ". Offen bleiben: " + std::to_string(all_->left()) + ". Fortfahren?",
+                                [this](bool yes) {
+                                    if (yes && work_ && !busy())
+                                        begin_all();
+                                });
+}
+
+void ListPane::begin_all() {
+    if (dialog_)
+        program_.dismiss(*std::exchange(dialog_, nullptr));
+    told_.clear();
+    desk_.prz_Eingaben_deaktivieren();
+    all_->begin(main_.chkListe_pruefen.value, main_.chkListe_nochmal.value);
+}
+
+void ListPane::all_over() {
+    desk_.prz_Eingaben_aktivieren();
+    told_ = all_->summary();
+    if (const std::string why = all_->unwritten(); !why.empty())
+        desk_.outbox.show_unrecorded(why);
+    current_ = none;
+    go_on();
+}
+
 void ListPane::skip() {
     if (current_ == none || busy() || !keep(current_, {.outcome = RowOutcome::skipped}))
         return;
@@ -204,7 +249,7 @@ void ListPane::close() {
         work_.reset();
         current_ = last_at_cable_ = none;
         main_.tblListe.rows = 0;
-        main_.fraListe.visible = false;
+        main_.fraListe.visible = main_.mnuListe_alle.enabled = false;
         program_.tell("Bereit");
     });
 }
@@ -318,11 +363,16 @@ std::string ListPane::cell(std::size_t row, std::size_t column) const {
         return option && option->secret && !value.empty() ? Mask::hidden : value;
     }
     const Attempt last = work_->results.last(row).value_or(Attempt{});
-    const std::string outcome = row == running_            ? "läuft"
+    const std::string outcome = runs(row)                  ? "läuft"
                                 : work_->results.last(row) ? word_of(last.outcome)
                                                            : "offen";
-    const std::string own[] = {
-        std::to_string(device.line), device.name, outcome, last.message, device.job, last.time, last.port};
+    const std::string own[] = {std::to_string(device.line),
+                               device.name,
+                               outcome,
+                               all_ && all_->running(row) ? all_->step(row) : last.message,
+                               device.job,
+                               last.time,
+                               last.port};
     static_assert(std::size(own) == own_columns.size());
     return own[column];
 }
@@ -332,7 +382,7 @@ void ListPane::show() {
     std::size_t well = 0, tried = 0;
     for (std::size_t row = 0; row < rows.size(); ++row) {
         well += work_->results.done(row) ? 1 : 0;
-        tried += work_->results.last(row) && row != running_ ? 1 : 0;
+        tried += work_->results.last(row) && !runs(row) ? 1 : 0;
     }
     main_.lblListe.caption = work_->list.source + ": " + std::to_string(well) + " von " +
                              std::to_string(rows.size()) + " erledigt" +
@@ -340,7 +390,13 @@ void ListPane::show() {
     const bool idle = !busy();
     main_.cbuListe_starten.enabled = main_.cbuListe_ueberspringen.enabled = idle && current_ != none;
     main_.cbuListe_schliessen.enabled = idle;
-    main_.tblListe.enabled = idle;
+    const bool all = all_ && all_->running();
+    main_.cbuListe_alle.enabled = main_.mnuListe_alle.enabled = all || (idle && all_);
+    main_.cbuListe_alle.caption = !all ? "Alle starten" : all_->held() ? "Weiter" : "Pause";
+    main_.mnuListe_alle.caption = "&" + main_.cbuListe_alle.caption;
+    if (all)
+        main_.StatusBar.text = all_->summary();
+    main_.tblListe.enabled = idle || all; // it may be longer than the pane
     main_.tblListe.selected = current_;
     ++main_.tblListe.revision;
     if (current_ == none || !idle)

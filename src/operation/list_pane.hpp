@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/lists/result_file.hpp"
-#include "operation/plan.hpp"
+#include "operation/all_rows.hpp"
 #include "operation/profiles.hpp"
 #include "operation/record_pages.hpp"
 
@@ -22,6 +22,9 @@ class ListPane : private Observer {
     /// What the profile in force says of dialogs holds for each row's too.
     ListPane(
         Telvox &program, PortScan &ports, Profiles &profiles, Now now = [] { return std::time(nullptr); });
+
+    /// Has "Alle starten" do what needs nobody.
+    void with(AllRows &all);
 
     /// Opens a list where it was left, in place of the one that is open; a box says why it could not be. Not
     /// while a job runs.
@@ -47,9 +50,13 @@ class ListPane : private Observer {
     void start();
     [[nodiscard]] std::string question_about_device() const;
     void start_row();
+    void start_all();
+    void begin_all();
+    void all_over();
     void skip();
     void close();
     [[nodiscard]] bool busy() const { return program_.busy() || plan_.busy(); }
+    [[nodiscard]] bool runs(std::size_t row) const { return row == running_ || (all_ && all_->running(row)); }
     [[nodiscard]] bool of_row(const Button &by) const;
     void begun(const Button &by);
     void over(const WorkEnd &end);
@@ -79,6 +86,7 @@ class ListPane : private Observer {
     Form *dialog_ = nullptr; ///< that was opened for the current row
     std::size_t running_ = none;
     std::size_t last_at_cable_ = none; ///< row that went well last in this session
+    AllRows *all_ = nullptr;
     std::string told_;                 ///< how the last row that ended came out, for the status bar
 };
 

@@ -5,7 +5,8 @@
 
 namespace telvox::operation {
 
-RowProgram::RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataFolders &folders, bool despite)
+RowProgram::RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataFolders &folders, bool despite,
+                       const Values &base)
     : order_(std::move(order)),
       despite_(despite),
       ports_(std::move(ports)),
@@ -13,6 +14,8 @@ RowProgram::RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataF
       program_(given_, folders),
       at_the_form_(program_, given_.scan) {
     ports_->connect(program_);
+    if (!base.empty())
+        at_the_form_.begin_with(base);
     program_.desk.observers.add(*this);
     plan_.over = [this](const WorkEnd &work) { ended_with(work); };
 }

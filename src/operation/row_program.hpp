@@ -15,9 +15,9 @@ namespace telvox::operation {
 /// port.
 class RowProgram final : public MessageBoxes, private Observer {
   public:
-    /// `despite`: questions are answered Ja.
-    RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataFolders &folders,
-               bool despite = false);
+    /// `despite`: questions are answered Ja. `base`: what the form holds before.
+    RowProgram(Order order, std::unique_ptr<OwnPorts> ports, const DataFolders &folders, bool despite = false,
+               const Values &base = {});
 
     ~RowProgram() { program_.Form_Unload(); }
 

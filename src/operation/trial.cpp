@@ -121,8 +121,10 @@ Trial try_out(const Order &order, const Values &base, const TrialWorld &world) {
                            (said.asks ? " (Nein; --trotzdem bedeutet Ja)" : ""),
                 .option = at_the_form.named_by_check(order)};
     const bool remote = stage.program.desk.frmModem.optFernverbindung.value;
-    const Given *given =
-        stage.port.PortOpen() ? order.find(remote ? "modemanschluss" : "schnittstelle") : nullptr;
+    const char *const port = remote ? "modemanschluss" : "schnittstelle";
+    const Given *given = stage.port.PortOpen() ? order.find(port) : nullptr;
+    if (!given && stage.port.PortOpen())
+        given = find(base, port);
     return {.port = given ? given->value : "", .remote = remote, .merges = course.merges};
 }
 

@@ -88,6 +88,13 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
     tblListe.spoken_name = "Geräte der Liste";
     tblListe.tool_tip = "Die gewählte Zeile füllt das Formular; Enter startet.";
     cbuListe_starten.tool_tip = "Führt die gewählte Zeile aus (Enter in der Liste).";
+    mnuListe_alle.keys = "F9";
+    mnuListe_alle.enabled = false;
+    cbuListe_alle.tool_tip =
+        "Führt alle offenen Zeilen aus, die niemanden am Kabel brauchen: über ein Modem, "
+        "das Netzwerk oder eine Schnittstelle für sich. F9, ebenso für Pause und Weiter.";
+    chkListe_nochmal.tool_tip =
+        "Nach „Alle starten“ werden Zeilen, die fehlgeschlagen sind, ein zweites Mal versucht.";
     cbuListe_ueberspringen.tool_tip = "Vermerkt die gewählte Zeile als übersprungen und geht zur nächsten.";
     cbuListe_schliessen.tool_tip =
         "Schließt die Liste; später geöffnet geht sie weiter, wo sie aufgehört hat.";
@@ -97,11 +104,28 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
                                 "beschreibt.";
     fraListe.visible = false;
     mnuProtokoll.keys = "Ctrl+P";
-    for (Control *control : std::initializer_list<Control *>{
-             &mnuProfil_oeffnen, &mnuProfil_speichern, &mnuProfil1, &mnuProfil2, &mnuProfil3, &mnuProfil4,
-             &mnuProfil5, &mnuSicherung, &mnuListe_oeffnen, &cbuListe_starten, &cbuListe_ueberspringen,
-             &cbuListe_schliessen, &chkListe_pruefen, &mnuNachweis, &mnuVerlauf, &mnuProtokoll,
-             &cbuProtokoll_kopieren, &cbuProtokoll_speichern, &cbuProtokoll_leeren})
+    for (Control *control : std::initializer_list<Control *>{&mnuProfil_oeffnen,
+                                                             &mnuProfil_speichern,
+                                                             &mnuProfil1,
+                                                             &mnuProfil2,
+                                                             &mnuProfil3,
+                                                             &mnuProfil4,
+                                                             &mnuProfil5,
+                                                             &mnuSicherung,
+                                                             &mnuListe_oeffnen,
+                                                             &cbuListe_starten,
+                                                             &cbuListe_ueberspringen,
+                                                             &cbuListe_schliessen,
+                                                             &chkListe_pruefen,
+                                                             &chkListe_nochmal,
+                                                             &cbuListe_alle,
+                                                             &mnuListe_alle,
+                                                             &mnuNachweis,
+                                                             &mnuVerlauf,
+                                                             &mnuProtokoll,
+                                                             &cbuProtokoll_kopieren,
+                                                             &cbuProtokoll_speichern,
+                                                             &cbuProtokoll_leeren})
         control->recorded = false; // what profiles and lists do is
     tboProtokoll.spoken_name = "Protokoll";
     cbuProtokoll_kopieren.tool_tip = "Kopiert, was markiert ist, oder alles.";

@@ -50,6 +50,7 @@ class FrmModem : public Form {
     MenuEntry mnuProfil5{*this, "mnuProfil5", {}, &mnuZuletzt};
     MenuEntry mnuSicherung{*this, "mnuSicherung", "Sicherung zurück&holen…", &mnuDatei};
     MenuEntry mnuListe_oeffnen{*this, "mnuListe_oeffnen", "&Liste öffnen…", &mnuDatei};
+    MenuEntry mnuListe_alle{*this, "mnuListe_alle", "&Alle starten", &mnuDatei};
     MenuEntry mnuNachweis{*this, "mnuNachweis", "&Nachweis…", &mnuDatei};
     MenuEntry mnuVerlauf{*this, "mnuVerlauf", "&Verlauf…", &mnuDatei};
     TickEntry mnuProtokoll{*this, "mnuProtokoll", "&Protokoll", &mnuDatei};
@@ -136,6 +137,8 @@ class FrmModem : public Form {
     CheckBox chkListe_pruefen{*this, "chkListe_pruefen", "Gerät prüfen", &fraListe};
     RowTable tblListe{*this, "tblListe", {}, &fraListe};
     Button cbuListe_starten{*this, "cbuListe_starten", "Sta&rten", &fraListe};
+    Button cbuListe_alle{*this, "cbuListe_alle", "Alle starten", &fraListe}; ///< as the menu's, with its key
+    CheckBox chkListe_nochmal{*this, "chkListe_nochmal", "am Ende noch einmal", &fraListe};
     Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspri&ngen", &fraListe};
     Button cbuListe_schliessen{*this, "cbuListe_schliessen", "Schl&ießen", &fraListe};
 
