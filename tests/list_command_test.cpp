@@ -329,5 +329,39 @@ TEST_F(ListCommand, NothingIsSentOfAListThatIsRefused) {
     EXPECT_FALSE(devices[0]->heard());
 }
 
+/// At all ports at the same time, and what is printed another call takes.
+TEST_F(CliProgram, TellsWhatHangsAtEachPort) {
+    const ServedDevices served({std::make_shared<simulator::Gsm>(simulator::Generation::newer),
+                                std::make_shared<simulator::Gsm>(simulator::Generation::older)});
+    const std::string first = served.path(0), second = served.path(1);
+    const std::vector<std::string> ports{"--port", "1=" + first, "--port=2=" + second,
+                                         "--port=3=/dev/null/none"};
+    start_program({"erkennen", ports[0], ports[1], ports[2], ports[3]});
+    EXPECT_EQ(result(), 0);
+    const auto block = [](const std::string &port) {
+        return "schnittstelle=" + port + "\ntyp=gsm\ncom-direkt=2400,e,8,1\n";
+    };
+    EXPECT_EQ(out, block(first) + "\n" + block(second));
+    EXPECT_THAT(err, HasSubstr("/dev/null/none: "));
+    start_program({"erkennen", "--json", ports[0], ports[1]});
+    EXPECT_EQ(result(), 0);
+    EXPECT_EQ(out,
+              R"({"schnittstelle": ")" + first + R"(", "typ": "gsm", "com-direkt": "2400,e,8,1"})" + "\n");
+    start_program({"erkennen", "--port=3=/dev/null/none"});
+    EXPECT_EQ(result(), 1);
+}
+
+TEST_F(CliProgram, MeasuresTheSignalUntilItIsInterrupted) {
+    start_program({"signal", "--laufend", "--typ=gsm", "--simulator", "--schnittstelle=3"});
+    for (int lines = 0; lines < 2 && process.waitForReadyRead(10'000);) {
+        const std::string more = process.readAllStandardOutput().toStdString();
+        lines += static_cast<int>(std::count(more.begin(), more.end(), '\n'));
+        EXPECT_THAT(more,
+                    testing::AnyOf("", HasSubstr("17 von 31, −79 dBm, Bester Wert: 17 von 31, −79 dBm\n")));
+    }
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    EXPECT_EQ(result(), 0);
+}
+
 } // namespace
 } // namespace telvox::test

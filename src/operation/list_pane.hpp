@@ -87,7 +87,7 @@ class ListPane : private Observer {
     std::size_t running_ = none;
     std::size_t last_at_cable_ = none; ///< row that went well last in this session
     AllRows *all_ = nullptr;
-    std::string told_;                 ///< how the last row that ended came out, for the status bar
+    std::string told_; ///< how the last row that ended came out, for the status bar
 };
 
 } // namespace telvox::operation
