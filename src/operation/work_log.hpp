@@ -11,6 +11,10 @@ namespace telvox::operation {
 class WorkLog {
   public:
     explicit WorkLog(const std::filesystem::path &data_folder) : history_(data_folder / History::file_name) {}
+    /// What could not be written gets its last chance.
+    ~WorkLog() { static_cast<void>(history_.append({})); }
+    WorkLog(const WorkLog &) = delete;
+    WorkLog &operator=(const WorkLog &) = delete;
 
     /// Takes jobs that have ended; into the history too if it `keeps` one. Returns why that could not be
     /// written (German), told once; empty otherwise.

@@ -99,6 +99,8 @@ std::string History::append(const std::vector<HistoryLine> &lines) {
     std::transform(lines.begin(), lines.end(), std::back_inserter(waiting_), row_of);
     if (waiting_.size() > most_lines / 10) // nobody can write there
         waiting_.erase(waiting_.begin(), waiting_.end() - most_lines / 10);
+    if (waiting_.empty())
+        return "";
     std::string rows;
     for (const std::string &row : waiting_)
         rows += row;
