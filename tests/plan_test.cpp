@@ -2,6 +2,7 @@
 // is not.
 
 #include "operation/backups.hpp"
+#include "operation/journal.hpp"
 #include "operation/list_order.hpp"
 #include "operation/plan.hpp"
 #include "rig/bench.hpp"
@@ -101,9 +102,12 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
         EXPECT_EQ(play(Presets().read(record), Playing::whole), "") << cells;
     }
     Plant single;
+    std::string imei; // which the write's own check is told
+    Journal journal(single.bench.rig.program, [&](const DoneJob &job) { imei = job.line.imei; });
     single.work("auftrag;apn", "gprs-schreiben;internet.neu", false);
     EXPECT_EQ(single.device->memory.settings["AUTOIP"], "") << "a single job writes what it shows";
     EXPECT_THAT(single.bench.rig.program.record().transcript(), Not(HasSubstr("GPRSAPN?")));
+    EXPECT_EQ(imei, single.device->imei);
 }
 
 TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {

@@ -6,7 +6,7 @@ namespace telvox::dialogues {
 
 namespace {
 
-constexpr std::size_t imei_at = 6, imei_digits = 15; // "IMEI: 123456789012345"
+constexpr std::string_view imei_label = "IMEI: "; // "IMEI: 123456789012345"
 
 } // namespace
 
@@ -54,10 +54,20 @@ bool take_signal(const JobContext &c, const Found &found) {
 bool take_imei(const JobContext &c, const Found &found) {
     if (!whole_imei(c, found))
         return false;
-    c.findings.imei = from_line(found.text.substr(imei_at, imei_digits));
+    c.findings.imei = from_line(found.text.substr(imei_label.size(), imei_digits));
     return true;
 }
 
-bool whole_imei(const JobContext &, const Found &found) { return found.text.size() >= imei_at + imei_digits; }
+bool whole_imei(const JobContext &, const Found &found) {
+    return found.text.size() >= imei_label.size() + imei_digits;
+}
+
+std::string imei_in(std::string_view received) {
+    const auto at = received.find(imei_label);
+    if (at == std::string_view::npos || at + imei_label.size() + imei_digits > received.size())
+        return {};
+    const std::string_view imei = received.substr(at + imei_label.size(), imei_digits);
+    return imei.find_first_not_of("0123456789") == std::string_view::npos ? std::string(imei) : "";
+}
 
 } // namespace telvox::dialogues

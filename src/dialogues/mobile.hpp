@@ -13,6 +13,10 @@ bool take_registration(const JobContext &c, const Found &found);
 bool take_refusal(const JobContext &c, const Found &found);
 bool take_signal(const JobContext &c, const Found &found);
 bool take_imei(const JobContext &c, const Found &found);
+/// The IMEI in what has come in, empty if there is none: a GPRS device tells it in the first check of each
+/// job.
+std::string imei_in(std::string_view received);
+inline constexpr std::size_t imei_digits = 15;
 /// "IMEI: " and the fifteen digits' places behind it, as a mere sign of life.
 bool whole_imei(const JobContext &c, const Found &found);
 

@@ -2,14 +2,13 @@
 
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "dialogues/mobile.hpp"
 
 #include <algorithm>
 
 namespace telvox::operation {
 
 namespace {
-
-constexpr std::size_t imei_digits = 15;
 
 /// An option that is "ein" or "aus".
 bool is_on(const Order &order, const char *name, bool otherwise) {
@@ -27,7 +26,7 @@ std::string expected_imei(const Order &order, bool can_be_asked) {
         return {};
     std::string imei = given->value;
     std::erase(imei, ' ');
-    if (imei.size() != imei_digits || imei.find_first_not_of("0123456789") != std::string::npos)
+    if (imei.size() != dialogues::imei_digits || imei.find_first_not_of("0123456789") != std::string::npos)
         throw UsageError(given->from, ": eine IMEI hat 15 Ziffern");
     if (!can_be_asked)
         throw UsageError(given->from, ": die IMEI sagen nur gsm und gprs, und nur am Kabel");

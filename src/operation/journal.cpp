@@ -1,6 +1,7 @@
 #include "operation/journal.hpp"
 
 #include "core/text.hpp"
+#include "dialogues/mobile.hpp"
 #include "operation/jobs.hpp"
 #include "operation/sent_settings.hpp"
 
@@ -72,6 +73,14 @@ DoneJob Journal::begun(const Button &by) const {
 
 void Journal::started(const Button &by) { running_ = begun(by); }
 
+/// What a device says of itself on the way counts too.
+void Journal::happened() {
+    if (!running_)
+        return;
+    if (const std::string imei = dialogues::imei_in(program_.received()); !imei.empty())
+        running_->line.imei = imei;
+}
+
 void Journal::ended(const JobEnd &end) {
     if (!running_)
         return;
@@ -90,8 +99,8 @@ void Journal::ended(const JobEnd &end) {
             job.line.message = joined_lines(message.text);
     if (std::exchange(row_, job.device) != job.device || row_.empty())
         imei_of_row_.clear();
-    if (serial && desk.findings.imei)
-        imei_of_row_ = one_line(*desk.findings.imei);
+    if (!job.line.imei.empty())
+        imei_of_row_ = job.line.imei;
     job.line.imei = imei_of_row_;
     if (Settings read = well ? read_by(*end.by, desk) : Settings{}; !read.empty()) {
         job.kind = DoneJob::Kind::reads;

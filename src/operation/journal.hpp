@@ -33,6 +33,7 @@ class Journal : private Observer {
   private:
     void started(const Button &by) override;
     void ended(const JobEnd &end) override;
+    void happened() override;
     [[nodiscard]] DoneJob begun(const Button &by) const;
 
     Telvox &program_;

@@ -2,6 +2,7 @@
 
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "dialogues/mobile.hpp"
 #include "operation/backups.hpp"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 namespace telvox::operation {
 
 namespace {
-
-constexpr std::size_t imei_digits = 15;
 
 const JobCommand &imei_query() { return *find_job("imei"); }
 
@@ -212,13 +211,8 @@ void Plan::settled() {
 
 /// A device tells its IMEI when it is asked for it, and a GPRS device in the first check of each job.
 void Plan::look_for_imei() {
-    constexpr std::string_view label = "IMEI: ";
-    const std::string_view received = program_.received();
-    const auto at = received.find(label);
-    if (at == std::string_view::npos || at + label.size() + imei_digits > received.size())
-        return;
-    const std::string imei(received.substr(at + label.size(), imei_digits));
-    if (imei.find_first_not_of("0123456789") != std::string::npos)
+    const std::string imei = dialogues::imei_in(program_.received());
+    if (imei.empty())
         return;
     work_->imei = imei;
     if (work_->expected.empty())
