@@ -103,7 +103,7 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
     }
     Plant single;
     std::string imei; // which the write's own check is told
-    Journal journal(single.bench.rig.program, [&](const DoneJob &job) { imei = job.line.imei; });
+    operation::Journal journal(single.bench.rig.program, [&](const DoneJob &job) { imei = job.line.imei; });
     single.work("auftrag;apn", "gprs-schreiben;internet.neu", false);
     EXPECT_EQ(single.device->memory.settings["AUTOIP"], "") << "a single job writes what it shows";
     EXPECT_THAT(single.bench.rig.program.record().transcript(), Not(HasSubstr("GPRSAPN?")));
