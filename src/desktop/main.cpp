@@ -66,10 +66,11 @@ int run(QApplication &application, const Call &call) {
     desktop::WindowSet windows(program);
     boxes.owner = files.owner = [&] { return windows.front(); };
     operation::WorkLog log(folders.settings);
+    std::function<void(const std::string &)> hint;
     const auto note = [&](std::vector<DoneJob> jobs) {
         const std::string failure = log.add(std::move(jobs), program.desk.remembered.history);
         if (!failure.empty())
-            program.tell(failure);
+            hint(failure);
     };
     operation::Journal journal(program, [&](DoneJob job) { note({std::move(job)}); });
     journal.port_name = [&](const std::string &entry) { return ports.map->told(entry); };
@@ -82,6 +83,7 @@ int run(QApplication &application, const Call &call) {
     all.port_name = journal.port_name;
     list.with(all);
     journal.device = [&] { return list.running(); };
+    hint = [&](const std::string &text) { list.hint(text); };
     desktop::QtRecordPrinter printer;
     operation::HistoryPane history(program, log);
     operation::RecordPane record(program, log, printer);

@@ -264,6 +264,7 @@ void ListPane::begun(const Button &by) {
         return;
     running_ = current_;
     told_.clear();
+    hint_.clear();
     keep(running_, {.outcome = RowOutcome::begun, .port = port()});
 }
 
@@ -304,6 +305,13 @@ void ListPane::settings_saved() {
 void ListPane::happened() {
     if (work_)
         show();
+}
+
+void ListPane::hint(const std::string &text) {
+    if (!work_)
+        return program_.tell(text);
+    hint_ = text;
+    show();
 }
 
 std::string ListPane::running() const {
@@ -404,7 +412,7 @@ void ListPane::show() {
     main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiede&rholen" : "Sta&rten";
     program_.tell("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
                   (rows[current_].name.empty() ? "" : ": " + rows[current_].name) +
-                  (told_.empty() ? "" : " (" + told_ + ")"));
+                  (told_.empty() ? "" : " (" + told_ + ")") + (hint_.empty() ? "" : " – " + hint_));
 }
 
 } // namespace telvox::operation

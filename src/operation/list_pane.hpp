@@ -30,6 +30,9 @@ class ListPane : private Observer {
     /// while a job runs.
     void open(const std::string &path);
 
+    /// Says in the status bar what is not about a row; with a list open beside the row, until the next one
+    /// begins.
+    void hint(const std::string &text);
     /// The row whose job runs, empty if none does.
     [[nodiscard]] std::string running() const;
     /// The open list, for a record of it.
@@ -87,6 +90,7 @@ class ListPane : private Observer {
     std::size_t running_ = none;
     std::size_t last_at_cable_ = none; ///< row that went well last in this session
     AllRows *all_ = nullptr;
+    std::string hint_;
     std::string told_; ///< how the last row that ended came out, for the status bar
 };
 
