@@ -1,10 +1,12 @@
 // Orders that take several jobs, against simulated devices: what is asked, read, merged and written, and what
 // is not.
 
+#include "core/files/files.hpp"
 #include "operation/backups.hpp"
 #include "operation/journal.hpp"
 #include "operation/list_order.hpp"
 #include "operation/plan.hpp"
+#include "operation/profiles.hpp"
 #include "rig/bench.hpp"
 #include "rig/player.hpp"
 #include "simulator/cable.hpp"
@@ -169,11 +171,17 @@ TEST(OnlyWhatChanges, ACopyOfWhatWasThereIsKept) {
     const auto rights = std::filesystem::status(kept.front().file).permissions();
     EXPECT_EQ(rights & ~std::filesystem::perms::owner_all, std::filesystem::perms::none)
         << "it holds passwords";
-    const Profile newest = parse_profile(profile_of_file(kept.front().file.string()), "p");
-    const Values &values = newest.dialogs.at(find_section("GPRS"));
-    EXPECT_EQ(values.at("apn").value, "neu21");
-    EXPECT_EQ(values.at("kennwort").value, "geheim");
-    EXPECT_EQ(values.at("standleitung").value, "ip");
+    // Putting one back is opening a profile.
+    Telvox &program = plant.bench.rig.program;
+    Profiles profiles(program, plant.bench.rig.scan);
+    program.click(plant.bench.f.mnuSicherung);
+    ASSERT_EQ(plant.bench.rig.asked_files.size(), 1U);
+    EXPECT_THAT(plant.bench.rig.asked_files[0].question.suggested, HasSubstr("sicherungen"));
+    plant.bench.rig.asked_files[0].answered({.path = text_of(kept.front().file)});
+    program.click(plant.bench.f.mnuGPRS_konfig);
+    const FrmGPRS &form = program.desk.frmGPRS;
+    EXPECT_EQ(form.cobAPN.text + form.tboPasswort.text + form.tboIP.text, "neu21geheim10.0.0.9");
+    EXPECT_TRUE(form.optPPP_kein.value && form.optStandleitung_IP.value);
 }
 
 TEST(Compared, SettingsStandSideBySide) {
