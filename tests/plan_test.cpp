@@ -175,9 +175,10 @@ TEST(OnlyWhatChanges, ACopyOfWhatWasThereIsKept) {
     Telvox &program = plant.bench.rig.program;
     Profiles profiles(program, plant.bench.rig.scan);
     program.click(plant.bench.f.mnuSicherung);
-    ASSERT_EQ(plant.bench.rig.asked_files.size(), 1U);
-    EXPECT_THAT(plant.bench.rig.asked_files[0].question.suggested, HasSubstr("sicherungen"));
-    plant.bench.rig.asked_files[0].answered({.path = text_of(kept.front().file)});
+    FrmSicherungen &list = program.desk.frmSicherungen;
+    EXPECT_EQ(list.tblSicherungen.rows, Backup::most);
+    EXPECT_EQ(list.tblSicherungen.cell(0, 1), kept.front().time);
+    program.click(list.cbuSicherung_oeffnen);
     program.click(plant.bench.f.mnuGPRS_konfig);
     const FrmGPRS &form = program.desk.frmGPRS;
     EXPECT_EQ(form.cobAPN.text + form.tboPasswort.text + form.tboIP.text, "neu21geheim10.0.0.9");

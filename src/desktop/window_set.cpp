@@ -15,6 +15,7 @@
 #include "ui_frm_pin.h"
 #include "ui_frm_service_center.h"
 #include "ui_frm_servicenummer.h"
+#include "ui_frm_sicherungen.h"
 #include "ui_frm_suche.h"
 #include "ui_frm_vergleich.h"
 #include "ui_frm_verlauf.h"
@@ -114,6 +115,7 @@ constexpr Maker makers[] = {
     {"frmService_Center", make_dialog<Ui::frmService_Center>},
     {"frmServicenummer", make_dialog<Ui::frmServicenummer>},
     {"frmVergleich", make_dialog<Ui::frmVergleich>},
+    {"frmSicherungen", make_dialog<Ui::frmSicherungen>},
     {"frmVerlauf", make<Ui::frmVerlauf, QDialog>},
     {"frmNachweis", make_dialog<Ui::frmNachweis>},
     {"frmAbout", make_dialog<Ui::frmAbout>},

@@ -66,17 +66,18 @@ void Profiles::ask_to_open() {
 }
 
 void Profiles::ask_for_backup() {
-    if (backups(desk_.folders).empty())
-        return desk_.outbox.show_unrecorded("Es gibt noch keine Sicherungen. Eine entsteht jedes Mal, wenn "
-                                            "GPRS oder IP-Telemetrie vor dem Schreiben "
-                                            "gelesen wird.");
-    desk_.files.ask({.title = "Sicherung zurückholen",
-                     .filter = "Sicherungen (*.telvox)",
-                     .suggested = text_of(backup_folder(desk_.folders) / "")},
-                    [this](const FileAnswer &answer) {
-                        if (!answer.path.empty())
-                            open(answer.path);
-                    });
+    std::vector<Backup> all = backups(desk_.folders);
+    if (all.empty())
+        return desk_.outbox.show_unrecorded(
+            "Es gibt noch keine Sicherungen. Eine entsteht jedes Mal, wenn GPRS oder IP-Telemetrie vor dem "
+            "Schreiben gelesen wird.");
+    std::vector<FrmSicherungen::Line> lines;
+    for (const Backup &one : all)
+        lines.push_back({one.imei, one.time, one.what});
+    desk_.frmSicherungen.wanted = [this, all = std::move(all)](std::size_t line) {
+        open(text_of(all.at(line).file));
+    };
+    desk_.frmSicherungen.show(std::move(lines));
 }
 
 void Profiles::ask_to_save() {

@@ -17,6 +17,7 @@
 #include "ui/frm_ipt.hpp"
 #include "ui/frm_modem.hpp"
 #include "ui/frm_nachweis.hpp"
+#include "ui/frm_sicherungen.hpp"
 #include "ui/frm_suche.hpp"
 #include "ui/frm_vergleich.hpp"
 #include "ui/frm_verlauf.hpp"
@@ -52,6 +53,7 @@ struct Desk final : Panel {
     FrmService_Center frmService_Center{frmModem.tboService_Center, folders};
     FrmServicenummer frmServicenummer{session, frmModem.tboService_Center, folders};
     FrmVergleich frmVergleich;
+    FrmSicherungen frmSicherungen;
     FrmNachweis frmNachweis;
     FrmVerlauf frmVerlauf;
     FrmAbout frmAbout;
@@ -74,6 +76,7 @@ struct Desk final : Panel {
         &frmService_Center,
         &frmServicenummer,
         &frmVergleich,
+        &frmSicherungen,
         &frmVerlauf,
         &frmNachweis,
         &frmAbout,
