@@ -79,8 +79,11 @@ Cost search(const fs::path &program, int ports) {
 
 Cost list_of(const fs::path &program, int rows) {
     std::vector<std::shared_ptr<simulator::Unit>> units;
-    for (int i = 0; i < rows; ++i)
-        units.push_back(std::make_shared<simulator::Gsm>(simulator::Generation::newer));
+    for (int i = 0; i < rows; ++i) {
+        const auto unit = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
+        unit->imei = "0010100000" + std::to_string(10'000 + i); // no device twice
+        units.push_back(unit);
+    }
     const test::ServedDevices devices(units);
     const fs::path folder = fs::temp_directory_path() / ("telvox-bench-" + std::to_string(::getpid()));
     fs::create_directories(folder);
