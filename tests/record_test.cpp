@@ -15,7 +15,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
+#include <random>
 
 namespace telvox::test {
 namespace {
@@ -31,7 +31,8 @@ using testing::SizeIs;
 struct Folder {
     Folder() { fs::create_directories(path); }
     ~Folder() { fs::remove_all(path); }
-    fs::path path = fs::temp_directory_path() / "telvox_record_test";
+    fs::path path =
+        fs::temp_directory_path() / ("telvox_record_test" + std::to_string(std::random_device()()));
 };
 
 HistoryLine line(const std::string &message) {
