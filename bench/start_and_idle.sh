@@ -21,9 +21,9 @@ if [ -z "${UNDER_XVFB:-}" ]; then
 fi
 if [ -n "${run[*]}" ]; then
     wine cmd /c ver >/dev/null 2>&1 # makes the system where there is none
-    wineserver -k || true
+    wineserver -k >/dev/null 2>&1 || true
     wineserver -p >/dev/null 2>&1
-    trap 'wineserver -k' EXIT
+    trap 'wineserver -k >/dev/null 2>&1' EXIT
     wine cmd /c ver >/dev/null 2>&1 # its own programs run from now on
 fi
 
