@@ -1,18 +1,11 @@
 // The window's list of devices, against a simulated device that is carried from cabinet to cabinet.
 
-#include "core/files/files.hpp"
 #include "operation/list_order.hpp"
-#include "operation/list_pane.hpp"
-#include "operation/profiles.hpp"
-#include "rig/beside.hpp"
+#include "rig/listed.hpp"
 #include "rig/player.hpp"
 #include "simulator/analog.hpp"
-#include "simulator/cable.hpp"
-#include "simulator/gsm.hpp"
 
 #include <gmock/gmock.h>
-
-#include <fstream>
 #include <sstream>
 
 namespace telvox::test {
@@ -23,51 +16,6 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class Listed : public testing::Test {
-  protected:
-    Listed() {
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        main.chkListe_pruefen.value = false; // most of these rows are done at one device
-    }
-
-    void open(const std::string &text) {
-        std::ofstream(folder / "l.csv", std::ios::binary) << text;
-        pane.open(text_of(folder / "l.csv"));
-    }
-    /// Starts the chosen row and lets it end; what the box then says, or without one the status bar.
-    std::string run() {
-        bench.rig.boxes.clear();
-        program.click(main.cbuListe_starten);
-        bench.run(milliseconds{300'000});
-        return bench.rig.boxes.empty() ? main.StatusBar.text : bench.rig.boxes.back().text;
-    }
-    /// A column of the pane, by its number.
-    std::vector<std::string> column(std::size_t number) {
-        std::vector<std::string> cells;
-        for (std::size_t row = 0; row < main.tblListe.rows; ++row)
-            cells.push_back(main.tblListe.cell(row, number));
-        return cells;
-    }
-    std::string results() {
-        std::ostringstream text;
-        text << std::ifstream(folder / "l-ergebnis.csv", std::ios::binary).rdbuf();
-        return text.str();
-    }
-
-    std::filesystem::path folder = std::filesystem::temp_directory_path() / "telvox_list_pane_test";
-    // After the pane has closed its files: Windows insists.
-    std::shared_ptr<void> gone{nullptr, [this](void *) { std::filesystem::remove_all(folder); }};
-    std::shared_ptr<simulator::Gsm> device = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
-    simulator::Cable cable{device};
-    Bench bench{cable};
-    Telvox &program = bench.rig.program;
-    FrmModem &main = bench.f;
-    operation::Profiles profiles{program, bench.rig.scan};
-    ListPane pane{program, bench.rig.scan, profiles, [] { return std::time_t{0}; }};
-};
-
-constexpr std::size_t name = 1, outcome = 2, message = 3;
 constexpr const char *list = "name;typ;schnittstelle;empfaenger;service-center;alarmtext\n"
                              "Süd;gsm;3;0171;+49171;Pumpe steht\n"
                              "Nord;gsm;3;0172;+49172;\n"
@@ -391,95 +339,6 @@ TEST_F(Listed, AsksBeforeARowIsDoneOfWhichNobodyKnowsTheOutcome) {
         EXPECT_EQ(device->memory.pin, again ? "1234" : "");
     }
     EXPECT_EQ(column(outcome)[0], "erfolgreich");
-}
-
-/// "Alle starten", with a device for each row that it begins.
-class AllListed : public Listed {
-  protected:
-    /// Until all is over, or the condition holds.
-    void run_all(const std::function<bool()> &until = [] { return false; }) {
-        beside.run([&] {
-            if (later.on)
-                all.tick();
-            program.refresh();
-            return program.busy() && !until();
-        });
-    }
-    struct Later final : Timer {
-        void Interval(milliseconds) override {}
-        void Enabled(bool value) override { on = value; }
-        [[nodiscard]] milliseconds now() const override { return {}; }
-        bool on = false;
-    } later;
-
-    std::vector<std::shared_ptr<simulator::Gsm>> units = [] {
-        std::vector<std::shared_ptr<simulator::Gsm>> made(4);
-        for (std::size_t i = 0; i < made.size(); ++i) {
-            made[i] = std::make_shared<simulator::Gsm>(simulator::Generation::newer);
-            made[i]->imei.back() = static_cast<char>('0' + i);
-        }
-        return made;
-    }();
-    simulator::Cable a{units[0]}, b{units[1]}, c{units[2]}, f{units[3]};
-    Beside beside{{&a, &b, &c, &f, &f, &b}};
-    operation::AllRows all{program, bench.rig.scan, beside.make(), later};
-    static constexpr const char *rows =
-        "name;typ;schnittstelle;auftrag;empfaenger;service-center;alarmtext;pin\n"
-        "A;gsm;4;;0171;+49;Text;\n"
-        "B;gsm;5;;0172;+49;Text;\n"
-        "C;gsm;6;;0173;+49;;\n" // the form has its text
-        "D;gsm;3;;0174;+49;Text;\nE;gsm;3;;0175;+49;Text;\n"
-        "F;gsm;7;pin;;;;1234\nG;gsm;7;;0176;+49;Text;\n";
-};
-
-TEST_F(AllListed, RowsThatNeedNobodyAreDoneSideBySideAndTheFailedOnceMore) {
-    pane.with(all);
-    program.choose(main.optGSM);
-    program.enter(main.tboAlarmmeldung, "Sammeltext");
-    open(rows);
-    main.chkListe_pruefen.value = main.chkListe_nochmal.value = true;
-    units[1]->silent = true;
-    program.click(main.cbuListe_alle);
-    EXPECT_THAT(bench.rig.boxes.back().text, HasSubstr("ausgeführt werden: 5. Offen bleiben: 2."));
-    EXPECT_FALSE(program.busy());
-    bench.rig.answer(true);
-    EXPECT_TRUE(program.busy() && !main.cbuListe_starten.usable() && !main.cbuParametrieren.usable());
-    EXPECT_THAT(column(outcome), ElementsAre("läuft", "läuft", "läuft", "offen", "offen", "läuft", "offen"));
-    EXPECT_EQ(main.cbuListe_alle.caption, "Pause");
-    program.click(main.cbuListe_alle);
-    run_all([&] { return column(outcome)[5] == "erfolgreich" && column(outcome)[1] == "fehlgeschlagen"; });
-    EXPECT_EQ(column(outcome)[6], "offen") << "nothing more begins";
-    EXPECT_THAT(main.StatusBar.text, HasSubstr("1 ohne Erfolg (angehalten)"));
-    program.click(main.mnuListe_alle);
-    run_all([&] { return column(message)[6] == "Service-Nummer wird eingestellt"; });
-    EXPECT_EQ(column(outcome)[6], "läuft");
-    run_all([&] { return beside.made() == 6; });
-    EXPECT_EQ(column(outcome)[1], "läuft") << "once more";
-    units[1]->silent = false;
-    run_all();
-    EXPECT_THAT(column(outcome), ElementsAre("erfolgreich", "erfolgreich", "erfolgreich", "offen", "offen",
-                                             "erfolgreich", "erfolgreich"));
-    EXPECT_EQ(units[2]->memory.text, "Sammeltext");
-    EXPECT_EQ(units[1]->memory.recipient, "0172");
-    EXPECT_THAT(results(), HasSubstr(units[3]->imei));
-    EXPECT_EQ(main.StatusBar.text, "Gerät 4 von 7: D (1 von 1 Zeilen fertig)");
-    EXPECT_TRUE(main.cbuParametrieren.usable() && main.cbuListe_schliessen.usable());
-    program.click(main.cbuListe_alle);
-    EXPECT_THAT(bench.rig.boxes.back().text, HasSubstr("Keine Zeile lässt sich ausführen"));
-}
-
-TEST_F(AllListed, CancellingEndsAllOfThem) {
-    pane.with(all);
-    open(rows);
-    program.click(main.cbuListe_alle);
-    bench.rig.answer(true);
-    run_all([&] { return !column(message)[0].empty(); });
-    program.click(main.cbuAbbrechen);
-    run_all();
-    EXPECT_THAT(column(outcome),
-                ElementsAre("abgebrochen", "abgebrochen", "offen", "offen", "offen", "abgebrochen", "offen"));
-    EXPECT_FALSE(program.busy() || beside.any_port_open());
-    EXPECT_TRUE(main.cbuListe_alle.usable());
 }
 
 TEST_F(Listed, ThatIsWrongChangesNothing) {
