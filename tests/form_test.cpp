@@ -161,7 +161,7 @@ TEST_F(MainWindow, EachVariantOffersWhatItHas) {
         EXPECT_EQ(f.tboPasswort.text, "BRUNEX");
     }
     rig.program.choose(f.optEthernet);
-    EXPECT_EQ(f.optFernverbindung.caption, "&Verbindung über das Netzwerk");
+    EXPECT_EQ(f.optFernverbindung.caption, "Verbindung über das Netzwerk");
 }
 
 TEST_F(MainWindow, IsdnTestIsOfferedOverTheCableAndKeptWhenChosenFromTheRemoteWay) {

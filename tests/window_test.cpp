@@ -103,7 +103,7 @@ TEST_F(WindowTest, VariantsShowAndHideWhatTheyUse) {
     EXPECT_FALSE(find<QAction>("mnuGPRS_konfig").isVisible());
     click("optEthernet");
     EXPECT_FALSE(find<QPushButton>("cbuParametrieren").isEnabled());
-    EXPECT_EQ(find<QRadioButton>("optFernverbindung").text(), "&Verbindung über das Netzwerk");
+    EXPECT_EQ(find<QRadioButton>("optFernverbindung").text(), "Verbindung über das Netzwerk");
 }
 
 TEST_F(WindowTest, PortListsAreScannedWhenTheUserComesToThem) {

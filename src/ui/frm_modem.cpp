@@ -9,7 +9,7 @@ struct FrmModem::Variant {
     OptionButton FrmModem::*option;
     MenuEntry FrmModem::*menu; ///< the one variant menu that is enabled
     bool gprs_entries = false;
-    const char *remote_caption = "Fern&verbindung über Modem";
+    const char *remote_caption = "Fernverbindung über Modem";
     bool alarms = true; ///< sends alarms, so it has receiver, provider and text
     bool forces_cable = false;
     const char *service_number = "";
@@ -66,7 +66,7 @@ FrmModem::FrmModem(Outbox &outbox) : Form("frmModem", program_title), outbox_(ou
          .alarm_off_as_it_was = true},
         {.option = &FrmModem::optEthernet,
          .menu = &FrmModem::mnuEthernet,
-         .remote_caption = "&Verbindung über das Netzwerk",
+         .remote_caption = "Verbindung über das Netzwerk",
          .alarms = false},
     };
     for (const Variant &variant : variants)

@@ -86,7 +86,7 @@ class FrmModem : public Form {
                                      &fraVerbindungsart};
     Label lblSchnittstelle{*this, "lblSchnittstelle", "Schnittstelle:", &fraVerbindungsart};
     ComboBox cobSchnittstelle{*this, "cobSchnittstelle", {}, &fraVerbindungsart};
-    OptionButton optFernverbindung{*this, "optFernverbindung", "Fern&verbindung über Modem",
+    OptionButton optFernverbindung{*this, "optFernverbindung", "Fernverbindung über Modem",
                                    &fraVerbindungsart};
     Label lblModemanschluss{*this, "lblModemanschluss", "Modemanschluss:", &fraVerbindungsart};
     ComboBox cobModem_Port{*this, "cobModem_Port", {}, &fraVerbindungsart};
@@ -124,7 +124,7 @@ class FrmModem : public Form {
 
     Button cbuParametrieren{*this, "cbuParametrieren", "Modem kon&figurieren"};
     Button cbuTest{*this, "cbuTest", "Alarmmeldung senden (&Test)"};
-    Button cbuAlarm_aus{*this, "cbuAlarm_aus", "&Alarmfunktion deaktivieren"};
+    Button cbuAlarm_aus{*this, "cbuAlarm_aus", "Alarmfunktion deakti&vieren"};
     Button cbuBeenden{*this, "cbuBeenden", "&Beenden"};
 
     Frame fraProtokoll{*this, "fraProtokoll", "Protokoll"};
@@ -137,7 +137,7 @@ class FrmModem : public Form {
     CheckBox chkListe_pruefen{*this, "chkListe_pruefen", "Gerät prüfen", &fraListe};
     RowTable tblListe{*this, "tblListe", {}, &fraListe};
     Button cbuListe_starten{*this, "cbuListe_starten", "Sta&rten", &fraListe};
-    Button cbuListe_alle{*this, "cbuListe_alle", "Alle starten", &fraListe}; ///< as the menu's, with its key
+    Button cbuListe_alle{*this, "cbuListe_alle", "&Alle starten", &fraListe}; ///< as the menu's, with its key
     CheckBox chkListe_nochmal{*this, "chkListe_nochmal", "am Ende noch einmal", &fraListe};
     Button cbuListe_ueberspringen{*this, "cbuListe_ueberspringen", "Überspri&ngen", &fraListe};
     Button cbuListe_schliessen{*this, "cbuListe_schliessen", "Schl&ießen", &fraListe};
