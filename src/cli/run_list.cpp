@@ -44,6 +44,7 @@ class ListCommand {
     void tell(std::size_t row, const Attempt &attempt);
     void tell_event(const char *what, std::size_t row, const Attempt &attempt);
     void tell_done(std::size_t row);
+    [[nodiscard]] std::vector<std::size_t> mine() const;
     int sum_up();
     int record(int code);
     [[nodiscard]] std::string label(std::size_t row) const { return label_of(list_.rows[row]); }
@@ -198,25 +199,18 @@ void ListCommand::tell(std::size_t row, const Attempt &attempt) {
                       (worth_telling && !attempt.message.empty() ? ": " + one_line(attempt.message) : ""));
 }
 
+std::vector<std::size_t> ListCommand::mine() const {
+    std::vector<std::size_t> rows = all_rows(list_);
+    std::erase_if(rows, [this](std::size_t row) { return !is_mine(row); });
+    return rows;
+}
+
 /// Counts the rows by how they stand now, and says what that means for the exit code.
 int ListCommand::sum_up() {
-    constexpr std::array<const char *, 8> words = {"erfolgreich",
-                                                   "mit Ablehnungen",
-                                                   "abweichend",
-                                                   "fehlgeschlagen",
-                                                   "abgebrochen",
-                                                   "übersprungen",
-                                                   "begonnen, Ausgang unbekannt",
-                                                   "offen"};
-    std::map<std::string, std::size_t> count;
+    const std::vector<std::size_t> rows = mine();
     int code = job_succeeded;
-    std::size_t mine = 0;
-    for (std::size_t row = 0; row < list_.rows.size(); ++row) {
-        if (!is_mine(row))
-            continue;
-        ++mine;
+    for (const std::size_t row : rows) {
         const auto &last = results_->last(row);
-        ++count[last ? word_of(last->outcome) : words.back()];
         if (last && last->outcome == RowOutcome::differs)
             code = code == job_failed ? job_failed : device_differs;
         else if (!results_->done(row))
@@ -225,29 +219,24 @@ int ListCommand::sum_up() {
             code = device_objected;
     }
     std::string counts;
-    for (const char *word : words)
-        if (count.contains(word))
-            counts += (counts.empty() ? "" : ", ") + std::to_string(count[word]) + " " + word;
+    for (const auto &[word, count] : results_->counts(rows))
+        counts += (counts.empty() ? "" : ", ") + std::to_string(count) + " " + word;
     if (call_.json)
         out_.results.line(json_line({{"ereignis", "ende"},
-                                     {"zeilen", std::to_string(mine)},
+                                     {"zeilen", std::to_string(rows.size())},
                                      {"meldung", counts},
                                      {"ergebnisse", text_of(results_path_)}}));
     else
-        out_.results.line(std::to_string(mine) + (mine == 1 ? " Zeile: " : " Zeilen: ") + counts +
-                          ". Ergebnisse: " + text_of(results_path_));
+        out_.results.line(std::to_string(rows.size()) + (rows.size() == 1 ? " Zeile: " : " Zeilen: ") +
+                          counts + ". Ergebnisse: " + text_of(results_path_));
     return unwritten_ ? job_failed : code;
 }
 
 int ListCommand::record(int code) {
     if (call_.record.empty())
         return code;
-    ListRecord list{list_, *results_, {}};
-    for (std::size_t row = 0; row < list_.rows.size(); ++row)
-        if (is_mine(row))
-            list.rows.push_back(row);
-    const std::string why =
-        write_record(call_, record_of(list, log_.jobs(), record_frame(call_, remembered_)));
+    const std::string why = write_record(
+        call_, record_of({list_, *results_, mine()}, log_.jobs(), record_frame(call_, remembered_)));
     if (!why.empty())
         out_.remarks.line("telvox-cli: " + why);
     return why.empty() || code != job_succeeded ? code : job_failed;

@@ -8,27 +8,14 @@ namespace telvox::operation {
 
 namespace {
 
-/// In the order of the cover.
-constexpr RowOutcome outcomes[] = {RowOutcome::succeeded, RowOutcome::objected, RowOutcome::failed,
-                                   RowOutcome::cancelled, RowOutcome::differs,  RowOutcome::skipped,
-                                   RowOutcome::begun};
-
 RecordCover cover_of(const ListRecord &list) {
     RecordCover cover{.list = list.list.source, .counts = {{"Geräte", list.rows.size()}}, .not_done = {}};
-    std::map<RowOutcome, std::size_t> count;
-    std::size_t open = 0;
-    for (const std::size_t row : list.rows) {
-        const auto &last = list.results.last(row);
-        ++(last ? count[last->outcome] : open);
-        if (!list.results.done(row))
+    for (const auto &count : list.results.counts(list.rows))
+        cover.counts.push_back(count);
+    for (const std::size_t row : list.rows)
+        if (const auto &last = list.results.last(row); !list.results.done(row))
             cover.not_done.push_back(label_of(list.list.rows[row]) + ": " +
                                      (last ? word_of(last->outcome) : "offen"));
-    }
-    for (const RowOutcome outcome : outcomes)
-        if (count.contains(outcome))
-            cover.counts.emplace_back(word_of(outcome), count[outcome]);
-    if (open > 0)
-        cover.counts.emplace_back("offen", open);
     return cover;
 }
 

@@ -167,4 +167,22 @@ std::string ResultFile::append(std::vector<std::pair<std::size_t, Attempt>> atte
     return failed == 0 ? "" : "Das Ergebnis ließ sich nicht aufschreiben. " + german_reason(failed);
 }
 
+std::vector<std::pair<std::string, std::size_t>>
+ResultFile::counts(const std::vector<std::size_t> &rows) const {
+    constexpr RowOutcome in_order[] = {RowOutcome::succeeded, RowOutcome::objected,  RowOutcome::differs,
+                                       RowOutcome::failed,    RowOutcome::cancelled, RowOutcome::skipped,
+                                       RowOutcome::begun};
+    std::map<RowOutcome, std::size_t> count;
+    std::size_t open = 0;
+    for (const std::size_t row : rows)
+        ++(last(row) ? count[last(row)->outcome] : open);
+    std::vector<std::pair<std::string, std::size_t>> counts;
+    for (const RowOutcome outcome : in_order)
+        if (count.contains(outcome))
+            counts.emplace_back(word_of(outcome), count[outcome]);
+    if (open > 0)
+        counts.emplace_back("offen", open);
+    return counts;
+}
+
 } // namespace telvox

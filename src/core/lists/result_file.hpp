@@ -53,6 +53,9 @@ class ResultFile {
     /// The row's last attempt; none if there was none.
     [[nodiscard]] const std::optional<Attempt> &last(std::size_t row) const { return last_.at(row); }
     [[nodiscard]] bool done(std::size_t row) const { return last(row) && is_done(last(row)->outcome); }
+    /// How many of these rows came out how, "offen" where nobody tried; what there is none of is left out.
+    [[nodiscard]] std::vector<std::pair<std::string, std::size_t>>
+    counts(const std::vector<std::size_t> &rows) const;
     /// Notes an attempt, or that one begins. Returns why it could not be written (German), empty when it was;
     /// it counts as the last one all the same.
     [[nodiscard]] std::string append(std::size_t row, Attempt attempt);
