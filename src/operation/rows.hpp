@@ -341,7 +341,7 @@ inline constexpr Option ipt_rows[] = {
      .help = "Benutzer des Telemetrie-Servers",
      .field = ipt<&FrmIPT::tboBenutzer>,
      .needs = telemetry_on,
-     .title = "Benutzername"},
+     .title = "Benutzer"},
     {.name = "kennwort",
      .value = "TEXT|-",
      .help = "Passwort des Telemetrie-Servers",
@@ -414,13 +414,13 @@ inline constexpr Option new_address_option = {.name = "neue-ip",
                                               .help = "IP-Adresse, die das Gerät bekommt",
                                               .field = over_ip<&FrmIPoEthernet::tboNeue_IP>,
                                               .required = true,
-                                              .title = "Neue IP-Adresse"};
+                                              .title = "Neue IP"};
 inline constexpr Option present_address_option = {.name = "momentane-ip",
                                                   .value = "ADRESSE",
                                                   .help = "IP-Adresse, die das Gerät hat",
                                                   .field = over_ip<&FrmIPoEthernet::tboAlte_IP>,
                                                   .required = true,
-                                                  .title = "Momentane IP-Adresse"};
+                                                  .title = "Momentane IP"};
 inline constexpr Option mac_option = {.name = "mac",
                                       .value = "00-1C-04",
                                       .help = "das Ende der MAC-Adresse auf dem Gerät, hinter 00-05-B6-",

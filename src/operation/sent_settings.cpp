@@ -1,6 +1,7 @@
 #include "operation/sent_settings.hpp"
 
 #include "core/text.hpp"
+#include "operation/jobs.hpp"
 
 namespace telvox::operation {
 
@@ -12,11 +13,11 @@ struct From {
     const Desk &desk;
 };
 
+/// A setting, by the option of its job that fills it in.
 struct Row {
-    const char *caption;
+    const char *option;
     std::string (*value)(const From &);
     bool (*when)(const From &) = [](const From &) { return true; };
-    bool secret = false;
 };
 
 template <auto Field> std::string text(const From &f) { return f.values.*Field; }
@@ -40,38 +41,38 @@ bool by_sms(const From &f) { return f.values.type != ModemType::Analog || f.valu
 bool first_address(const From &f) { return f.desk.frmIPoEthernet.optIP_Erstkonfiguration.value; }
 
 constexpr Row alarm[] = {
-    {"Nachrichten Typ", [](const From &f) { return std::string(f.values.by_sms ? "SMS" : "Fax"); }, by_line},
-    {"Zeichen zur Amtsholung", text<&JobValues::outside_line>,
+    {"nachricht", [](const From &f) { return std::string(f.values.by_sms ? "SMS" : "Fax"); }, by_line},
+    {"amt", text<&JobValues::outside_line>,
      [](const From &f) { return by_line(f) && !f.values.outside_line.empty(); }},
-    {"Service-Center Nummer", text<&JobValues::service_number>, by_sms},
-    {"Nummer des Empfängers", text<&JobValues::receiver>},
-    {"Alarmmeldung", [](const From &f) { return from_line(to_line(func_Text_prüfen(f.values.alarm_text))); }},
+    {"service-center", text<&JobValues::service_number>, by_sms},
+    {"empfaenger", text<&JobValues::receiver>},
+    {"alarmtext", [](const From &f) { return from_line(to_line(func_Text_prüfen(f.values.alarm_text))); }},
 };
-constexpr Row pin[] = {{.caption = "PIN", .value = text<&JobValues::strPIN>, .secret = true}};
-constexpr Row msn[] = {{"MSN", text<&JobValues::strMSN>}};
-constexpr Row line_type[] = {{"Anschlussart", [](const From &f) {
+constexpr Row pin[] = {{"pin", text<&JobValues::strPIN>}};
+constexpr Row msn[] = {{"msn", text<&JobValues::strMSN>}};
+constexpr Row line_type[] = {{"anschlussart", [](const From &f) {
                                   return std::string(f.values.byteISDN_Anschlussart == 0
                                                          ? "Punkt zu Mehrpunkt, Mehrgeräteanschluss"
                                                          : "Punkt zu Punkt, Anlagenanschluss");
                               }}};
 constexpr Row mobile_data[] = {
-    {"APN", gprs<&GprsSettings::apn>},
-    {"PPP-Authentifizierung", [](const From &f) { return std::string(f.values.gprs.pap ? "PAP" : "keine"); }},
-    {"Benutzername", gprs<&GprsSettings::user>},
-    {.caption = "Passwort", .value = gprs<&GprsSettings::password>, .secret = true},
-    {"IP-Adresse", gprs<&GprsSettings::ip>},
-    {"Port der IP-Adresse", gprs<&GprsSettings::ip_port>},
-    {"Domain-Name", gprs<&GprsSettings::domain>},
-    {"Port der Domain", gprs<&GprsSettings::domain_port>},
-    {"1. Nummer", gprs<&GprsSettings::number1>},
-    {"Callback der 1. Nummer", callback<&GprsSettings::callback1>},
-    {"2. Nummer", gprs<&GprsSettings::number2>},
-    {"Callback der 2. Nummer", callback<&GprsSettings::callback2>},
-    {"Standleitungsbetrieb", target<&GprsSettings::leased_line>},
-    {"Keep Alive Timer (Minuten)", gprs<&GprsSettings::keep_alive>},
+    {"apn", gprs<&GprsSettings::apn>},
+    {"ppp", [](const From &f) { return std::string(f.values.gprs.pap ? "PAP" : "keine"); }},
+    {"benutzer", gprs<&GprsSettings::user>},
+    {"kennwort", gprs<&GprsSettings::password>},
+    {"ziel-ip", gprs<&GprsSettings::ip>},
+    {"ziel-port", gprs<&GprsSettings::ip_port>},
+    {"domain", gprs<&GprsSettings::domain>},
+    {"domain-port", gprs<&GprsSettings::domain_port>},
+    {"nummer1", gprs<&GprsSettings::number1>},
+    {"callback1", callback<&GprsSettings::callback1>},
+    {"nummer2", gprs<&GprsSettings::number2>},
+    {"callback2", callback<&GprsSettings::callback2>},
+    {"standleitung", target<&GprsSettings::leased_line>},
+    {"keep-alive", gprs<&GprsSettings::keep_alive>},
 };
 constexpr Row telemetry[] = {
-    {"IP-Telemetrie Betrieb",
+    {"telemetrie",
      [](const From &f) {
          const int mode = f.values.ipt.mode;
          return std::string(mode == 0   ? "aus"
@@ -79,73 +80,76 @@ constexpr Row telemetry[] = {
                             : mode == 3 ? "ein, verschleiert"
                                         : "unbekannt");
      }},
-    {"Benutzer", ipt<&IptSettings::user>},
-    {.caption = "Passwort", .value = ipt<&IptSettings::password>, .secret = true},
-    {.caption = "Fixed Scramble Key", .value = ipt<&IptSettings::fixed_key>, .secret = true},
-    {.caption = "Challenge Scramble Key", .value = ipt<&IptSettings::challenge_key>, .secret = true},
+    {"benutzer", ipt<&IptSettings::user>},
+    {"kennwort", ipt<&IptSettings::password>},
+    {"schluessel-fest", ipt<&IptSettings::fixed_key>},
+    {"schluessel-challenge", ipt<&IptSettings::challenge_key>},
 };
-constexpr Row address[] = {{"IP-Adresse", text<&JobValues::str_IP>}, {"Port", text<&JobValues::str_Port>}};
-constexpr Row gateway[] = {{"Gateway", text<&JobValues::str_Gateway>},
-                           {"Netzmaske", text<&JobValues::str_Netzmaske>}};
+constexpr Row address[] = {{"ip", text<&JobValues::str_IP>}, {"port", text<&JobValues::str_Port>}};
+constexpr Row gateway[] = {{"gateway", text<&JobValues::str_Gateway>},
+                           {"netzmaske", text<&JobValues::str_Netzmaske>}};
 constexpr Row network_gateway[] = {
-    {"IP-Adresse des Geräts", field<&Desk::frmGateway, &FrmGateway::tboIP>},
-    {"Gateway", field<&Desk::frmGateway, &FrmGateway::tboGateway>},
-    {"Netzmaske", field<&Desk::frmGateway, &FrmGateway::tboNetzmaske>},
+    {"ip", field<&Desk::frmGateway, &FrmGateway::tboIP>},
+    {"gateway", field<&Desk::frmGateway, &FrmGateway::tboGateway>},
+    {"netzmaske", field<&Desk::frmGateway, &FrmGateway::tboNetzmaske>},
 };
 constexpr Row network_address[] = {
-    {"Neue IP", field<&Desk::frmIPoEthernet, &FrmIPoEthernet::tboNeue_IP>},
-    {"Bisherige IP", field<&Desk::frmIPoEthernet, &FrmIPoEthernet::tboAlte_IP>,
+    {"neue-ip", field<&Desk::frmIPoEthernet, &FrmIPoEthernet::tboNeue_IP>},
+    {"momentane-ip", field<&Desk::frmIPoEthernet, &FrmIPoEthernet::tboAlte_IP>,
      [](const From &f) { return !first_address(f); }},
-    {"MAC-Adresse", [](const From &f) { return f.desk.frmIPoEthernet.mac(); }, first_address},
+    {"mac", [](const From &f) { return f.desk.frmIPoEthernet.mac(); }, first_address},
 };
-constexpr Row interface[] = {{"Schnittstelle des Geräts", text<&JobValues::strCOMparameter_gewuenscht>}};
+constexpr Row interface[] = {{"neu", text<&JobValues::strCOMparameter_gewuenscht>}};
 
-std::span<const Row> rows_of(const Button &by, const Desk &d) {
-    const struct {
-        const Button &button;
-        std::span<const Row> rows;
-    } jobs[] = {{d.frmModem.cbuParametrieren, alarm},
-                {d.frmPin.cbuPin_Eingabe, pin},
-                {d.frmMSN.cbuMSN_einstellen, msn},
-                {d.frmAnschlussart.cmdAnschlussart_einstellen, line_type},
-                {d.frmGPRS.cbuGPRS_schreiben, mobile_data},
-                {d.frmIPT.cbuIPT_schreiben, telemetry},
-                {d.frmEthernet.cbuEthernet_Konfigurieren, address},
-                {d.frmGateway.cbuEthernet_GW_Kabel, gateway},
-                {d.frmGateway.cbuEthernet_GW_Konfigurieren, network_gateway},
-                {d.frmIPoEthernet.cbuEthernet_IP_aendern, network_address},
-                {d.frmEinstellungen.cmdUART_Einstellung_aendern, interface}};
-    for (const auto &[button, rows] : jobs)
-        if (&button == &by)
-            return rows;
-    return {};
-}
+/// What a button sends, and the job whose options say how it is called.
+struct Sent {
+    const Button &button;
+    const char *job;
+    std::span<const Row> rows;
+};
 
-Settings taken(std::span<const Row> rows, const From &from) {
+Settings taken(const Sent &sent, const From &from) {
     Settings settings;
-    for (const Row &row : rows)
+    for (const Row &row : sent.rows)
         if (row.when(from)) {
+            const Option *own = find_option(*find_job(sent.job), row.option);
+            const Option &option = own ? *own : *find_option(row.option);
             const std::string value = row.value(from);
-            settings.emplace_back(row.caption, row.secret && !value.empty() ? "gesetzt" : value);
+            settings.emplace_back(option.title, option.secret && !value.empty() ? "gesetzt" : value);
         }
     return settings;
 }
 
 } // namespace
 
-Settings sent_by(const Button &button, const Desk &desk) {
-    return taken(rows_of(button, desk), {desk.job_values, desk});
+Settings sent_by(const Button &button, const Desk &d) {
+    const Sent jobs[] = {
+        {d.frmModem.cbuParametrieren, "parametrieren", alarm},
+        {d.frmPin.cbuPin_Eingabe, "pin", pin},
+        {d.frmMSN.cbuMSN_einstellen, "msn", msn},
+        {d.frmAnschlussart.cmdAnschlussart_einstellen, "anschlussart", line_type},
+        {d.frmGPRS.cbuGPRS_schreiben, "gprs-schreiben", mobile_data},
+        {d.frmIPT.cbuIPT_schreiben, "ipt-schreiben", telemetry},
+        {d.frmEthernet.cbuEthernet_Konfigurieren, "ethernet-ip", address},
+        {d.frmGateway.cbuEthernet_GW_Kabel, "ethernet-gateway", gateway},
+        {d.frmGateway.cbuEthernet_GW_Konfigurieren, "netz-gateway", network_gateway},
+        {d.frmIPoEthernet.cbuEthernet_IP_aendern, "netz-ip", network_address},
+        {d.frmEinstellungen.cmdUART_Einstellung_aendern, "schnittstelle-aendern", interface}};
+    for (const Sent &sent : jobs)
+        if (&sent.button == &button)
+            return taken(sent, {d.job_values, d});
+    return {};
 }
 
 Settings read_by(const Button &button, const Desk &desk) {
     JobValues read;
     if (&button == &desk.frmGPRS.cbuGPRS_lesen && desk.findings.gprs) {
         read.gprs = *desk.findings.gprs;
-        return taken(mobile_data, {read, desk});
+        return taken({button, "gprs-schreiben", mobile_data}, {read, desk});
     }
     if (&button == &desk.frmIPT.cbuIPT_lesen && desk.findings.ipt) {
         read.ipt = *desk.findings.ipt;
-        return taken(telemetry, {read, desk});
+        return taken({button, "ipt-schreiben", telemetry}, {read, desk});
     }
     return {};
 }
