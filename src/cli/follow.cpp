@@ -5,10 +5,12 @@
 namespace telvox::cli {
 
 void follow(RowProgram &row, const std::string &label, const Call &call, Outputs &out) {
-    row.remark = [&out, label](const std::string &text) { out.remarks.line(label + ": " + text); };
+    row.remark = [&out, label, &call](const std::string &text, bool asks) {
+        out.remarks.line(label + ": " + text + (asks ? std::string(" ") + answer_to_all(call.despite) : ""));
+    };
     if (call.trace)
         row.program().record().added = [&out, label](const RecordLine &line) {
-            if (line.kind != RecordLine::Kind::input)
+            if (line.of_dialogue())
                 out.remarks.line(label + ": " + text_of(line));
         };
     const auto log = std::make_shared<ShownLog>(out.remarks, call.trace);

@@ -31,7 +31,7 @@ class PrintedBoxes final : public MessageBoxes {
         const bool result = by->pressed() && !answered && !message.asks && !values_follow();
         (result ? out_.results : out_.remarks).line(by->by_path(message.text));
         if (message.asks)
-            out_.remarks.line(despite_ ? "(Ja)" : "(Nein; --trotzdem bedeutet Ja)");
+            out_.remarks.line(cli::answer_to_all(despite_));
         if (answered)
             answered(!message.asks || despite_);
     }

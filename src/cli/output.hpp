@@ -24,6 +24,11 @@ class Output {
     int error_ = 0;
 };
 
+/// What is told of the answer that a call gives to every question.
+[[nodiscard]] inline const char *answer_to_all(bool despite) {
+    return despite ? "(Ja)" : "(Nein; --trotzdem bedeutet Ja)";
+}
+
 /// Names and texts as one line of JSON; numbers are texts too.
 [[nodiscard]] std::string json_line(std::initializer_list<std::pair<const char *, std::string>> fields);
 

@@ -14,11 +14,6 @@ namespace telvox::cli {
 
 namespace {
 
-bool is_html(const std::string &path) {
-    const std::string suffix = in_small_letters(text_of(path_of(path).extension()));
-    return suffix == ".html" || suffix == ".htm";
-}
-
 /// The program with the window, which can draw pages.
 QString painter() {
     return QStandardPaths::findExecutable("telvox", {QCoreApplication::applicationDirPath()});
@@ -56,12 +51,12 @@ void check_record(const Call &call) {
     if (call.record.empty())
         return;
     const std::filesystem::path path = std::filesystem::absolute(path_of(call.record));
-    if (!is_html(call.record) && in_small_letters(text_of(path.extension())) != ".pdf")
+    if (!is_html(path) && in_small_letters(text_of(path.extension())) != ".pdf")
         throw UsageError("--nachweis erwartet einen Dateinamen, der auf .pdf oder .html endet");
     std::error_code error;
     if (!std::filesystem::is_directory(path.parent_path(), error))
         throw UsageError("--nachweis: den Ordner \"" + text_of(path.parent_path()) + "\" gibt es nicht.");
-    if (!is_html(call.record) && painter().isEmpty())
+    if (!is_html(path) && painter().isEmpty())
         throw UsageError("--nachweis: für PDF fehlt das Programm \"telvox\" neben diesem; .html geht ohne.");
 }
 
@@ -73,7 +68,7 @@ RecordFrame record_frame(const Call &call, const Remembered &remembered) {
 
 std::string write_record(const Call &call, const RecordPages &pages) {
     std::string why;
-    if (!is_html(call.record))
+    if (!is_html(path_of(call.record)))
         why = write_pdf(call.record, pages);
     else if (const int error = write_html(call.record, pages); error != 0)
         why = german_reason(error);

@@ -1,5 +1,6 @@
 #include "desktop/record_file.hpp"
 
+#include "core/files/files.hpp"
 #include "core/files/system_error.hpp"
 #include "core/messages.hpp"
 #include "core/records/service_record.hpp"
@@ -22,10 +23,6 @@ constexpr int foot = 8 * dots_per_inch * 10 / 254; ///< room for the number of t
 /// So long may pages be made before the event loop has its turn.
 constexpr int turn_ms = 30;
 
-bool is_html(const QString &path) {
-    return path.endsWith(".html", Qt::CaseInsensitive) || path.endsWith(".htm", Qt::CaseInsensitive);
-}
-
 /// Letters that are drawn as one, "fi", would be found by no search for "konfigurieren"; where letters are
 /// spaced none are.
 QFont record_font() {
@@ -43,7 +40,7 @@ RecordFile::RecordFile(const std::string &path) : file_(QString::fromStdString(p
     note(file_.open(QIODevice::WriteOnly));
     if (error_ != 0)
         return;
-    if (is_html(file_.fileName())) {
+    if (is_html(path_of(path))) {
         note(file_.write(QByteArray::fromStdString(record_head())) >= 0);
         return;
     }

@@ -42,11 +42,7 @@ ListPane::ListPane(Telvox &program, PortScan &ports, Profiles &profiles, Now now
     main_.tblListe.cell = [this](std::size_t row, std::size_t column) { return cell(row, column); };
     main_.tblListe.mark = [this](std::size_t row) {
         const auto &last = work_->results.last(row);
-        if (!last || runs(row))
-            return RowTable::Mark::none;
-        return last->outcome == RowOutcome::succeeded ? RowTable::Mark::good
-               : is_done(last->outcome)               ? RowTable::Mark::none // skipped, or with refusals
-                                                      : RowTable::Mark::bad;
+        return !last || runs(row) ? RowTable::Mark::none : mark_of(last->outcome);
     };
     main_.tblListe.marked = 2; // the outcome
     main_.cbuListe_starten.clicked = [this] { start(); };
@@ -400,8 +396,8 @@ void ListPane::show() {
     main_.cbuListe_schliessen.enabled = idle;
     const bool all = all_ && all_->running();
     main_.cbuListe_alle.enabled = main_.mnuListe_alle.enabled = all || (idle && all_);
-    main_.cbuListe_alle.caption = !all ? "Alle starten" : all_->held() ? "Weiter" : "Pause";
-    main_.mnuListe_alle.caption = "&" + main_.cbuListe_alle.caption;
+    main_.cbuListe_alle.caption = !all ? "&Alle starten" : all_->held() ? "&Weiter" : "P&ause";
+    main_.mnuListe_alle.caption = main_.cbuListe_alle.caption;
     if (all)
         main_.StatusBar.text = all_->summary();
     main_.tblListe.enabled = idle || all; // it may be longer than the pane

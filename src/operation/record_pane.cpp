@@ -86,16 +86,20 @@ void RecordPane::show() {
     form_.lblNachweis.caption = printing_ ? "Der Nachweis wird geschrieben …" : " ";
 }
 
+const RecordPane::Subject *RecordPane::chosen() const {
+    const auto found = std::find_if(subjects_.begin(), subjects_.end(), [&](const Subject &subject) {
+        return subject.caption == form_.cobUmfang.text;
+    });
+    return found == subjects_.end() ? nullptr : &*found;
+}
+
 void RecordPane::ask_to_save() {
-    const auto chosen =
-        std::find(form_.cobUmfang.items.begin(), form_.cobUmfang.items.end(), form_.cobUmfang.text);
-    if (chosen == form_.cobUmfang.items.end())
+    if (!chosen())
         return;
-    const Subject &subject = subjects_[static_cast<std::size_t>(chosen - form_.cobUmfang.items.begin())];
     desk_.files.ask({.title = "Nachweis speichern",
                      .filter = "Nachweise (*.pdf *.html)",
                      .saves = true,
-                     .suggested = subject.file_name + ".pdf"},
+                     .suggested = chosen()->file_name + ".pdf"},
                     [this](const FileAnswer &answer) {
                         if (!answer.path.empty() && form_.open && !printing_)
                             print(answer.path);
@@ -103,15 +107,12 @@ void RecordPane::ask_to_save() {
 }
 
 void RecordPane::print(const std::string &path) {
-    const auto chosen =
-        std::find(form_.cobUmfang.items.begin(), form_.cobUmfang.items.end(), form_.cobUmfang.text);
-    const Subject &subject = subjects_.at(static_cast<std::size_t>(chosen - form_.cobUmfang.items.begin()));
     Remembered &remembered = desk_.remembered;
     remembered.done_by = form_.tboVon.text;
     remembered.place = form_.tboOrt.text;
     write_remembered(desk_.folders.settings, remembered);
     RecordPages pages =
-        subject.pages({.by = remembered.done_by, .place = remembered.place, .made = local_time(now_())});
+        chosen()->pages({.by = remembered.done_by, .place = remembered.place, .made = local_time(now_())});
     const std::size_t count = pages.count;
     printing_ = true;
     form_.prbNachweis.maximum = static_cast<int>(count);

@@ -36,6 +36,7 @@ class RecordPane {
     };
 
     void add(std::string caption, std::string file_name, std::vector<DoneJob> jobs);
+    [[nodiscard]] const Subject *chosen() const;
     void ask_to_save();
     void print(const std::string &path);
     void ended(const std::string &path, std::size_t pages, const std::string &failure);

@@ -50,7 +50,7 @@ void RowProgram::show(const Message &message, Answered answered) {
     refusal_ = joined_lines(at_the_form_.by_path(message.text));
     if (!answered)
         return;
-    remark(refusal_ + (!message.asks ? "" : despite_ ? " (Ja)" : " (Nein; --trotzdem bedeutet Ja)"));
+    remark(refusal_, message.asks);
     answered(!message.asks || despite_);
 }
 

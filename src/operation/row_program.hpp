@@ -27,7 +27,7 @@ class RowProgram final : public MessageBoxes, private Observer {
     /// way and had to be answered.
     std::function<void(std::string_view)> step = [](std::string_view) {};
     std::function<void(std::string_view)> logs = [](std::string_view) {};
-    std::function<void(const std::string &)> remark = [](const std::string &) {};
+    std::function<void(const std::string &text, bool asks)> remark = [](const std::string &, bool) {};
     /// Whose device it was that has this IMEI: see `Plan`.
     void done_before(std::function<std::string(const std::string &imei)> whose) {
         plan_.done_before = std::move(whose);

@@ -21,6 +21,12 @@ std::string searchable(std::string_view text) {
 
 } // namespace
 
+RowTable::Mark mark_of(RowOutcome outcome) {
+    return outcome == RowOutcome::succeeded ? RowTable::Mark::good
+           : is_done(outcome)               ? RowTable::Mark::none // skipped, or with refusals
+                                            : RowTable::Mark::bad;
+}
+
 FrmVerlauf::FrmVerlauf() : Form("frmVerlauf", "Verlauf") {
     cancel = &cbuVerlauf_schliessen;
     cbuVerlauf_schliessen.clicked = [this] { unload(); };
@@ -29,12 +35,7 @@ FrmVerlauf::FrmVerlauf() : Form("frmVerlauf", "Verlauf") {
     tblVerlauf.enter = &cbuVerlauf_Nachweis;
     tblVerlauf.spoken_name = "Vorgänge, der neueste zuerst";
     tblVerlauf.cell = [this](std::size_t row, std::size_t column) { return cells_of(at(row))[column]; };
-    tblVerlauf.mark = [this](std::size_t row) {
-        const RowOutcome outcome = at(row).outcome;
-        return outcome == RowOutcome::succeeded ? RowTable::Mark::good
-               : is_done(outcome)               ? RowTable::Mark::none // with refusals
-                                                : RowTable::Mark::bad;
-    };
+    tblVerlauf.mark = [this](std::size_t row) { return mark_of(at(row).outcome); };
     tblVerlauf.chosen = [this](std::size_t row) { tblVerlauf.selected = row; };
     tboFilter.tool_tip = "Zeigt nur Vorgänge, in denen jedes dieser Wörter vorkommt.";
     cbuVerlauf_Nachweis.tool_tip = "Ein Nachweis für den Kunden über den gewählten Vorgang (Enter).";

@@ -9,6 +9,9 @@
 namespace telvox {
 
 /// The jobs that were done here, the newest first, and those among them that hold all words of a filter.
+/// How a table marks a job, or a row, that came out so.
+[[nodiscard]] RowTable::Mark mark_of(RowOutcome outcome);
+
 class FrmVerlauf : public Form {
   public:
     FrmVerlauf();

@@ -1,5 +1,6 @@
 #include "core/records/service_record.hpp"
 
+#include "core/files/files.hpp"
 #include "core/messages.hpp"
 #include "core/text.hpp"
 #include "core/version.hpp"
@@ -53,14 +54,21 @@ std::string german_time(const std::string &time) {
                : time;
 }
 
-/// A table of names and values.
+/// A table of names and values, of one or more beside each other.
 class Pairs {
   public:
     /// Leaves out what has no value.
     void add(std::string_view name, const std::string &value) {
         if (!value.empty())
-            rows_ += "<tr><td class=\"name\" width=\"32%\">" + escaped(name) +
-                     "</td><td dir=\"auto\" width=\"68%\">" + escaped(value) + "</td></tr>\n";
+            add(name, std::vector{value});
+    }
+    void add(std::string_view name, const std::vector<std::string> &values, bool head = false) {
+        const std::string width = " width=\"" + std::to_string(68 / values.size()) + "%\">",
+                          begin = (head ? "<th align=\"left\"" : "<td dir=\"auto\"") + width;
+        rows_ += "<tr><td class=\"name\" width=\"32%\">" + escaped(name) + "</td>";
+        for (const std::string &value : values)
+            rows_ += begin + escaped(value) + (head ? "</th>" : "</td>");
+        rows_ += "</tr>\n";
     }
     [[nodiscard]] std::string html() const {
         return rows_.empty()
@@ -164,28 +172,26 @@ std::vector<SideBySide> side_by_side(const std::vector<DoneJob> &jobs) {
 }
 
 std::string settings_table(const SideBySide &jobs) {
-    std::string names, html = "<tr><th></th>";
+    std::string names;
+    std::vector<std::string> columns;
     for (const DoneJob *job : jobs) {
-        if (names.find(escaped(job->line.job)) == std::string::npos)
-            names += (names.empty() ? "" : ", ") + escaped(job->line.job);
-        html += std::string("<th align=\"left\">") +
-                (job->kind == DoneJob::Kind::reads ? "vom Gerät gelesen<br>" : "an das Gerät gesendet<br>") +
-                german_time(escaped(job->line.time)) + "</th>";
+        if (names.find(job->line.job) == std::string::npos)
+            names += (names.empty() ? "" : ", ") + job->line.job;
+        columns.push_back(
+            (job->kind == DoneJob::Kind::reads ? "vom Gerät gelesen\n" : "an das Gerät gesendet\n") +
+            german_time(job->line.time));
     }
-    html += "</tr>\n";
-    const std::string width = std::to_string(68 / jobs.size());
+    Pairs table;
+    table.add("", columns, true);
     for (std::size_t row = 0; row < jobs.front()->settings.size(); ++row) {
-        html +=
-            "<tr><td class=\"name\" width=\"32%\">" + escaped(jobs.front()->settings[row].first) + "</td>";
+        std::vector<std::string> values;
         for (const DoneJob *job : jobs) {
             const std::string &value = job->settings[row].second;
-            html += "<td dir=\"auto\" width=\"" + width + "%\">" + (value.empty() ? "leer" : escaped(value)) +
-                    "</td>";
+            values.push_back(value.empty() ? "leer" : value);
         }
-        html += "</tr>\n";
+        table.add(jobs.front()->settings[row].first, values);
     }
-    return heading(names) + "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\">\n" + html +
-           "</table>\n";
+    return heading(escaped(names)) + table.html();
 }
 
 bool same_device(const DeviceRecord &device, const DoneJob &job) {
@@ -222,6 +228,11 @@ std::string record_head() {
 }
 const char *const record_break = "</section>\n<section>\n";
 const char *const record_foot = "</section>\n</body>\n</html>\n";
+
+bool is_html(const std::filesystem::path &file) {
+    const std::string suffix = in_small_letters(text_of(file.extension()));
+    return suffix == ".html" || suffix == ".htm";
+}
 
 std::vector<DeviceRecord> by_device(std::span<const DoneJob> jobs) {
     std::vector<DeviceRecord> devices;

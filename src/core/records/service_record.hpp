@@ -3,6 +3,7 @@
 #include "core/records/history.hpp"
 
 #include <cstddef>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <utility>
@@ -44,6 +45,9 @@ struct RecordCover {
     std::vector<std::pair<std::string, std::size_t>> counts; ///< "erfolgreich", 28
     std::vector<std::string> not_done; ///< rows that are, "Zeile 3, Süd: fehlgeschlagen"
 };
+
+/// Whether a record goes into a file of this name as HTML, else as PDF.
+[[nodiscard]] bool is_html(const std::filesystem::path &file);
 
 /// The pages of a record, each the body of an HTML page; texts of any language and length, of which nothing
 /// is taken for HTML.
