@@ -68,7 +68,9 @@ class Outbox {
     void show(Message message) { waiting_.push_back({std::move(message), {}}); }
     void show(std::string text) { show(Message{.text = std::move(text)}); }
     /// Shows a box that no record holds: it answers something that is not played again.
-    void show_unrecorded(std::string text) { show(Message{.text = std::move(text), .recorded = false}); }
+    void show_unrecorded(std::string text) {
+        show(Message{.text = std::move(text), .tone = Tone::refusal, .recorded = false});
+    }
     /// Asks with Ja and Nein; the answer comes as an event of its own.
     void ask(std::string text, Answered answered) {
         waiting_.push_back({Message{.text = std::move(text), .asks = true}, std::move(answered)});
