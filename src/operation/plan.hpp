@@ -58,18 +58,17 @@ class Plan : private Observer {
     struct Work {
         Order order;
         Course course;
-        const Button *by;                 ///< of the order's own job
-        std::deque<Step> steps;           ///< that are not done; the first is under way
-        const Button *pressed = {};       ///< by the step under way
-        bool begun = false;               ///< any job has
-        bool running = false;             ///< the step's job has
-        std::optional<Outcome> done = {}; ///< of a step that is not the last
-        bool asks = false;                ///< the user whether to go on
-        std::string expected = {};        ///< the IMEI that it must be, or that it was at first
-        std::string imei = {};            ///< as the device has told it last
-        bool status_was_open = false;     ///< the window of the question for the IMEI
-        Values wanted = {};
-        ///< what the dialog shows when it is read over, or written
+        const Button *by;                   ///< of the order's own job
+        std::deque<Step> steps;             ///< that are not done; the first is under way
+        const Button *pressed = {};         ///< by the step under way
+        bool begun = false;                 ///< any job has
+        bool running = false;               ///< the step's job has
+        std::optional<Outcome> done = {};   ///< of a step that is not the last
+        bool asks = false;                  ///< the user whether to go on
+        std::string expected = {};          ///< the IMEI that it must be, or that it was at first
+        std::string imei = {};              ///< as the device has told it last
+        bool status_was_open = false;       ///< the window of the question for the IMEI
+        Values wanted = {};                 ///< what the dialog shows when it is read over, or written
         int tries = 0;                      ///< to reach a device that starts anew
         std::optional<JobEnd> written = {}; ///< how the job ended, where the device is read once more
         bool by_user = false;               ///< somebody has pressed the job's own button
