@@ -26,7 +26,11 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                   .outbox = desk.outbox,
                   .families = family_of_job,
                   .reports = device_reports,
-                  .blocked = [this] { return long_work() && long_work()->by_others(); },
+                  .blocked =
+                      [this] {
+                          desk.observers.tell(&Observer::wants_ports);
+                          return long_work() && long_work()->by_others();
+                      },
                   .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
                   .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}),
       network_({.Winsock = ports.Winsock,

@@ -22,6 +22,8 @@ struct JobEnd {
 /// event.
 class Observer {
   public:
+    /// Ports are about to be opened, or looked at: whoever holds one only to look lets go of it.
+    virtual void wants_ports() {}
     /// A job or action has begun by this button; of a job nothing has been sent yet.
     virtual void started(const Button &) {}
     /// Told once, after the handler that ended it.

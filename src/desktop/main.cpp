@@ -82,6 +82,11 @@ int run(QApplication &application, const Call &call) {
     all.done = note;
     all.port_name = journal.port_name;
     list.with(all);
+    QtSerialPort watched(*ports.map);
+    QtTimer look;
+    operation::CableWatch watch(watched, look);
+    look.tick = [&] { watch.tick(); };
+    list.with(watch);
     journal.device = [&] { return list.running(); };
     hint = [&](const std::string &text) { list.hint(text); };
     desktop::QtRecordPrinter printer;

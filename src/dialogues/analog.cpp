@@ -79,6 +79,7 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family analog_family{"Analog", dialogues::jobs, dialogues::replies};
+constexpr Family analog_family{
+    .name = "Analog", .jobs = dialogues::jobs, .replies = dialogues::replies, .presence = "ATI0"};
 
 } // namespace telvox

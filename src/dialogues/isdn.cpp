@@ -158,6 +158,6 @@ constexpr Job jobs[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family isdn_family{.name = "ISDN", .jobs = dialogues::jobs};
+constexpr Family isdn_family{.name = "ISDN", .jobs = dialogues::jobs, .presence = "ATI1"};
 
 } // namespace telvox

@@ -142,6 +142,7 @@ constexpr Reply replies[] = {
 } // namespace
 } // namespace dialogues
 
-constexpr Family recognition_family{"", dialogues::jobs, dialogues::replies, true};
+constexpr Family recognition_family{
+    .name = "", .jobs = dialogues::jobs, .replies = dialogues::replies, .guesses = true};
 
 } // namespace telvox

@@ -19,11 +19,12 @@ struct JobCommand {
     std::span<const Option> options = {};
     /// What is done beside the job, in no window's field.
     std::span<const Option> around = {};
-    const char *reads = nullptr;             ///< job that reads what this one writes
-    ControlOf verify = nullptr;              ///< tick of its dialog: read again after the restart
-    bool compares = false;                   ///< what it reads is compared with its dialog's values
-    const char *also_needs = nullptr;        ///< option of the main window without which there is no job
-    bool everywhere = false;                 ///< without that option a call does it at all ports
+    const char *reads = nullptr;      ///< job that reads what this one writes
+    ControlOf verify = nullptr;       ///< tick of its dialog: read again after the restart
+    bool compares = false;            ///< what it reads is compared with its dialog's values
+    const char *also_needs = nullptr; ///< option of the main window without which there is no job
+    bool leaves_busy = false; ///< the device dials afterwards, or speaks another format: nobody asks it then
+    bool everywhere = false;  ///< without that option a call does it at all ports
     ControlOf afterwards = nullptr;          ///< button that keeps what the job has brought
     std::string (*result)(Desk &) = nullptr; ///< what a query found out, to be printed
     ControlOf repeats = nullptr;             ///< tick that has it done again and again

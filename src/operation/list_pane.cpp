@@ -1,6 +1,8 @@
 #include "operation/list_pane.hpp"
 
 #include "core/files/files.hpp"
+#include "core/port_choice.hpp"
+#include "core/serial_format.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
 #include "operation/trial.hpp"
@@ -21,6 +23,19 @@ bool names_ports(const DeviceList &list) {
     constexpr std::array names = {"schnittstelle", "modemanschluss", "com-direkt", "com-fern"};
     return std::find_first_of(list.columns.begin(), list.columns.end(), names.begin(), names.end()) !=
            list.columns.end();
+}
+
+const char *told_of_cable(CableWatch::Seen seen) {
+    switch (seen) {
+    case CableWatch::Seen::there:
+        return " – Gerät wechseln";
+    case CableWatch::Seen::gone:
+        return " – Gerät abgesteckt";
+    case CableWatch::Seen::back:
+        return " – wieder ein Gerät am Kabel";
+    default:
+        return "";
+    }
 }
 
 } // namespace
@@ -65,6 +80,15 @@ void ListPane::with(AllRows &all) {
     all.over = [this] { all_over(); };
     main_.cbuListe_alle.clicked =
         main_.mnuListe_alle.clicked = [this] { all_->running() ? all_->hold(!all_->held()) : start_all(); };
+}
+
+void ListPane::with(CableWatch &watch) {
+    watch_ = &watch;
+    watch.noticed = [this] {
+        if (watch_->seen() == CableWatch::Seen::back)
+            last_at_cable_ = none;
+        program_.refresh();
+    };
 }
 
 void ListPane::ask_to_open() {
@@ -214,6 +238,7 @@ void ListPane::begin_all() {
     if (dialog_)
         program_.dismiss(*std::exchange(dialog_, nullptr));
     told_.clear();
+    wants_ports();
     desk_.prz_Eingaben_deaktivieren();
     all_->begin(main_.chkListe_pruefen.value, main_.chkListe_nochmal.value);
 }
@@ -241,6 +266,7 @@ void ListPane::close() {
     program_.together([&] {
         if (dialog_)
             program_.dismiss(*std::exchange(dialog_, nullptr));
+        wants_ports();
         operator_.begin_with(base_);
         work_.reset();
         current_ = last_at_cable_ = none;
@@ -290,6 +316,21 @@ void ListPane::over(const WorkEnd &end) {
         program_.dismiss(form);
     dialog_ = nullptr;
     go_on();
+    watch_cable(*order.job);
+}
+
+/// So that the user need not say what can be seen: that the next device is there.
+void ListPane::watch_cable(const JobCommand &job) {
+    const JobValues &done = desk_.job_values;
+    const auto port = parse_port_number(done.cable_port);
+    const auto format = parse_format(done.strCOMparameter_direkt);
+    if (watch_ && port && format && !job.leaves_busy && current_ != none && !question_about_device().empty())
+        watch_->begin(done.type, *port, *format);
+}
+
+void ListPane::wants_ports() {
+    if (watch_)
+        watch_->end();
 }
 
 /// They are the computer's, not a device's: they hold for the rows to come.
@@ -299,6 +340,8 @@ void ListPane::settings_saved() {
 }
 
 void ListPane::happened() {
+    if (work_ && !main_.chkListe_pruefen.value)
+        wants_ports();
     if (work_)
         show();
 }
@@ -408,7 +451,8 @@ void ListPane::show() {
     main_.cbuListe_starten.caption = work_->results.last(current_) ? "Wiede&rholen" : "Sta&rten";
     program_.tell("Gerät " + std::to_string(current_ + 1) + " von " + std::to_string(rows.size()) +
                   (rows[current_].name.empty() ? "" : ": " + rows[current_].name) +
-                  (told_.empty() ? "" : " (" + told_ + ")") + (hint_.empty() ? "" : " – " + hint_));
+                  (told_.empty() ? "" : " (" + told_ + ")") + (watch_ ? told_of_cable(watch_->seen()) : "") +
+                  (hint_.empty() ? "" : " – " + hint_));
 }
 
 } // namespace telvox::operation

@@ -2,6 +2,7 @@
 
 #include "core/lists/result_file.hpp"
 #include "operation/all_rows.hpp"
+#include "operation/cable_watch.hpp"
 #include "operation/profiles.hpp"
 #include "operation/record_pages.hpp"
 
@@ -25,6 +26,8 @@ class ListPane : private Observer {
 
     /// Has "Alle starten" do what needs nobody.
     void with(AllRows &all);
+    /// Has the device at the cable watched where the next row needs another one that tells no number.
+    void with(CableWatch &watch);
 
     /// Opens a list where it was left, in place of the one that is open; a box says why it could not be. Not
     /// while a job runs.
@@ -63,6 +66,8 @@ class ListPane : private Observer {
     [[nodiscard]] bool of_row(const Button &by) const;
     void begun(const Button &by);
     void over(const WorkEnd &end);
+    void watch_cable(const JobCommand &job);
+    void wants_ports() override;
     void settings_saved() override;
     void happened() override;
     bool keep(std::size_t row, Attempt attempt);
@@ -90,6 +95,7 @@ class ListPane : private Observer {
     std::size_t running_ = none;
     std::size_t last_at_cable_ = none; ///< row that went well last in this session
     AllRows *all_ = nullptr;
+    CableWatch *watch_ = nullptr;
     std::string hint_;
     std::string told_; ///< how the last row that ended came out, for the status bar
 };

@@ -156,6 +156,8 @@ struct Family {
     const char *name = ""; ///< of the variant, as it is called to the user
     std::span<const Job> jobs = {};
     std::span<const Reply> replies = {};
+    const char *presence =
+        nullptr; ///< a question that it answers whenever it is there; none if it also leaves by itself
     bool guesses = false; ///< asks what a device may not know, so a rejection is an answer like others
 };
 

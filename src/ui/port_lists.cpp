@@ -31,6 +31,7 @@ void fill(ComboBox &list, const std::vector<std::string> &entries) {
 } // namespace
 
 void prz_freie_Schnittstellen(Desk &desk, PortScan &scan) {
+    desk.observers.tell(&Observer::wants_ports);
     desk.ports = scan.ports();
     std::vector<std::string> entries, tool_tips;
     std::string refusals;
