@@ -75,6 +75,8 @@ class ListPane : private Observer {
     void go_on();
     [[nodiscard]] std::size_t next_open() const;
     [[nodiscard]] Button &button_of(const Order &order) const;
+    // What is seen of it, in a file of its own.
+    void show_columns();
     [[nodiscard]] std::string cell(std::size_t row, std::size_t column) const;
     void show();
 
