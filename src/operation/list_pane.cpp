@@ -288,8 +288,9 @@ void ListPane::over(const WorkEnd &end) {
             if (message == of_job) {
                 message.about = label;
                 // A box about it would lie over the next device's data.
-                message.shown =
-                    !(end.outcome == Outcome::succeeded || end.outcome == Outcome::differs) || !kept;
+                message.shown = message.tone == Tone::failure ||
+                                !(end.outcome == Outcome::succeeded || end.outcome == Outcome::differs) ||
+                                !kept;
             }
     if (!kept || !(well || end.outcome == Outcome::differs))
         return;

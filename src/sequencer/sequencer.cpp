@@ -14,6 +14,9 @@ namespace {
 constexpr const char *no_such_function =
     "Diese Funktion steht für das gewählte Telvox-A nicht zur Verfügung.";
 
+constexpr const char *not_hung_up =
+    "Das lokale Modem hat den Befehl zum Auflegen nicht bekommen. Bitte prüfen, ob die Leitung frei ist.";
+
 /// "\r\rAchtung: …" and the names, a line each; nothing without names.
 std::string one_below_the_other(const char *heading, const std::vector<std::string> &names) {
     std::string text = names.empty() ? "" : std::string("\r\r") + heading;
@@ -317,11 +320,17 @@ bool Sequencer::finish(LineEnd line) {
         start_hang_up();
         return true;
     }
+    // Behind a success in a call the device has everything; only the local modem may hold the line.
+    const bool hung_up = c_.jobs.byteAuflege_Counter != 0;
     prz_Initialisieren();
     if (!all_sent) {
-        end_.outcome = Outcome::failed;
-        end_.said = {{.text = not_all_sent(), .tone = Tone::failure}};
-        c_.outbox.show(end_.said.front());
+        const Message message{.text = hung_up ? not_hung_up : not_all_sent(), .tone = Tone::failure};
+        if (!hung_up) {
+            end_.outcome = Outcome::failed;
+            end_.said.clear();
+        }
+        end_.said.push_back(message);
+        c_.outbox.show(message);
     }
     tell_end();
     return all_sent;
