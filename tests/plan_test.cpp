@@ -73,12 +73,8 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
         const char *columns, *cells, *came_to, *apn, *left_alone;
         const char *refused = nullptr; ///< command that the device does not take
     } cases[] = {
-        {"auftrag;apn", "gprs-schreiben;internet.neu", "erfolgreich: APN: internet.alt → internet.neu",
-         "internet.neu", "10.0.0.9"},
         {"auftrag;kennwort", "gprs-schreiben;neu",
          "erfolgreich: PPP-Authentifizierung: keine → pap; Passwort: *** → ***", "internet.alt", "10.0.0.9"},
-        {"auftrag;apn", "gprs-schreiben;internet.alt", "erfolgreich: Das Telvox-A ist schon so eingestellt.",
-         "internet.alt", "10.0.0.9"},
         {"auftrag;apn;rest;geraet-pruefen", "gprs-schreiben;internet.neu;leeren;aus",
          "erfolgreich: Das Telvox-A wurde erfolgreich parametriert. Das Modem führt zur Zeit einen Neustart "
          "aus, "
@@ -97,7 +93,6 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
         EXPECT_EQ(plant.work(columns, cells), came_to);
         EXPECT_EQ(plant.device->memory.settings["GPRSAPN"], apn) << cells;
         EXPECT_EQ(plant.device->memory.settings["AUTOIP"], left_alone) << cells;
-        EXPECT_EQ(plant.unchanged(), std::string(came_to).ends_with("eingestellt."));
         if (std::string(columns).find("kennwort") != std::string::npos)
             continue; // the record hides it
         std::istringstream record(plant.bench.rig.program.record().transcript());
@@ -118,14 +113,10 @@ TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {
         const char *because;
         std::function<void(Plant &)> meanwhile = {};
     } cases[] = {
-        {[](Plant &p) { p.device->faults["AT**KEEP?"] = simulator::Fault::unanswered; },
-         "fehlgeschlagen: Lesefehler"},
         {[](Plant &p) { p.device->memory.settings["GPRSAPN"] = "Anbieter: x user:y"; },
          "fehlgeschlagen: Nicht alle Einstellungen ließen sich unverändert lesen"},
         {[](Plant &) {}, "fehlgeschlagen: Am Kabel hängt ein anderes Gerät: IMEI 001010000000099 statt 0",
          [](Plant &p) { p.device->imei = "001010000000099"; }},
-        {[](Plant &) {},
-         "abgebrochen: ", [](Plant &p) { p.bench.rig.program.click(p.bench.f.cbuAbbrechen); }},
         {[](Plant &p) { p.device->memory.settings["AUTOPORTIP"] = ""; },
          "fehlgeschlagen: Es wurde keine Portnummer eingetragen."},
         {[](Plant &) {}, "fehlgeschlagen: Die Sicherung der alten Einstellungen lässt sich nicht schreiben.",

@@ -3,12 +3,14 @@
 #include "rig/rig.hpp"
 
 #include "core/text.hpp"
-#include "operation/operator.hpp"
+#include "operation/plan.hpp"
 #include "operation/profile.hpp"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <optional>
+#include <random>
 
 namespace telvox::test {
 
@@ -23,6 +25,29 @@ const std::map<std::string, std::string Session::*> session_texts = {
     {"strSMS_Protokoll_ISDN", &Session::strSMS_Protokoll_ISDN},
     {"strSMS_Protokoll_ISDN_fern", &Session::strSMS_Protokoll_ISDN_fern},
     {"strCOMparameter_direkt", &Session::strCOMparameter_direkt}};
+
+/// Does an order of several jobs, and notes how it came out.
+struct Ordered {
+    Ordered(Rig &rig, operation::Values values)
+        : at_the_form(rig.program, rig.scan), plan(rig.program, at_the_form, [] { return 0; }) {
+        rig.program.desk.folders.settings = folder;
+        const operation::JobCommand &job = *operation::find_job(values.extract("auftrag").mapped().value);
+        plan.over = [&](const operation::WorkEnd &work) {
+            const Attempt attempt = attempt_of(work, job, rig.program.desk);
+            rig.note("ends " + std::string(word_of(attempt.outcome)) + ": " + attempt.message);
+        };
+        const operation::Order order{.job = &job, .values = std::move(values)};
+        if (at_the_form.begin(order))
+            plan.start(order, true);
+    }
+    Ordered(const Ordered &) = delete;
+    ~Ordered() { std::filesystem::remove_all(folder); }
+
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("telvox_player" + std::to_string(std::random_device()()));
+    operation::Operator at_the_form;
+    operation::Plan plan;
+};
 
 /// The program in the rig, fed line by line.
 class Player {
@@ -72,7 +97,7 @@ class Player {
 
     /// The session is as before a job.
     void check_idle() {
-        if (rig.program.busy())
+        if (rig.program.busy() || (ordered && ordered->plan.busy()))
             complain("the session is not idle");
         if (rig.timer.on || rig.timer2.on)
             complain("the timer still runs");
@@ -100,7 +125,14 @@ class Player {
         return boxes;
     }
 
+    /// How often a job was begun.
+    [[nodiscard]] auto jobs() const {
+        return std::count_if(rig.journal.begin(), rig.journal.end(),
+                             [](const auto &entry) { return event_of(entry).starts_with("open "); });
+    }
+
     Rig rig;
+    std::optional<Ordered> ordered;
     std::string faults;
     std::optional<int> outputs; ///< the clock stands still after this many outputs
 
@@ -152,6 +184,8 @@ class Player {
         }
         if (verb == "begin")
             return operation::Operator(p, rig.scan).begin_with(operation::values_of_row(text)), true;
+        if (verb == "order")
+            return ordered.emplace(rig, operation::values_of_row(text)), true;
         if (verb == "tell")
             return p.tell(text), true;
         if (verb == "set") {
@@ -204,7 +238,8 @@ void feed_until(Player &player, const Transcript &transcript, std::size_t end, s
 /// What was done, without the sentence that a first check's report gets when the device has sent anything: a
 /// part of a reply is something too.
 std::string without_hint(const std::string &entry) {
-    return entry.substr(0, entry.find("\\r\\rEs hat ein Gerät"));
+    const std::string hint = "Es hat ein Gerät";
+    return entry.substr(0, std::min(entry.find("\\r\\r" + hint), entry.find(" " + hint)));
 }
 
 /// What differs between two journals, with all of what was done; empty: nothing.
@@ -280,7 +315,9 @@ std::string play_silent(const Transcript &transcript, std::size_t reply, const L
         actual(player.rig.journal.begin() + static_cast<std::ptrdiff_t>(before), player.rig.journal.end());
     std::transform(actual.begin(), actual.end(), actual.begin(), without_hint);
     // Dialling again is all that may happen until then.
-    std::erase_if(actual, [&](const std::string &entry) { return event_of(entry) == command && dialled; });
+    std::erase_if(actual, [&](const std::string &entry) {
+        return event_of(entry).starts_with("ends ") || (event_of(entry) == command && dialled);
+    });
     const auto then = [&, at = report.at](int guards, std::initializer_list<std::string> events) {
         for (const std::string &event : events)
             expected.push_back(entry(at + guards * milliseconds{1100}, event));
@@ -313,12 +350,15 @@ std::string play_interrupted(const Transcript &transcript, void (Player::*happen
         if (!player.rig.port.is_open)
             continue; // it was the job's last output
         const bool ended = !player.boxes_of_job().empty();
+        const auto jobs = player.jobs();
         (player.*happens)();
         player.turn_to(player.rig.now + long_enough);
         player.check_idle();
         const auto boxes = player.boxes_of_job();
         if (boxes.size() != 1 || (!ended && !boxes[0].starts_with(box)))
             player.complain(std::to_string(boxes.size()) + " boxes, not the one that says so");
+        if (player.jobs() != jobs)
+            player.complain("it went on with the next job");
         if (!player.faults.empty())
             return box + (" after output " + std::to_string(output)) + ":\n" + player.faults;
     }

@@ -28,10 +28,9 @@ Presets::Presets(std::istream &file) {
     for (std::string line; telvox::read_line(file, line);) {
         if (line.empty() || line[0] == '#')
             continue;
-        if (line.starts_with("let ")) {
-            const auto name_end = line.find(' ', 4);
-            texts_.push_back({line.substr(4, name_end - 4), expanded(line.substr(name_end + 1))});
-        } else if (line[0] == '[') {
+        if (learn(line))
+            continue;
+        if (line[0] == '[') {
             section = &sections_[line.substr(1, line.find(']') - 1)];
         } else if (!section) {
             throw std::runtime_error("preset without name: " + line);
@@ -39,6 +38,14 @@ Presets::Presets(std::istream &file) {
             read_line(line, {}, *section);
         }
     }
+}
+
+bool Presets::learn(const std::string &line) {
+    if (!line.starts_with("let "))
+        return false;
+    const auto name_end = line.find(' ', 4);
+    texts_.push_back({line.substr(4, name_end - 4), expanded(line.substr(name_end + 1))});
+    return true;
 }
 
 std::string Presets::expanded(std::string line) const {
@@ -57,6 +64,7 @@ void Presets::read_line(const std::string &text, milliseconds since, Transcript 
             throw std::runtime_error("no such preset: " + line.rest);
         for (Line copy : preset->second) {
             copy.at += line.at;
+            copy.rest = expanded(copy.rest);
             into.push_back(copy);
         }
     } else if (line.verb == done) {
@@ -76,9 +84,10 @@ void Presets::read_line(const std::string &text, milliseconds since, Transcript 
 
 Transcript Presets::read(std::istream &file) const {
     Transcript transcript;
+    Presets own = *this;
     for (std::string line; telvox::read_line(file, line);)
-        if (!line.empty() && line[0] != '#')
-            read_line(line, {}, transcript);
+        if (!line.empty() && line[0] != '#' && !own.learn(line))
+            own.read_line(line, {}, transcript);
     milliseconds now{0};
     for (const Line &line : transcript) {
         if (line.verb == stays_out)

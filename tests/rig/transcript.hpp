@@ -16,6 +16,7 @@
 ///   0 close frmPin                     title bar of a window; "dismiss": it goes without a question
 ///   0 cable 3 / modem 6                port lists
 ///   0 begin typ=gsm empfaenger=1       the main window as at the start, then filled in
+///   0 order typ=gprs;auftrag=...;apn=  a row of a list, done by as many jobs as it takes, then "ends ..."
 ///   0 tell Gerät 1 von 3               text in the status bar that is no job's
 ///   0 set strSMS_Protokoll M3          session string
 ///   100 | status Anwahl | -> ATI\r     done by the program at this time, in this order
@@ -35,8 +36,9 @@
 ///
 /// A control is named alone ("tboPin"), or with its window ("frmPin.tboPin") where several have one of that
 /// name. A transcript ends with "end" and its clock never runs backwards. Lines with "#" are comments. Bytes
-/// in are written as `visible` shows them. A presets file holds sections "[name]" of such lines, and "let
-/// +name TEXT": from there on "+name" stands for the text, also in transcripts.
+/// in are written as `visible` shows them. A presets file holds sections "[name]" of such lines. "let +name
+/// TEXT": from there on "+name" stands for the text; what a presets file says so also holds in transcripts,
+/// and what a transcript says in the sections that it uses.
 namespace telvox::test {
 
 using std::chrono::milliseconds;
@@ -63,6 +65,8 @@ class Presets {
     struct Text {
         std::string name, text;
     };
+    /// Whether the line says what a name stands for.
+    bool learn(const std::string &line);
     [[nodiscard]] std::string expanded(std::string line) const;
     void read_line(const std::string &line, milliseconds since, Transcript &into) const;
 
