@@ -9,9 +9,12 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QTextBlock>
 #include <QTextDocument>
+#include <algorithm>
 #include <cerrno>
 #include <utility>
+#include <vector>
 
 namespace telvox::desktop {
 
@@ -31,6 +34,29 @@ QFont record_font() {
     font.setPointSizeF(9);
     font.setLetterSpacing(QFont::AbsoluteSpacing, 0.05);
     return font;
+}
+
+/// A line of a text and where its block begins, from the top of its page.
+struct PlacedLine {
+    QTextLine line;
+    QPointF at;
+};
+
+/// The lines of each page. Each is drawn by itself: what draws a part of a text also draws the line before
+/// it, which is not seen, but found by who searches or copies.
+std::vector<std::vector<PlacedLine>> lines_by_page(const QTextDocument &text) {
+    std::vector<std::vector<PlacedLine>> pages(1);
+    const qreal height = text.pageSize().height();
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        const QPointF at = text.documentLayout()->blockBoundingRect(block).topLeft();
+        for (int i = 0; i < block.layout()->lineCount(); ++i) {
+            const QTextLine line = block.layout()->lineAt(i);
+            const auto page = static_cast<std::size_t>((at.y() + line.y() + 1) / height);
+            pages.resize(std::max(pages.size(), page + 1));
+            pages[page].push_back({line, at - QPointF(0, static_cast<qreal>(page) * height)});
+        }
+    }
+    return pages;
 }
 
 } // namespace
@@ -97,15 +123,13 @@ void RecordFile::print(const std::string &page) {
     }
     if (text.pageCount() > 1)
         text.setPageSize(sheet / (scale = 1));
-    for (int i = 0; i < text.pageCount(); ++i) {
+    for (const std::vector<PlacedLine> &lines : lines_by_page(text)) {
         if (sheets_++ > 0)
             pdf_->newPage();
-        const QSizeF size = text.pageSize();
-        const QRectF part(QPointF(0, i * size.height()), size);
         painter_->save();
         painter_->scale(scale, scale);
-        painter_->translate(0, -part.top());
-        text.drawContents(painter_.get(), part);
+        for (const PlacedLine &placed : lines)
+            placed.line.draw(painter_.get(), placed.at);
         painter_->restore();
         painter_->setFont(record_font());
         painter_->drawText(QRectF(0, sheet.height(), sheet.width(), foot), Qt::AlignRight | Qt::AlignBottom,
