@@ -143,9 +143,9 @@ std::string jobs_table(const std::vector<DoneJob> &jobs) {
                 escaped(job.kind == DoneJob::Kind::reads ? "" : job.line.message) + "</td></tr>\n";
     return heading("Aufträge") +
            "<table width=\"100%\" cellspacing=\"0\" cellpadding=\"3\">\n<tr><th align=\"left\" "
-           "width=\"17%\">Zeit</th>"
-           "<th align=\"left\" width=\"25%\">Auftrag</th><th align=\"left\" width=\"16%\">Ergebnis</th>"
-           "<th align=\"left\" width=\"42%\">Meldung</th></tr>\n" +
+           "width=\"20%\">Zeit</th>"
+           "<th align=\"left\" width=\"24%\">Auftrag</th><th align=\"left\" width=\"16%\">Ergebnis</th>"
+           "<th align=\"left\" width=\"40%\">Meldung</th></tr>\n" +
            rows + "</table>\n";
 }
 
