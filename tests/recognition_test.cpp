@@ -219,7 +219,11 @@ TEST(Recognition, AsksAllPortsAtTheSameTime) {
         Rig rig;
         FrmModem &main = rig.program.desk.frmModem;
         FrmSuche &form = rig.program.desk.frmSuche;
-        const operation::SearchWindow search(rig.program, rig.scan, beside.make());
+        operation::SearchWindow search(rig.program, rig.scan, beside.make());
+        std::string history;
+        search.search().done = [&](const std::vector<DoneJob> &jobs) {
+            history += jobs.at(0).line.variant + " " + jobs[0].line.port + "\n";
+        };
         const auto searching = [&] { return rig.program.busy(); };
         rig.free_ports = {2, 3, 5};
         rig.busy_ports = {{.number = 4, .refusal = "Die Schnittstelle wird schon benutzt."}};
@@ -248,7 +252,15 @@ TEST(Recognition, AsksAllPortsAtTheSameTime) {
         EXPECT_EQ(main.cobSchnittstelle.text + rig.program.desk.session.strCOMparameter_direkt,
                   "COM 59600,n,8,1");
         EXPECT_TRUE(rig.boxes.empty());
+        EXPECT_EQ(history, "ISDN COM 2\nGPRS COM 5\n");
     }
+    Beside nobody_there({&silent, &silent});
+    std::string history;
+    operation::Search search(nobody_there.make(), {});
+    search.done = [&](const std::vector<DoneJob> &jobs) { history += jobs.at(0).line.message; };
+    search.begin({{.number = 2}, {.number = 3}}, {});
+    nobody_there.run([&] { return search.running(); });
+    EXPECT_EQ(history, "Es wurde kein Telvox-A gefunden.") << "once, not for each port";
 }
 
 TEST(Recognition, AsksTheOnlyPortThatThereIsAndSaysIfThereIsNone) {

@@ -6,7 +6,6 @@
 #include "cli/run_search.hpp"
 #include "operation/journal.hpp"
 #include "operation/plan.hpp"
-#include "operation/record_pages.hpp"
 #include "operation/status_queries.hpp"
 #include "operation/work_log.hpp"
 #include "ports/os.hpp"
@@ -156,10 +155,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     const Outcome outcome = job.end.outcome;
     const bool kept = !went_well(outcome) || at_the_form.keep(call);
     program.Form_Unload();
-    std::string unrecorded;
-    if (!call.record.empty() && !log.jobs().empty())
-        unrecorded = cli::write_record(
-            call, operation::record_of(log.jobs(), cli::record_frame(call, program.desk.remembered)));
+    const std::string unrecorded = cli::write_record(call, log.jobs(), program.desk.remembered);
     if (!unrecorded.empty())
         out.remarks.line("telvox-cli: " + unrecorded);
     if (job.measured && interrupted != 0)

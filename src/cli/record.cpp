@@ -4,6 +4,7 @@
 #include "core/files/system_error.hpp"
 #include "core/text.hpp"
 #include "core/usage_error.hpp"
+#include "operation/record_pages.hpp"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -73,6 +74,12 @@ std::string write_record(const Call &call, const RecordPages &pages) {
     else if (const int error = write_html(call.record, pages); error != 0)
         why = german_reason(error);
     return why.empty() ? why : "Der Nachweis konnte nicht gespeichert werden. " + why;
+}
+
+std::string write_record(const Call &call, std::span<const DoneJob> jobs, const Remembered &remembered) {
+    if (call.record.empty() || jobs.empty())
+        return {};
+    return write_record(call, operation::record_of(jobs, record_frame(call, remembered)));
 }
 
 } // namespace telvox::cli

@@ -5,6 +5,9 @@
 #include "core/record_printer.hpp"
 #include "core/records/service_record.hpp"
 
+#include <span>
+#include <string>
+
 namespace telvox::cli {
 
 /// Throws UsageError for a record that nobody could write, before anything is sent.
@@ -16,5 +19,8 @@ void check_record(const Call &call);
 /// Writes the record that the call asks for. Returns why it could not be written
 /// (German), empty when it was.
 [[nodiscard]] std::string write_record(const Call &call, const RecordPages &pages);
+/// Of the jobs that the call has done, where it asks for one.
+[[nodiscard]] std::string write_record(const Call &call, std::span<const DoneJob> jobs,
+                                       const Remembered &remembered);
 
 } // namespace telvox::cli

@@ -2,7 +2,10 @@
 
 #include "cli/follow.hpp"
 #include "cli/interrupt.hpp"
+#include "cli/record.hpp"
+#include "core/files/remembered.hpp"
 #include "operation/search.hpp"
+#include "operation/work_log.hpp"
 #include "ports/qt_ports.hpp"
 
 #include <QCoreApplication>
@@ -31,7 +34,15 @@ void print(const Search &search, bool json, Output &out) {
 
 int run_search(QCoreApplication &application, const Call &call, Outputs &out) {
     QtPorts ports(call.common);
-    Search search(ports_beside(ports.map), data_folders(call.common));
+    const DataFolders folders = data_folders(call.common);
+    const Remembered remembered = read_remembered(folders.settings);
+    WorkLog log(folders.settings);
+    Search search(ports_beside(ports.map), folders);
+    search.done = [&](std::vector<DoneJob> jobs) {
+        if (const std::string why = log.add(std::move(jobs), remembered.history); !why.empty())
+            out.remarks.line("telvox-cli: " + why);
+    };
+    search.port_name = [&](const std::string &entry) { return ports.map->told(entry); };
     search.starts = [&](RowProgram &program, const PortInfo &port) {
         follow(program, name_of(port), call, out);
     };
@@ -53,11 +64,14 @@ int run_search(QCoreApplication &application, const Call &call, Outputs &out) {
     if (search.running())
         application.exec();
     print(search, call.json, out.results);
+    const std::string unrecorded = write_record(call, log.jobs(), remembered);
+    if (!unrecorded.empty())
+        out.remarks.line("telvox-cli: " + unrecorded);
     if (interrupted != 0)
         return interrupted;
     if (search.found() == 0)
         out.remarks.line("An keiner freien Schnittstelle wurde ein Telvox-A gefunden.");
-    return search.found() != 0 ? job_succeeded : job_failed;
+    return search.found() != 0 && unrecorded.empty() ? job_succeeded : job_failed;
 }
 
 } // namespace telvox::cli

@@ -94,7 +94,9 @@ int run(QApplication &application, const Call &call) {
     operation::RecordPane record(program, log, printer);
     record.list = [&] { return list.record(); };
     history.make_record = [&](const HistoryLine &line) { record.open(&line); };
-    const operation::SearchWindow search(program, ports.scan, ports_beside(ports.map));
+    operation::SearchWindow search(program, ports.scan, ports_beside(ports.map));
+    search.search().done = note;
+    search.search().port_name = journal.port_name;
     QtTimer pause;
     operation::StatusQueries queries(program, pause);
     pause.tick = [&] { queries.tick(); };

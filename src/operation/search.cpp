@@ -12,7 +12,7 @@ std::string name_of(const PortInfo &port) {
 }
 
 void Search::begin(const std::vector<PortInfo> &ports, const Values &given) {
-    programs_.clear();
+    asked_.clear();
     ports_.clear();
     cancelled_ = false;
     for (const PortInfo &port : ports)
@@ -21,22 +21,42 @@ void Search::begin(const std::vector<PortInfo> &ports, const Values &given) {
     for (std::size_t at = 0; at < ports_.size(); ++at) {
         Order order{.job = find_job("erkennen"), .values = given};
         order.values["schnittstelle"] = {port_entry(ports_[at].port.number), {}};
-        programs_.push_back(std::make_unique<RowProgram>(std::move(order), make_(""), folders_));
-        starts(*programs_.back(), ports_[at].port);
-        programs_.back()->over = [this, at, before = programs_.back()->over] {
+        Asked &asked = asked_.emplace_back();
+        asked.program = std::make_unique<RowProgram>(std::move(order), make_(""), folders_);
+        asked.journal = std::make_unique<Journal>(asked.program->program(),
+                                                  [this](DoneJob job) { keep(std::move(job)); });
+        if (port_name)
+            asked.journal->port_name = port_name;
+        starts(*asked.program, ports_[at].port);
+        asked.program->over = [this, at, before = asked.program->over] {
             before();
             over(at);
         };
     }
     // One that cannot be opened is over before the next begins.
-    for (const auto &program : programs_)
-        program->start();
+    for (const Asked &asked : asked_)
+        asked.program->start();
+}
+
+/// That nobody answers at most of the ports is no news; where nobody does at all, it is told once, with the
+/// last.
+void Search::keep(DoneJob job) {
+    const bool is_found = is_done(job.line.outcome);
+    if (!is_found && (running() || found() != 0))
+        return;
+    if (!is_found) {
+        job.line.variant.clear();
+        job.line.port = job.way = "alle freien Schnittstellen";
+        job.line.outcome = cancelled_ ? RowOutcome::cancelled : RowOutcome::failed;
+        job.line.message = cancelled_ ? "Die Suche wurde abgebrochen." : "Es wurde kein Telvox-A gefunden.";
+    }
+    done({std::move(job)});
 }
 
 void Search::over(std::size_t at) {
     At &here = ports_[at];
     here.over = true;
-    RowProgram &program = *programs_[at];
+    RowProgram &program = *asked_[at].program;
     const std::string &message = program.result().message;
     here.said = message.substr(0, message.find(" Bitte ")); // what to do about it is the same everywhere
     if (!is_done(program.result().outcome))
@@ -50,20 +70,20 @@ void Search::over(std::size_t at) {
 
 void Search::cancel() {
     cancelled_ = true;
-    for (const auto &program : programs_)
-        program->cancel();
+    for (const Asked &asked : asked_)
+        asked.program->cancel();
 }
 
 bool Search::running() const {
-    return std::any_of(programs_.begin(), programs_.end(),
-                       [](const auto &program) { return !program->is_over(); });
+    return std::any_of(asked_.begin(), asked_.end(),
+                       [](const Asked &asked) { return !asked.program->is_over(); });
 }
 
 Progress Search::progress() const {
     Progress last;
-    for (const auto &program : programs_)
-        if (const Progress its = program->program().progress();
-            !program->is_over() && (last.step == 0 || its.step < last.step))
+    for (const Asked &asked : asked_)
+        if (const Progress its = asked.program->program().progress();
+            !asked.program->is_over() && (last.step == 0 || its.step < last.step))
             last = its;
     return last;
 }

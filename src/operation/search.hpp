@@ -1,5 +1,6 @@
 #pragma once
 
+#include "operation/journal.hpp"
 #include "operation/row_program.hpp"
 
 #include <functional>
@@ -25,6 +26,10 @@ class Search {
 
     /// A port is done. Told in the middle of an event of that port's program.
     std::function<void(const At &)> told = [](const At &) {};
+    /// For the history: what was found; of a search that finds nothing, that.
+    std::function<void(std::vector<DoneJob>)> done = [](const std::vector<DoneJob> &) {};
+    /// The name of a port, by its entry in the port lists.
+    std::function<std::string(const std::string &entry)> port_name;
     /// Hears of each program before it starts.
     std::function<void(RowProgram &, const PortInfo &)> starts = [](RowProgram &, const PortInfo &) {};
 
@@ -41,12 +46,18 @@ class Search {
     [[nodiscard]] std::size_t found() const;
 
   private:
+    /// Asks one port.
+    struct Asked {
+        std::unique_ptr<RowProgram> program;
+        std::unique_ptr<Journal> journal;
+    };
     void over(std::size_t at);
+    void keep(DoneJob job);
 
     MakePorts make_;
     DataFolders folders_;
     std::vector<At> ports_;
-    std::vector<std::unique_ptr<RowProgram>> programs_; ///< by port; closed when it is over
+    std::vector<Asked> asked_; ///< by port
     bool cancelled_ = false;
 };
 

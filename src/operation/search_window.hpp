@@ -10,6 +10,9 @@ class SearchWindow : private LongWork, private Observer {
   public:
     SearchWindow(Telvox &program, PortScan &ports, MakePorts make);
 
+    /// What asks the ports.
+    [[nodiscard]] Search &search() { return search_; }
+
   private:
     void ask();
     void begin();
