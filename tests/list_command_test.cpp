@@ -1,6 +1,7 @@
 // Lists on the command line: the built program, simulated devices and devices with faults, and what stands in
 // the result file afterwards.
 
+#include "core/files/files.hpp"
 #include "core/lists/result_file.hpp"
 #include "operation/list_order.hpp"
 #include "rig/cli_program.hpp"
@@ -235,6 +236,7 @@ TEST_F(ListCommand, ComparesDevicesAndTellsWhatDiffers) {
     EXPECT_EQ(run({"--datenordner", folder}), 4);
     EXPECT_THAT(out, HasSubstr("A, COM 4: abweichend: Anders eingestellt: 1 von 1. APN: soll x, ist leer"));
     EXPECT_THAT(results(), ElementsAre("abweichend", "erfolgreich"));
+    EXPECT_THAT(read_file(folder / "verlauf.csv", 1 << 20).bytes, HasSubstr("Vergleichen;abweichend;"));
     start_program(
         {"gprs-vergleichen", "--simulator", "--schnittstelle", "4", "--apn", "x", "--keep-alive", "0"});
     EXPECT_EQ(result(), 4);

@@ -63,6 +63,8 @@ struct Plant {
     simulator::Cable cable{device};
     Bench bench{cable};
     Operator at_the_form{bench.rig.program, bench.rig.scan};
+    DoneJob last; ///< in the history
+    operation::Journal journal{bench.rig.program, [this](DoneJob job) { last = std::move(job); }};
     Plan plan{bench.rig.program, at_the_form, [this] { return now += 60; }};
     std::vector<WorkEnd> ends;
     std::map<std::string, std::string, std::less<>> before;
@@ -99,12 +101,10 @@ TEST(OnlyWhatChanges, IsReadMergedAndWritten) {
         EXPECT_EQ(play(Presets().read(record), Playing::whole), "") << cells;
     }
     Plant single;
-    std::string imei; // which the write's own check is told
-    operation::Journal journal(single.bench.rig.program, [&](const DoneJob &job) { imei = job.line.imei; });
     single.work("auftrag;apn", "gprs-schreiben;internet.neu", false);
     EXPECT_EQ(single.device->memory.settings["AUTOIP"], "") << "a single job writes what it shows";
     EXPECT_THAT(single.bench.rig.program.record().transcript(), Not(HasSubstr("GPRSAPN?")));
-    EXPECT_EQ(imei, single.device->imei);
+    EXPECT_EQ(single.last.line.imei, single.device->imei) << "which the write's own check is told";
 }
 
 TEST(OnlyWhatChanges, IsNotWrittenWhereTheReadWasNotWhole) {
@@ -191,6 +191,7 @@ TEST(Compared, SettingsStandSideBySide) {
     for (const auto &[cells, came_to] : cases) {
         Plant plant;
         EXPECT_EQ(plant.work("auftrag;apn;kennwort", cells), came_to);
+        EXPECT_EQ(word_of(plant.last.line.outcome) + (": " + plant.last.line.message), came_to);
         EXPECT_TRUE(plant.unchanged());
         EXPECT_EQ(plant.ends[0].imei, plant.device->imei);
     }

@@ -260,7 +260,7 @@ TEST(Recognition, AsksAllPortsAtTheSameTime) {
     search.done = [&](const std::vector<DoneJob> &jobs) { history += jobs.at(0).line.message; };
     search.begin({{.number = 2}, {.number = 3}}, {});
     nobody_there.run([&] { return search.running(); });
-    EXPECT_EQ(history, "Es wurde kein Telvox-A gefunden.") << "once, not for each port";
+    EXPECT_EQ(history, operation::nobody_found) << "once, not for each port";
 }
 
 TEST(Recognition, AsksTheOnlyPortThatThereIsAndSaysIfThereIsNone) {

@@ -70,7 +70,7 @@ int run_search(QCoreApplication &application, const Call &call, Outputs &out) {
     if (interrupted != 0)
         return interrupted;
     if (search.found() == 0)
-        out.remarks.line("An keiner freien Schnittstelle wurde ein Telvox-A gefunden.");
+        out.remarks.line(nobody_found);
     return search.found() != 0 && unrecorded.empty() ? job_succeeded : job_failed;
 }
 

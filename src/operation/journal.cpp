@@ -14,7 +14,21 @@ namespace {
 
 std::string without_key(std::string caption) {
     std::erase(caption, '&');
-    return caption;
+    return caption.substr(0, caption.find("…"));
+}
+
+bool compares(const Button &by, Desk &desk) {
+    const std::span<const JobCommand> all = job_commands();
+    return std::any_of(all.begin(), all.end(),
+                       [&](const JobCommand &job) { return job.compares && &job.button(desk) == &by; });
+}
+
+/// The last thing that was said of a job, on one line.
+std::string message_of(const JobEnd &end) {
+    return end.said.empty()
+               ? ""
+               : joined_lines(end.said.back().text +
+                              (end.outcome == Outcome::differs ? "\r" + end.said.back().advice : ""));
 }
 
 /// "Modem konfigurieren", and of a dialog "GPRS Konfiguration: Einstellungen schreiben".
@@ -75,6 +89,14 @@ void Journal::started(const Button &by) { running_ = begun(by); }
 
 /// What a device says of itself on the way counts too.
 void Journal::happened() {
+    if (compares_) {
+        DoneJob job = *std::exchange(compares_, std::nullopt);
+        if (const auto end = std::exchange(compared_, std::nullopt)) {
+            job.line.outcome = row_outcome(end->outcome);
+            job.line.message = message_of(*end);
+        }
+        done_(std::move(job));
+    }
     if (!running_)
         return;
     if (const std::string imei = dialogues::imei_in(program_.received()); !imei.empty())
@@ -95,8 +117,7 @@ void Journal::ended(const JobEnd &end) {
     else // what was to be sent may not have arrived
         job.settings.clear();
     if (job.line.message.empty())
-        for (const Message &message : end.said)
-            job.line.message = joined_lines(message.text);
+        job.line.message = message_of(end);
     if (std::exchange(row_, job.device) != job.device || row_.empty())
         imei_of_row_.clear();
     if (!job.line.imei.empty())
@@ -110,7 +131,7 @@ void Journal::ended(const JobEnd &end) {
         job.signal = desk.frmGSM_Status.lblSignalwert.caption;
     if (end.by == &desk.frmModem.cbuErkennen && desk.findings.recognized)
         job.line.variant = without_key(desk.frmModem.option_of(*desk.findings.recognized).caption);
-    done_(std::move(job));
+    compares(*end.by, desk) ? void(compares_ = std::move(job)) : done_(std::move(job));
 }
 
 } // namespace telvox::operation

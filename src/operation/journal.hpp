@@ -33,6 +33,7 @@ class Journal : private Observer {
   private:
     void started(const Button &by) override;
     void ended(const JobEnd &end) override;
+    void compared(const JobEnd &end) override { compared_ = end; }
     void happened() override;
     [[nodiscard]] DoneJob begun(const Button &by) const;
 
@@ -40,6 +41,8 @@ class Journal : private Observer {
     std::function<void(DoneJob)> done_;
     Now now_;
     std::optional<DoneJob> running_;
+    std::optional<DoneJob> compares_; ///< has ended, and what it came to may be told yet
+    std::optional<JobEnd> compared_;
     std::string imei_of_row_, row_; ///< what the device of this row has said
 };
 

@@ -322,10 +322,13 @@ void Plan::compared(Outcome outcome) {
                                    ? "Alles stimmt überein (verglichen: " + all + ")."
                                    : "Anders eingestellt: " + std::to_string(count) + " von " + all + ".";
     show_compared(result);
-    end_with(count != 0 ? Outcome::differs : outcome, {.text = result,
-                                                       .tone = count != 0 ? Tone::refusal : Tone::success,
-                                                       .advice = different,
-                                                       .shown = !work_->by_user});
+    const Message message{.text = result,
+                          .tone = count != 0 ? Tone::refusal : Tone::success,
+                          .advice = different,
+                          .shown = !work_->by_user};
+    const JobEnd end{.by = work_->by, .outcome = count != 0 ? Outcome::differs : outcome, .said = {message}};
+    desk_.observers.tell(&Observer::compared, end);
+    end_with(end.outcome, message);
 }
 
 void Plan::verified(Outcome outcome) {

@@ -48,7 +48,7 @@ void Search::keep(DoneJob job) {
         job.line.variant.clear();
         job.line.port = job.way = "alle freien Schnittstellen";
         job.line.outcome = cancelled_ ? RowOutcome::cancelled : RowOutcome::failed;
-        job.line.message = cancelled_ ? "Die Suche wurde abgebrochen." : "Es wurde kein Telvox-A gefunden.";
+        job.line.message = cancelled_ ? "Die Suche wurde abgebrochen." : nobody_found;
     }
     done({std::move(job)});
 }

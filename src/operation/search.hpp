@@ -10,6 +10,8 @@
 
 namespace telvox::operation {
 
+inline constexpr const char *nobody_found = "An keiner freien Schnittstelle wurde ein Telvox-A gefunden.";
+
 /// Asks all free ports at the same time which device is there, each by a program of its own: it takes as long
 /// as the slowest port.
 class Search {
