@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QTableView>
 #include <algorithm>
+#include <vector>
 
 namespace telvox::desktop {
 
@@ -18,7 +19,6 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
     view_.verticalHeader()->hide();
     view_.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 6);
-    view_.horizontalHeader()->setMaximumSectionSize(view_.fontMetrics().averageCharWidth() * 40);
     view_.horizontalHeader()->setHighlightSections(false);
     // A key or a click selects. The current row alone is also the view's own doing: when it gets the focus.
     connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
@@ -54,17 +54,28 @@ void TableView::show_contents() {
     fit_columns();
 }
 
-/// Widths of what is seen, or will be at first; not of ten thousand rows.
+/// Widths of what is seen, or will be at first; not of ten thousand rows. A long text gets more than its
+/// share where the others leave room.
 void TableView::fit_columns() {
     constexpr int first_seen = 40;
     const int from = std::max(view_.rowAt(0), 0), last = view_.isVisible() ? view_.rowAt(view_.height()) : -1;
     const int to = std::min(last < 0 ? from + first_seen : last + 1, rowCount({}));
     QHeaderView &header = *view_.horizontalHeader();
+    const int share = view_.fontMetrics().averageCharWidth() * 40;
+    int spare = view_.viewport()->width();
+    std::vector<int> widths;
     for (int column = 0; column < columnCount({}); ++column) {
         int width = header.sectionSizeHint(column);
         for (int row = from; row < to; ++row)
             width = std::max(width, view_.sizeHintForIndex(index(row, column)).width() + 1);
-        header.resizeSection(column, std::min(width, header.maximumSectionSize()));
+        widths.push_back(width);
+        spare -= std::min(width, share);
+    }
+    for (int column = 0; column < columnCount({}); ++column) {
+        const int width = widths[static_cast<std::size_t>(column)],
+                  more = std::clamp(width - share, 0, std::max(spare, 0));
+        header.resizeSection(column, std::min(width, share) + more);
+        spare -= more;
     }
 }
 
