@@ -311,6 +311,7 @@ void Binder::bind(StatusPanel &control, QStatusBar &widget) {
     widget.addWidget(panel, 1);
     drawers_.emplace_back([&control, panel] {
         show(*panel, &QLabel::text, &QLabel::setText, text_of(control.text));
+        show(*panel, &QLabel::toolTip, &QLabel::setToolTip, text_of(control.text));
         show(*panel, &QLabel::accessibleName, &QLabel::setAccessibleName, text_of(control.text));
     });
 }

@@ -49,14 +49,13 @@ template <class Design, class Window> QWidget *make(QWidget *parent) {
 }
 
 /// A status bar has the running job's progress at its right, and the button that ends it, which a design
-/// cannot place there. Their place stays free while no job runs, so that no window grows when one begins.
+/// cannot place there. No window is narrower than that, so none grows when a job begins; while none runs the
+/// status text has their place.
 void add_progress(QStatusBar &bar) {
     const auto add = [&bar](QWidget *widget, const char *name, int width) {
         widget->setObjectName(name);
         widget->setMinimumWidth(width);
-        QSizePolicy policy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-        policy.setRetainSizeWhenHidden(true);
-        widget->setSizePolicy(policy);
+        widget->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         bar.addPermanentWidget(widget);
     };
     const auto width_of = [&bar](const char *text) { return bar.fontMetrics().horizontalAdvance(text); };
@@ -71,7 +70,10 @@ void add_progress(QStatusBar &bar) {
     // A shortcut of the button itself would go with the next text that it gets.
     new QShortcut(Qt::Key_Escape, cancel, [cancel] { cancel->click(); });
     cancel->setFocusPolicy(Qt::NoFocus); // it comes and goes; the focus stays where the user left it
+    cancel->setText("Abbrechen");
     add(cancel, "cbuAbbrechen", 0);
+    bar.setMinimumWidth(step->minimumWidth() + progress->maximumWidth() + cancel->sizeHint().width() +
+                        width_of("Verbindungsprüfung"));
 }
 
 QWidget *make_main(QWidget *parent) {
