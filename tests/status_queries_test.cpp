@@ -1,7 +1,9 @@
 // More than one query of the GSM status window from one press: all in a row, and the signal's again and
 // again.
 
+#include "operation/journal.hpp"
 #include "operation/status_queries.hpp"
+#include "operation/work_log.hpp"
 #include "rig/bench.hpp"
 #include "simulator/cable.hpp"
 #include "simulator/gsm.hpp"
@@ -51,6 +53,9 @@ class Queries : public testing::Test {
     Telvox &program = bench.rig.program;
     FrmGSM_Status &form = program.desk.frmGSM_Status;
     Pause pause{bench.rig};
+    operation::WorkLog log{""};
+    operation::Journal journal{program,
+                               [this](DoneJob job) { static_cast<void>(log.add({std::move(job)}, false)); }};
     operation::StatusQueries queries{program, pause};
     std::vector<std::string> sent;
 };
@@ -117,6 +122,7 @@ TEST_F(Queries, TheSignalIsAskedAgainAndAgainUntilStoppedInAnyWay) {
             bench.rig.boxes.clear();
             sent.clear();
         }
+    EXPECT_EQ(log.jobs().size(), 8u) << "of each time one, and the two that could not go on";
 }
 
 } // namespace

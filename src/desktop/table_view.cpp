@@ -2,6 +2,7 @@
 
 #include "desktop/readable_style.hpp"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QTableView>
 #include <algorithm>
@@ -20,6 +21,7 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
     view_.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     view_.verticalHeader()->setDefaultSectionSize(view_.fontMetrics().height() + 6);
     view_.horizontalHeader()->setHighlightSections(false);
+    view_.viewport()->installEventFilter(this);
     // A key or a click selects. The current row alone is also the view's own doing: when it gets the focus.
     connect(view_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (const int row = selected_row(); !drawing_ && row >= 0)
@@ -30,6 +32,12 @@ TableView::TableView(RowTable &table, QTableView &view, Telvox &program)
             program_.click(*table_.enter);
     };
     connect(&view_, &QTableView::doubleClicked, this, press);
+}
+
+bool TableView::eventFilter(QObject *, QEvent *event) {
+    if (event->type() == QEvent::Resize)
+        fit_columns();
+    return false;
 }
 
 void TableView::draw() {

@@ -19,6 +19,8 @@ class TableView final : public QAbstractTableModel {
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    bool eventFilter(QObject *, QEvent *event) override;
+
   private:
     void show_contents();
     void fit_columns();

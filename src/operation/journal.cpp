@@ -85,7 +85,11 @@ DoneJob Journal::begun(const Button &by) const {
     return job;
 }
 
-void Journal::started(const Button &by) { running_ = begun(by); }
+void Journal::started(const Button &by) {
+    running_ = begun(by);
+    const bool repeats = program_.desk.frmGSM_Status.chkLaufend.value;
+    running_->again = std::exchange(repeats_, repeats) && repeats;
+}
 
 /// What a device says of itself on the way counts too.
 void Journal::happened() {
@@ -97,6 +101,7 @@ void Journal::happened() {
         }
         done_(std::move(job));
     }
+    repeats_ &= program_.desk.frmGSM_Status.chkLaufend.value;
     if (!running_)
         return;
     if (const std::string imei = dialogues::imei_in(program_.received()); !imei.empty())

@@ -43,6 +43,7 @@ class Journal : private Observer {
     std::optional<DoneJob> running_;
     std::optional<DoneJob> compares_; ///< has ended, and what it came to may be told yet
     std::optional<JobEnd> compared_;
+    bool repeats_ = false;          ///< the last job was asked by itself, and will be once more
     std::string imei_of_row_, row_; ///< what the device of this row has said
 };
 

@@ -5,20 +5,13 @@
 
 namespace telvox::operation {
 
-namespace {
-
-/// Who turns an antenna asks every few seconds; that is one job, with its last value.
-bool asked_again(const DoneJob &last, const DoneJob &job) {
-    return !last.signal.empty() && !job.signal.empty() && last.line.port == job.line.port &&
-           last.line.job == job.line.job && last.device == job.device;
-}
-
-} // namespace
-
 std::string WorkLog::add(std::vector<DoneJob> jobs, bool keeps) {
     std::vector<HistoryLine> lines;
     for (DoneJob &job : jobs) {
-        if (!jobs_.empty() && asked_again(jobs_.back(), job)) {
+        // Who turns an antenna asks every few seconds until he ends it: that is one job, with its last value.
+        if (job.again && job.line.outcome == RowOutcome::cancelled)
+            continue;
+        if (job.again && !job.signal.empty() && !jobs_.empty()) {
             jobs_.back() = std::move(job);
             continue;
         }

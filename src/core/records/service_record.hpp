@@ -20,6 +20,7 @@ struct DoneJob {
     /// What the device was sent, or has said, under the windows' captions; secrets are "gesetzt".
     std::vector<std::pair<std::string, std::string>> settings = {};
     std::string signal = {}; ///< what the device has said of its reception
+    bool again = false;      ///< asked by itself, as the job before was
 };
 
 /// What a record says of one device, on a page of its own.
