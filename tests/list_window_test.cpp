@@ -74,6 +74,16 @@ TEST(ListWindow, RowsAreChosenAndStartedByKeys) {
     EXPECT_EQ(cell(9'999, 2), "✗ fehlgeschlagen");
     EXPECT_EQ(table.currentIndex().row(), 9'999);
     EXPECT_TRUE(table.hasFocus()) << "Enter repeats it";
+
+    std::ofstream(file + "2.csv") << "typ;schnittstelle;auftrag;geraet-pruefen\ngprs;3;gprs-lesen;aus\n";
+    pane.open(file + "2.csv");
+    QTest::keyClick(&table, Qt::Key_Return);
+    QWidget &dialog = windows.window(rig.program.desk.frmGPRS);
+    ASSERT_TRUE(dialog.isVisible());
+    QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+    EXPECT_TRUE(rig.program.busy()) << "one Enter too many meets no button of the dialog";
+    EXPECT_TRUE(rig.run_until_idle(milliseconds{60'000}));
+    EXPECT_EQ(dialog.focusWidget()->objectName(), "cobAPN");
 }
 
 TEST(MainWindow, IsAsLargeAsItWasLeftButNeverLargerThanTheScreen) {

@@ -134,6 +134,12 @@ void Binder::draw_common(const Control &control, QWidget &widget) {
         show(widget, &QWidget::toolTip, &QWidget::setToolTip, text_of(control.tool_tip));
 }
 
+void Binder::focus(QWidget &widget) {
+    const bool now = widget.isEnabledTo(&window_);
+    locked_focus_ = now ? nullptr : &widget;
+    (now ? widget : window_).setFocus(Qt::TabFocusReason);
+}
+
 void Binder::draw() {
     show(window_, &QWidget::windowTitle, &QWidget::setWindowTitle, text_of(form_.caption));
     drawing_ = true;

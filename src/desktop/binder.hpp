@@ -53,6 +53,9 @@ class Binder final : public QObject {
     /// selection, or a text that is being composed stays.
     void draw();
 
+    /// Gives a widget the focus, once it is usable; the window itself has it until then.
+    void focus(QWidget &widget);
+
     /// Names of controls that have no widget of their kind, and of widgets that have no control.
     [[nodiscard]] QStringList mismatches() const;
 

@@ -127,13 +127,13 @@ constexpr Maker makers[] = {
 };
 
 /// Each time a window opens it begins at the first thing that can be filled in or pressed, in the order of
-/// the Tab key.
-void begin_at_first_field(QWidget &window) {
+/// the Tab key; where a running job has locked that, as soon as it is over.
+void begin_at_first_field(QWidget &window, Binder &binder, bool may_be_locked) {
     for (QWidget *next = window.nextInFocusChain(); next != &window; next = next->nextInFocusChain()) {
         const auto *edit = qobject_cast<QLineEdit *>(next);
-        if ((next->focusPolicy() & Qt::TabFocus) != 0 && next->isEnabledTo(&window) &&
+        if ((next->focusPolicy() & Qt::TabFocus) != 0 && (may_be_locked || next->isEnabledTo(&window)) &&
             next->isVisibleTo(&window) && !(edit && edit->isReadOnly()))
-            return next->setFocus(Qt::TabFocusReason);
+            return binder.focus(*next);
     }
 }
 
@@ -215,7 +215,7 @@ void WindowSet::show_or_hide(Form &form) {
     }
     made_[&form].room.fit(window);
     if (!has_focus_to_give)
-        begin_at_first_field(window);
+        begin_at_first_field(window, binder(form), program_.busy());
     if (auto *dialog = qobject_cast<QDialog *>(&window))
         return dialog->open();
     window.show();
