@@ -269,6 +269,8 @@ TEST_F(WindowTest, TheUserBeginsAtTheVariant) {
     EXPECT_TRUE(find<QRadioButton>("optAnalog").hasFocus());
     EXPECT_EQ(find<QLabel>("lblAlarmmeldung").buddy(), &find<QLineEdit>("tboAlarmmeldung"));
     EXPECT_EQ(find<QLabel>("lblAlarmmeldung").text(), "Alarm&meldung (max. 160 Zeichen):");
+    rig.program.choose(desk.frmModem.optGPRS);
+    EXPECT_TRUE(find<QRadioButton>("optGPRS").hasFocus()) << "a profile, or what was recognised, chooses too";
 }
 
 } // namespace

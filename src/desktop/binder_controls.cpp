@@ -117,9 +117,12 @@ void Binder::bind(OptionButton &control, QRadioButton &widget) {
     connect(&widget, &QRadioButton::clicked, this, [&] { program_.choose(control); });
     drawers_.emplace_back([&] {
         show(widget, &QRadioButton::text, &QRadioButton::setText, text_of(control.caption));
-        // Tab comes to the chosen one of a group, or if none is chosen to the first.
+        // Tab comes to the chosen one of a group, or if none is chosen to the first; the focus goes along
+        // where the program chooses another.
         const OptionButton *in = chosen_or_first(control);
         widget.setFocusPolicy(in == &control ? Qt::StrongFocus : Qt::ClickFocus);
+        if (in != &control && window_.focusWidget() == &widget)
+            window_.findChild<QWidget *>(QString::fromUtf8(in->name))->setFocus();
         if (widget.isChecked() == control.value)
             return;
         // Which one of a group is set is the form's business; left to itself, a group keeps one set.

@@ -83,7 +83,6 @@ void SearchWindow::take() {
     search_.cancel();
     form_.unload();
     operator_.fill_main_window(found);
-    desk_.focus(desk_.frmModem.option_of(desk_.frmModem.modem_type()));
 }
 
 std::string SearchWindow::cell(std::size_t row, std::size_t column) const {
