@@ -16,13 +16,18 @@ rm -rf "$made"
 mkdir -p "$files"
 cmake --install $build --prefix "$files" >/dev/null
 cp -r share/hilfe "$files"
-cp -r "$qt/lizenzen" "$files"
 cp /usr/share/qt6/translations/qtbase_de.qm "$files"
 # crlf FILE...: as a file for people is expected to end its lines there.
 crlf() { sed -i 's/\r*$/\r/' "$@"; }
 cp share/{SCN,FSN,gprsapn}.dat "$files"
 sed "s/@VERSION@/$version/" packaging/windows/liesmich.txt >"$files/LIESMICH.txt"
-crlf "$files"/*.dat "$files"/LIESMICH.txt "$files"/lizenzen/*
+crlf "$files"/*.dat "$files"/LIESMICH.txt
+if [ -d "$qt/lizenzen" ]; then
+    cp -r "$qt/lizenzen" "$files"
+    crlf "$files"/lizenzen/*
+else # one that somebody else built
+    say "without the licences of what is linked in: there is no folder $qt/lizenzen"
+fi
 
 for file in "$files"/*.*; do
     echo "Delete \"\$INSTDIR\\${file##*/}\""

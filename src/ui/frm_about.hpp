@@ -29,8 +29,8 @@ class FrmAbout : public Form {
         "Dieses Programm wird ohne jede Gewährleistung bereitgestellt. Prüfen Sie nach jeder Konfiguration "
         "mit einer Alarmmeldung, ob der Alarm beim Empfänger ankommt.\n\n"
         "Verwendet Qt 6 (Core, Gui, Widgets, Network, Serial Port) unter der GNU Lesser General Public "
-        "License, Version 3. Qt ist dynamisch eingebunden und kann durch eine eigene Fassung ersetzt "
-        "werden."};
+        "License, Version 3. Qt kann durch eine eigene Fassung ersetzt werden: unter Debian als Bibliothek, "
+        "unter Windows, indem das Programm neu gebunden wird (README.md der Quellen)."};
     Button cmdOK{*this, "cmdOK", "&OK"};
 };
 
