@@ -69,9 +69,12 @@ QSize wished_size(QWidget &window) {
 QSize form_size(const QWidget &window) {
     const auto &main = static_cast<const QMainWindow &>(window);
     const QMargins margins = main.centralWidget()->layout()->contentsMargins();
+    const QSize form = wish_of(*form_and_panes(window)->widget(0)).grownBy(margins);
+    // The size that a menu bar wishes is not always the height that it gets: in the style of Windows it lacks
+    // a pixel.
     const int bars =
-        main.menuWidget()->sizeHint().height() + main.findChild<QStatusBar *>()->sizeHint().height();
-    return wish_of(*form_and_panes(window)->widget(0)).grownBy(margins) + QSize{0, bars};
+        main.menuWidget()->heightForWidth(form.width()) + main.findChild<QStatusBar *>()->sizeHint().height();
+    return form + QSize{0, bars};
 }
 
 /// Shows the panes' side of the main window if there is one to show, and puts it where there is room for it.
