@@ -91,6 +91,7 @@ void place_panes(const QWidget &window) {
     const bool high_enough = form.height() + wish_of(panes).height() + both->handleWidth() <= room.height();
     const bool wide_enough = form.width() + least_of(panes).width() + both->handleWidth() <= room.width();
     both->setOrientation(!high_enough && wide_enough ? Qt::Horizontal : Qt::Vertical);
+    settle(window); // or the room that a pane had still counts as the least that the window may have
 }
 
 /// Gives the parts of a splitter the length that they wish and what is left over to the last one. What is
