@@ -31,7 +31,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                           desk.observers.tell(&Observer::wants_ports);
                           return long_work() && long_work()->by_others();
                       },
-                  .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
+                  .started = [this](const Button &by) { starts_.push_back(job_by_ = &by); },
                   .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}),
       network_({.Winsock = ports.Winsock,
                 .processes = ports.processes,
@@ -39,7 +39,7 @@ Telvox::Telvox(const Ports &ports, DataFolders folders)
                 .outbox = desk.outbox,
                 .data_folder = desk.folders.settings,
                 .observers = desk.observers,
-                .started = [this](const Button &by) { starts_.push_back(started_by_ = &by); },
+                .started = [this](const Button &by) { starts_.push_back(action_by_ = &by); },
                 .ended = [this](JobEnd end) { ends_.push_back(std::move(end)); }}) {
     desk.folders = std::move(folders);
     desk.observers.add(*this);
@@ -242,11 +242,20 @@ static std::string recorded(const Control &control) {
     return std::string(control.form->name) + "." + control.name;
 }
 
-/// Two buttons "Abbrechen" stand above each other then: the window's and the status bar's.
-bool Telvox::ends_own_job(const Button &button) const {
+/// Two buttons "Abbrechen" stand above each other then: the window's and the status bar's. What runs besides,
+/// from elsewhere, is not the window's to end.
+bool Telvox::end_own_job(const Button &button) {
     const Form &form = *button.form;
-    return busy() && started_by_ && started_by_->form == &form && form.cancel == &button &&
-           &form != &desk.frmModem;
+    if (form.cancel != &button || &form == &desk.frmModem)
+        return false;
+    const LongWork *work = long_work();
+    const bool action = network_.busy() && action_by_->form == &form;
+    const bool job = (work ? !work->by_others() : sequencer_.busy()) && job_by_->form == &form;
+    if (action)
+        network_.cancel();
+    else if (job)
+        end_running();
+    return action || job;
 }
 
 void Telvox::click(Button &button) {
@@ -254,7 +263,10 @@ void Telvox::click(Button &button) {
         return;
     if (button.recorded)
         recorder_.input("click", recorded(button), {});
-    event([&] { ends_own_job(button) ? end_running() : button.clicked(); });
+    event([&] {
+        if (!end_own_job(button))
+            button.clicked();
+    });
 }
 
 void Telvox::click(MenuEntry &entry) {

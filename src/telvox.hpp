@@ -141,8 +141,9 @@ class Telvox : private Observer {
     /// What runs of it, nullptr if nothing does.
     [[nodiscard]] LongWork *long_work() const;
     void end_running();
-    /// What a window's cancel button does while a job or an action runs that was started from there.
-    [[nodiscard]] bool ends_own_job(const Button &button) const;
+    /// What a window's cancel button does while a job or an action runs that was started from there. Returns
+    /// whether one did.
+    bool end_own_job(const Button &button);
     void show_help(std::string_view topic);
     void leave();
 
@@ -151,7 +152,7 @@ class Telvox : private Observer {
     Link link_;
     Sequencer sequencer_;
     NetworkTools network_;
-    const Button *started_by_ = nullptr; ///< the last job or action
+    const Button *job_by_ = nullptr, *action_by_ = nullptr; ///< that started the last ones
     std::vector<LongWork *> works_;
     int depth_ = 0; ///< events that are happening, one within the other
     // Of the event that happens, not yet told.

@@ -282,8 +282,13 @@ TEST_F(Listed, NotesHowItsOwnJobEndsWhateverElseGoesOn) {
     EXPECT_EQ(main.lblListe.caption, "l.csv: 0 von 2 erledigt") << "it has not failed yet";
     EXPECT_THAT(results(), HasSubstr(";begonnen;")) << "before anything is sent";
     ping();
+    program.close(gateway);
+    EXPECT_TRUE(gateway.open) << "its button ended the ping";
+    ping();
     program.process_ended({.output = "64 bytes from 10.0.0.9: icmp_seq=1 ttl=64\n"});
-    EXPECT_EQ(column(outcome)[0], "läuft") << "the ping is not the row's";
+    program.close(gateway);
+    EXPECT_FALSE(gateway.open);
+    EXPECT_EQ(column(outcome)[0], "läuft") << "the ping is not the row's, nor the row the ping's window's";
     bench.run(milliseconds{60'000});
     EXPECT_EQ(column(outcome)[0], "fehlgeschlagen");
 
@@ -316,6 +321,13 @@ TEST_F(Listed, NothingOfARowIsLeftForTheNext) {
     device->silent = false;
     program.choose(main.tblListe, 1);
     EXPECT_FALSE(pin.open);
+    program.click(main.mnuPin_festlegen);
+    program.enter(pin.tboPin, "9999");
+    program.click(pin.cbuPin_Eingabe);
+    bench.run(milliseconds{60'000});
+    EXPECT_EQ(device->memory.pin, "9999");
+    EXPECT_EQ(column(outcome)[1], "offen") << "what the user does in a dialog of his own is not the row's";
+    bench.rig.turn_by(milliseconds{10'000});
     run();
     EXPECT_EQ(device->memory.pin, "5678");
     EXPECT_FALSE(pin.open);

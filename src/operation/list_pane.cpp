@@ -258,9 +258,11 @@ void ListPane::close() {
     });
 }
 
-/// The row's job may also be started by its own button, after the user has put something right in the form.
+/// The row's job may also be started by its own button, after the user has put something right in the form. A
+/// dialog that the user has opened himself holds nothing of the row.
 bool ListPane::of_row(const Button &by) const {
-    return work_ && filled_ && current_ != none && &by == &button_of(work_->orders[current_]);
+    return work_ && filled_ && current_ != none && &by == &button_of(work_->orders[current_]) &&
+           (by.form == &main_ || by.form == dialog_);
 }
 
 void ListPane::begun(const Button &by) {
@@ -273,7 +275,7 @@ void ListPane::begun(const Button &by) {
 }
 
 void ListPane::over(const WorkEnd &end) {
-    if (running_ == none || !of_row(*end.by))
+    if (running_ == none || end.by != &button_of(work_->orders[running_]))
         return;
     const std::size_t row = std::exchange(running_, none);
     const Order &order = work_->orders[row];
@@ -323,6 +325,8 @@ void ListPane::settings_saved() {
 }
 
 void ListPane::happened() {
+    if (dialog_ && !dialog_->open)
+        dialog_ = nullptr;
     if (work_ && !main_.chkListe_pruefen.value)
         wants_ports();
     if (work_)
