@@ -9,6 +9,7 @@ namespace telvox::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 /// With a device for each row that is begun.
@@ -71,6 +72,10 @@ TEST_F(AllListed, RowsThatNeedNobodyAreDoneSideBySideAndTheFailedOnceMore) {
     program.click(main.mnuListe_alle);
     run_all([&] { return column(message)[6] == "Service-Nummer wird eingestellt"; });
     EXPECT_EQ(column(outcome)[6], "läuft");
+    program.click(main.cbuListe_alle);
+    run_all([&] { return column(outcome)[6] == "erfolgreich" && !later.on; });
+    EXPECT_EQ(column(outcome)[1], "fehlgeschlagen") << "held, the second round too";
+    program.click(main.cbuListe_alle);
     run_all([&] { return beside.made() == 6; });
     EXPECT_EQ(column(outcome)[1], "läuft") << "once more";
     units[1]->silent = false;
@@ -92,8 +97,10 @@ TEST_F(AllListed, CancellingEndsAllOfThem) {
     program.click(main.cbuListe_alle);
     bench.rig.answer(true);
     run_all([&] { return !column(message)[0].empty(); });
+    program.click(main.cbuListe_alle);
     program.click(main.cbuAbbrechen);
     run_all();
+    EXPECT_THAT(main.StatusBar.text, EndsWith("3 ohne Erfolg)")) << "no longer held";
     EXPECT_THAT(column(outcome),
                 ElementsAre("abgebrochen", "abgebrochen", "offen", "offen", "offen", "abgebrochen", "offen"));
     EXPECT_FALSE(program.busy() || beside.any_port_open());

@@ -65,10 +65,10 @@ void AllRows::begin(bool identifies, bool again) {
     runs_ = true;
     identifies_ = identifies;
     again_ = again;
-    begin_rows();
+    begin_rows(false);
 }
 
-void AllRows::begin_rows() {
+void AllRows::begin_rows(bool held) {
     failed_ = 0;
     steps_.clear();
     work_ = std::make_unique<SideBySide>(
@@ -105,6 +105,7 @@ void AllRows::begin_rows() {
         repeats_ = std::exchange(again_, false) && failed_ != 0 && !work_->cancelled();
         later_.restart(milliseconds{0}); // it is in the midst of its work
     };
+    work_->hold(held);
     work_->begin();
 }
 
@@ -112,7 +113,7 @@ void AllRows::tick() {
     later_.Enabled(false);
     program_.together([this] {
         if (std::exchange(repeats_, false))
-            begin_rows();
+            begin_rows(work_->held());
         else if (work_->running())
             work_->tick();
         else if (std::exchange(runs_, false))
@@ -137,7 +138,7 @@ std::string AllRows::summary() const {
            " Zeilen fertig" +
            (work_->rows_running() != 0 ? ", " + std::to_string(work_->rows_running()) + " laufen" : "") +
            (failed_ != 0 ? ", " + std::to_string(failed_) + " ohne Erfolg" : "") +
-           (work_->held() ? " (angehalten)" : "");
+           (held() ? " (angehalten)" : "");
 }
 
 } // namespace telvox::operation

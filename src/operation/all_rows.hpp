@@ -43,7 +43,10 @@ class AllRows final : public LongWork {
 
     [[nodiscard]] bool running() const override { return runs_; }
     [[nodiscard]] Progress progress() const override;
-    void cancel() override { work_->cancel(); }
+    void cancel() override {
+        repeats_ = false;
+        work_->cancel();
+    }
     [[nodiscard]] bool running(std::size_t row) const { return running() && work_->running(row); }
     /// What the row's program said last.
     [[nodiscard]] std::string step(std::size_t row) const;
@@ -54,7 +57,7 @@ class AllRows final : public LongWork {
 
   private:
     [[nodiscard]] Way way_of(const Trial &trial) const;
-    void begin_rows();
+    void begin_rows(bool held);
 
     Telvox &program_;
     PortScan &ports_;
