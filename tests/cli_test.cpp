@@ -101,6 +101,7 @@ TEST(CliCall, RefusesWhatItDoesNotUnderstand) {
         {"pin --pin 1 --teil 1/2", "--teil gehört nur zu liste"},
         {"pin --pin 1 --json", "--json gehört nur zu liste"},
         {"liste a --speichern", "--speichern gehört nicht zu liste"},
+        {"liste a --laufend", "--laufend gehört nur zu signal"},
         {"pin a", "Unbekannte Angabe \"a\""},
         {"pin --pin 1 --msn 2", "--msn gehört nur zu msn"},
         {"anschlussart", "--anschlussart fehlt"},

@@ -11,6 +11,8 @@ namespace {
 
 /// An option of another job is refused, one that the job cannot do without is missed.
 void check_options(const Call &call) {
+    if (call.again && !call.job->repeats)
+        throw UsageError("--laufend gehört nur zu signal");
     if (call.job->file) {
         if (call.list.empty())
             throw UsageError(std::string(call.job->name) + ": " + call.job->file + " fehlt");
@@ -25,8 +27,6 @@ void check_options(const Call &call) {
                                         {call.share.of > 1, "--teil"}})
         if (given)
             throw UsageError(std::string(option) + " gehört nur zu liste");
-    if (call.again && !call.job->repeats)
-        throw UsageError("--laufend gehört nur zu signal");
     for (const auto &[given, option] :
          {std::pair{call.save, "--speichern"}, {!call.record.empty(), "--nachweis"}})
         if (given && call.everywhere())
