@@ -202,6 +202,16 @@ TEST_F(WindowTest, DialogsCloseByTheirCancelButtonTheTitleBarAndEscape) {
         EXPECT_FALSE(dialog.isVisible());
         EXPECT_FALSE(desk.frmMSN.open);
     }
+    // A window manager gives the keys back to the window that one belongs to.
+    for (const bool over_another : {true, false}) {
+        desk.frmVerlauf.open = over_another;
+        windows.draw();
+        desk.frmNachweis.open = true;
+        windows.draw();
+        EXPECT_EQ(windows.window(desk.frmNachweis).parentWidget(),
+                  over_another ? &windows.window(desk.frmVerlauf) : &main_window());
+        desk.frmNachweis.open = false;
+    }
 }
 
 TEST_F(WindowTest, EnterInADialogPressesItsButton) {

@@ -213,6 +213,8 @@ void WindowSet::show_or_hide(Form &form) {
         }
         return made_[&form].room.follow(window, before);
     }
+    if (QWidget *over = front(); over != window.parentWidget())
+        window.setParent(over, window.windowFlags()); // when it closes, the keys go back there
     made_[&form].room.fit(window);
     if (!has_focus_to_give)
         begin_at_first_field(window, binder(form), program_.busy());
