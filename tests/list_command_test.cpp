@@ -363,6 +363,9 @@ TEST_F(CliProgram, MeasuresTheSignalUntilItIsInterrupted) {
     }
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     EXPECT_EQ(result(), 0);
+    process.setStandardOutputFile("/dev/full");
+    start_program({"signal", "--laufend", "--typ=gsm", "--simulator", "--schnittstelle=3"});
+    EXPECT_EQ(result(), 1) << "nobody gets what it measures";
 }
 
 } // namespace

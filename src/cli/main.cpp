@@ -46,7 +46,7 @@ class PrintedBoxes final : public MessageBoxes {
 /// Watches the one job of the call, or its repetitions.
 class Watched final : public Observer {
   public:
-    Watched(const Telvox &program, const cli::Call &call, Outputs &out)
+    Watched(Telvox &program, const cli::Call &call, Outputs &out)
         : program_(program), call_(call), out_(out), log_(out.remarks, call.trace) {}
 
     void status(std::string_view text) override {
@@ -61,6 +61,8 @@ class Watched final : public Observer {
             const FrmGSM_Status &form = program_.desk.frmGSM_Status;
             out_.results.line(form.lblAntenne.caption + ", " + form.lblAntenne_Bester.caption);
             measured = true;
+            if (out_.results.failed())
+                program_.cancel();
         }
         if (!call_.again || !program_.busy())
             QCoreApplication::quit();
@@ -70,7 +72,7 @@ class Watched final : public Observer {
     bool measured = false; ///< at least once
 
   private:
-    const Telvox &program_;
+    Telvox &program_;
     const cli::Call &call_;
     Outputs &out_;
     cli::ShownLog log_;

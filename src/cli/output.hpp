@@ -17,6 +17,9 @@ class Output {
     /// Ends the output. Returns why something of it could not be written (German), empty if all was.
     [[nodiscard]] std::string end();
 
+    /// Something could not be written, so nobody gets the rest.
+    [[nodiscard]] bool failed() const { return error_ != 0; }
+
   private:
     void note(bool written);
 
