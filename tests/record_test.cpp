@@ -218,6 +218,27 @@ TEST_F(Recorded, SaysWhatWasSentAndAnsweredAndNothingElse) {
     EXPECT_THAT(read_file(log.history().file(), 1 << 20).bytes, Not(HasSubstr("4321")));
 }
 
+TEST_F(Recorded, AJobAndAnActionOnTheNetworkBesideItAreALineEach) {
+    for (const bool job_ends_first : {false, true}) {
+        program.click(main.cbuParametrieren);
+        FrmGateway &gateway = program.desk.frmGateway;
+        gateway.load();
+        program.enter(gateway.tboIP, "10.0.0.9");
+        program.click(gateway.cbuVerbindung_pruefen);
+        if (job_ends_first)
+            bench.run(milliseconds{300'000});
+        program.process_ended({.output = "64 bytes from 10.0.0.9: icmp_seq=1 ttl=64\n"});
+        bench.run(milliseconds{300'000});
+        const HistoryLine last = log.history().lines().back(), before = *(log.history().lines().end() - 2);
+        const HistoryLine &job = job_ends_first ? before : last, &ping = job_ends_first ? last : before;
+        EXPECT_EQ(job.job + job.port + job.message,
+                  "Modem konfigurierenCOM 3Das Telvox-A wurde erfolgreich parametriert.");
+        EXPECT_EQ(ping.port + ping.message, "Netzwerk, 10.0.0.9Verbindungsaufbau erfolgreich!");
+        bench.rig.turn_by(milliseconds{10'000});
+    }
+    EXPECT_THAT(log.history().lines(), SizeIs(4));
+}
+
 TEST_F(Recorded, TheHistoryIsFilteredSavedAndTold) {
     const Folder other;
     press(main.cbuParametrieren);

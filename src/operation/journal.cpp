@@ -86,9 +86,9 @@ DoneJob Journal::begun(const Button &by) const {
 }
 
 void Journal::started(const Button &by) {
-    running_ = begun(by);
+    DoneJob &job = running_[&by] = begun(by);
     const bool repeats = program_.desk.frmGSM_Status.chkLaufend.value;
-    running_->again = std::exchange(repeats_, repeats) && repeats;
+    job.again = std::exchange(repeats_, repeats) && repeats;
 }
 
 /// What a device says of itself on the way counts too.
@@ -102,16 +102,17 @@ void Journal::happened() {
         done_(std::move(job));
     }
     repeats_ &= program_.desk.frmGSM_Status.chkLaufend.value;
-    if (!running_)
-        return;
     if (const std::string imei = dialogues::imei_in(program_.received()); !imei.empty())
-        running_->line.imei = imei;
+        for (auto &[by, job] : running_)
+            if (!on_network(*by, program_.desk))
+                job.line.imei = imei;
 }
 
 void Journal::ended(const JobEnd &end) {
-    if (!running_)
+    const auto running = running_.extract(end.by);
+    if (running.empty())
         return;
-    DoneJob job = *std::exchange(running_, std::nullopt);
+    DoneJob job = running.mapped();
     Desk &desk = program_.desk;
     const bool well = went_well(end.outcome), serial = !on_network(*end.by, desk);
     job.line.time = local_time(now_());

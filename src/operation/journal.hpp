@@ -5,6 +5,7 @@
 
 #include <ctime>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -40,8 +41,8 @@ class Journal : private Observer {
     Telvox &program_;
     std::function<void(DoneJob)> done_;
     Now now_;
-    std::optional<DoneJob> running_;
-    std::optional<DoneJob> compares_; ///< has ended, and what it came to may be told yet
+    std::map<const Button *, DoneJob> running_; ///< a job, and an action on the network beside it
+    std::optional<DoneJob> compares_;           ///< has ended, and what it came to may be told yet
     std::optional<JobEnd> compared_;
     bool repeats_ = false;          ///< the last job was asked by itself, and will be once more
     std::string imei_of_row_, row_; ///< what the device of this row has said
