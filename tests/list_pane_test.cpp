@@ -376,6 +376,12 @@ TEST_F(Listed, ThatIsWrongChangesNothing) {
         EXPECT_FALSE(main.fraListe.visible);
         EXPECT_FALSE(std::filesystem::exists(folder / "l-ergebnis.csv"));
     }
+    open(list);
+    std::filesystem::copy(folder / "l.csv", folder / "b.csv");
+    const ResultFile elsewhere(folder / "b-ergebnis.csv", operation::read_list(folder / "b.csv"));
+    pane.open(text_of(folder / "b.csv"));
+    EXPECT_THAT(bench.rig.boxes.back().text, HasSubstr("Die Liste wurde nicht geöffnet."));
+    EXPECT_TRUE(main.fraListe.visible) << "the one that was open still is";
 }
 
 } // namespace

@@ -90,8 +90,12 @@ void ListPane::open(const std::string &path) {
         DeviceList list = read_list(path_of(path));
         Values base = work_ ? base_ : main_window_values(desk_, names_ports(list));
         std::vector<Order> orders = checked(list, base);
-        close(); // it may be the same one, and nobody else may write its results
-        work_.reset(new Work{list, std::move(orders), ResultFile(result_path(path_of(path)), list)});
+        const std::filesystem::path results = result_path(path_of(path));
+        if (std::error_code error; work_ && std::filesystem::equivalent(results, work_->path, error))
+            close(); // nobody else may write them
+        std::unique_ptr<Work> work(new Work{list, std::move(orders), results, ResultFile(results, list)});
+        close();
+        work_ = std::move(work);
         base_ = std::move(base);
     } catch (const UsageError &failure) {
         return program_.together([&] {

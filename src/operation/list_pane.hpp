@@ -44,7 +44,8 @@ class ListPane : private Observer {
   private:
     struct Work {
         DeviceList list;
-        std::vector<Order> orders; ///< by row
+        std::vector<Order> orders;  ///< by row
+        std::filesystem::path path; ///< of the results
         ResultFile results;
     };
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
