@@ -299,6 +299,11 @@ TEST_F(SettingsFile, OfTheWindowGivesBackWhatItCanBelieve) {
     kept.profiles = {"/a=b/Süd.txt", "1", "2", "3", "4"};
     kept.place.clear();
     EXPECT_EQ(read_remembered(folder / "neu"), kept);
+    Remembered own; // of a window that was open all the time
+    remember(folder / "neu", own, [](Remembered &all) { all.place = "Süd"; });
+    kept.place = "Süd";
+    EXPECT_EQ(read_remembered(folder / "neu"), kept) << "another has written the rest";
+    EXPECT_EQ(own.place, "Süd");
     write_remembered(folder / "neu", {});
     EXPECT_EQ(read_remembered(folder / "neu"), Remembered{});
 

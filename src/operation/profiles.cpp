@@ -176,16 +176,16 @@ void Profiles::begin_as_left() {
 }
 
 void Profiles::note_left(const std::string &geometry) {
-    Remembered &left = desk_.remembered;
-    if (!left.as_left)
+    if (!desk_.remembered.as_left)
         return;
-    left.variant = value_of(*find_option("typ"), desk_);
-    left.way = value_of(*find_option("verbindung"), desk_);
-    left.cable_port = port_of(desk_, desk_.frmModem.cobSchnittstelle);
-    left.modem_port = port_of(desk_, desk_.frmModem.cobModem_Port);
-    left.geometry = geometry;
-    left.profile = path_;
-    write_remembered(desk_.folders.settings, left);
+    remember(desk_.folders.settings, desk_.remembered, [&](Remembered &left) {
+        left.variant = value_of(*find_option("typ"), desk_);
+        left.way = value_of(*find_option("verbindung"), desk_);
+        left.cable_port = port_of(desk_, desk_.frmModem.cobSchnittstelle);
+        left.modem_port = port_of(desk_, desk_.frmModem.cobModem_Port);
+        left.geometry = geometry;
+        left.profile = path_;
+    });
 }
 
 void Profiles::happened() {
@@ -224,11 +224,11 @@ void Profiles::take_over(Profile profile, const std::string &path, const std::st
     profile_ = std::move(profile);
     std::error_code error; // remembered, it must mean the same file from another folder too
     path_ = text_of(std::filesystem::absolute(path_of(path), error));
-    std::vector<std::string> &recent = desk_.remembered.profiles;
-    std::erase(recent, path_);
-    recent.insert(recent.begin(), path_);
-    recent.resize(std::min(recent.size(), Remembered::most_profiles));
-    write_remembered(desk_.folders.settings, desk_.remembered);
+    remember(desk_.folders.settings, desk_.remembered, [&](Remembered &all) {
+        std::erase(all.profiles, path_);
+        all.profiles.insert(all.profiles.begin(), path_);
+        all.profiles.resize(std::min(all.profiles.size(), Remembered::most_profiles));
+    });
     program_.saved();
     program_.together([&] {
         show_recent();

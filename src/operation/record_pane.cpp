@@ -107,10 +107,11 @@ void RecordPane::ask_to_save() {
 }
 
 void RecordPane::print(const std::string &path) {
-    Remembered &remembered = desk_.remembered;
-    remembered.done_by = form_.tboVon.text;
-    remembered.place = form_.tboOrt.text;
-    write_remembered(desk_.folders.settings, remembered);
+    const Remembered &remembered = desk_.remembered;
+    remember(desk_.folders.settings, desk_.remembered, [&](Remembered &all) {
+        all.done_by = form_.tboVon.text;
+        all.place = form_.tboOrt.text;
+    });
     RecordPages pages =
         chosen()->pages({.by = remembered.done_by, .place = remembered.place, .made = local_time(now_())});
     const std::size_t count = pages.count;

@@ -40,8 +40,8 @@ void connect_protocol(Desk &desk, Recorder &recorder) {
     desk.remembered = read_remembered(desk.folders.settings);
     f.mnuProtokoll.value = f.fraProtokoll.visible = desk.remembered.protocol;
     f.mnuProtokoll.clicked = [&] {
-        desk.remembered.protocol = f.mnuProtokoll.value = f.fraProtokoll.visible = !f.mnuProtokoll.value;
-        write_remembered(desk.folders.settings, desk.remembered);
+        const bool shown = f.mnuProtokoll.value = f.fraProtokoll.visible = !f.mnuProtokoll.value;
+        remember(desk.folders.settings, desk.remembered, [=](Remembered &all) { all.protocol = shown; });
     };
     f.tboProtokoll.read = [&](std::size_t &from) { return shown_lines(recorder, from); };
     f.cbuProtokoll_kopieren.clicked = [&] { f.tboProtokoll.wants_copy = true; };

@@ -32,11 +32,12 @@ void open(Desk &desk) {
 /// Saves what the dialog shows and closes it; it stays open when that fails.
 void save(Desk &desk) {
     FrmEinstellungen &form = desk.frmEinstellungen;
-    const Remembered before = desk.remembered;
-    desk.remembered.history = form.chkVerlauf.value;
-    desk.remembered.as_left = form.chkWie_zuletzt.value;
-    if (desk.remembered != before)
-        write_remembered(desk.folders.settings, desk.remembered);
+    if (desk.remembered.history != form.chkVerlauf.value ||
+        desk.remembered.as_left != form.chkWie_zuletzt.value)
+        remember(desk.folders.settings, desk.remembered, [&](Remembered &all) {
+            all.history = form.chkVerlauf.value;
+            all.as_left = form.chkWie_zuletzt.value;
+        });
     if (prz_Einstellungen_speichern(desk.session, desk.folders.settings, form.direkt.texts(),
                                     form.fern.texts(), desk.outbox)) {
         form.unload();

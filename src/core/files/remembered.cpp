@@ -74,4 +74,15 @@ void write_remembered(const std::filesystem::path &folder, const Remembered &rem
     static_cast<void>(replace_file(folder / file_name, content));
 }
 
+void remember(const std::filesystem::path &folder, Remembered &own,
+              const std::function<void(Remembered &)> &change) {
+    change(own);
+    std::error_code error;
+    if (!std::filesystem::exists(folder / file_name, error))
+        return write_remembered(folder, own);
+    Remembered all = read_remembered(folder);
+    change(all);
+    write_remembered(folder, all);
+}
+
 } // namespace telvox

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -28,5 +29,9 @@ struct Remembered {
 /// Writes it, as a whole or not at all. Where that is not possible nothing is remembered and nobody hears of
 /// it: it is a comfort, and no work is lost.
 void write_remembered(const std::filesystem::path &folder, const Remembered &remembered);
+
+/// Changes it, and the same in the file: the rest of that another window may have written since.
+void remember(const std::filesystem::path &folder, Remembered &own,
+              const std::function<void(Remembered &)> &change);
 
 } // namespace telvox
