@@ -374,9 +374,12 @@ TEST_F(CliCalls, TellsAFailureFromARefusal) {
     start("alarm-aus --port 4=/dev/no-such-device --schnittstelle 4");
     EXPECT_EQ(result(), 1);
     EXPECT_EQ(out, "COM 4 konnte nicht geöffnet werden.\nDie Schnittstelle ist nicht vorhanden.\n");
-    start("alarm-aus --schnittstelle /etc");
+    const QTemporaryDir own;
+    start("alarm-aus --schnittstelle /etc --datenordner " + own.path().toStdString());
     EXPECT_EQ(result(), 1);
     EXPECT_EQ(out, "/etc konnte nicht geöffnet werden.\nDas ist ein Ordner, keine serielle Schnittstelle.\n");
+    EXPECT_THAT(whole_file(path_of(own.filePath("verlauf.csv").toStdString()), 1024),
+                HasSubstr("\"/etc konnte nicht geöffnet werden."));
     process.setStandardOutputFile("/dev/full");
     start("--version");
     EXPECT_EQ(result(), 1);

@@ -130,6 +130,7 @@ int run(QCoreApplication &application, const cli::Call &call, Outputs &out) {
     operation::Operator at_the_form(program, ports.scan);
     operation::WorkLog log(program.desk.folders.settings);
     operation::Journal journal(program, [&](DoneJob done) {
+        done.line.message = at_the_form.by_path(done.line.message);
         const std::string failure = log.add({std::move(done)}, program.desk.remembered.history);
         if (!failure.empty())
             out.remarks.line("telvox-cli: " + failure);

@@ -39,6 +39,10 @@ class RowProgram final : public MessageBoxes, private Observer {
     [[nodiscard]] const Attempt &result() const { return *result_; }
     [[nodiscard]] bool is_over() const { return result_.has_value(); }
     [[nodiscard]] Telvox &program() { return program_; }
+    /// A message in which devices that the order names by path have that name.
+    [[nodiscard]] std::string by_path(std::string message) const {
+        return at_the_form_.by_path(std::move(message));
+    }
 
     void show(const Message &message, Answered answered) override;
 

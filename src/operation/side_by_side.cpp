@@ -55,8 +55,10 @@ void SideBySide::start_row(std::size_t row) {
     running.program = std::make_unique<RowProgram>(rows_.order(row), rows_.make(rows_.ways[row].device),
                                                    rows_.folders, rows_.despite, rows_.base);
     RowProgram *program = running.program.get();
-    running.journal = std::make_unique<Journal>(program->program(),
-                                                [this](DoneJob job) { done_.push_back(std::move(job)); });
+    running.journal = std::make_unique<Journal>(program->program(), [this, program](DoneJob job) {
+        job.line.message = program->by_path(job.line.message);
+        done_.push_back(std::move(job));
+    });
     running.journal->device = [this, row] { return label_of(rows_.list.rows[row]); };
     running.journal->port_name = [this, row](const std::string &entry) {
         return rows_.ways[row].device.empty() ? rows_.port_name(entry) : rows_.ways[row].label;
