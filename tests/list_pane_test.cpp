@@ -384,5 +384,16 @@ TEST_F(Listed, ThatIsWrongChangesNothing) {
     EXPECT_TRUE(main.fraListe.visible) << "the one that was open still is";
 }
 
+TEST_F(Listed, NothingIsDoneOfWhichNobodyWouldKnow) {
+    open(list);
+    std::filesystem::remove(folder / "l-ergebnis.csv");
+    run();
+    EXPECT_EQ(column(outcome)[0], "abgebrochen");
+    EXPECT_EQ(device->memory.recipient, "");
+    ASSERT_EQ(bench.rig.boxes.size(), 2U);
+    EXPECT_THAT(bench.rig.boxes[0].text, HasSubstr("ließ sich nicht aufschreiben"));
+    EXPECT_THAT(bench.rig.boxes[1].text, HasSubstr("abgebrochen"));
+}
+
 } // namespace
 } // namespace telvox::test

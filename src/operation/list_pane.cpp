@@ -275,7 +275,8 @@ void ListPane::begun(const Button &by) {
     running_ = current_;
     told_.clear();
     hint_.clear();
-    keep(running_, {.outcome = RowOutcome::begun, .port = port()});
+    if (!keep(running_, {.outcome = RowOutcome::begun, .port = port()}))
+        program_.cancel(); // nothing has been sent, and nobody would know of it
 }
 
 void ListPane::over(const WorkEnd &end) {
@@ -362,7 +363,9 @@ std::string ListPane::port() const {
 bool ListPane::keep(std::size_t row, Attempt attempt) {
     attempt.time = local_time(now_());
     const std::string failure = work_->results.append(row, std::move(attempt));
-    if (!failure.empty())
+    const auto &waiting = desk_.outbox.waiting();
+    if (!failure.empty() && std::none_of(waiting.begin(), waiting.end(),
+                                         [&](const auto &box) { return box.message.text == failure; }))
         desk_.outbox.show_unrecorded(failure);
     return failure.empty();
 }

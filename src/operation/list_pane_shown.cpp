@@ -67,6 +67,7 @@ void ListPane::show() {
     const bool idle = !busy();
     main_.cbuListe_starten.enabled = main_.cbuListe_ueberspringen.enabled = idle && current_ != none;
     main_.cbuListe_schliessen.enabled = idle;
+    main_.chkListe_pruefen.enabled = main_.chkListe_nochmal.enabled = idle; // they count at a start
     const bool all = all_ && all_->running();
     main_.cbuListe_alle.enabled = main_.mnuListe_alle.enabled = all || (idle && all_);
     main_.cbuListe_alle.caption = !all ? "&Alle starten" : all_->held() ? "&Weiter" : "P&ause";
