@@ -28,8 +28,9 @@ class Observer {
     virtual void started(const Button &) {}
     /// Told once, after the handler that ended it.
     virtual void ended(const JobEnd &) {}
-    /// The job that has ended was a comparison: what it came to. Told once, before `happened`.
-    virtual void compared(const JobEnd &) {}
+    /// What the job that has ended came to, where that is more than its own end: a comparison, or that
+    /// another device answered. Told before `happened`.
+    virtual void came_to(const JobEnd &) {}
     /// Every status text, also one that the same handler replaces.
     virtual void status(std::string_view) {}
     /// What goes into the log of a network dialog: ping's answers and what the module says.

@@ -39,19 +39,19 @@ std::size_t AllRows::look(const Opened &opened) {
     std::set<std::string> shared;
     std::vector<bool> cable(rows);
     for (std::size_t row = 0; row < rows; ++row) {
-        if (!is_to_do(opened.results.last(row)))
-            continue;
+        const bool open = is_to_do(opened.results.last(row));
         try {
             const Order &order = opened.orders[row];
             const Trial trial = try_out(order, opened.base, world);
             ways_[row] = way_of(trial);
             cable[row] = !trial.port.empty() && !trial.remote;
-            chosen_[row] = trial.refusal.empty();
+            chosen_[row] = open && trial.refusal.empty();
+            // Also with a row that is done: its device may hang there yet.
             if (cable[row] && !at_cables.emplace(ways_[row].resource, order.job).second)
                 shared.insert(ways_[row].resource);
         } catch (const UsageError &) { // the user sees it when he comes to it
         }
-        left_ += chosen_[row] ? 0 : 1;
+        left_ += open && !chosen_[row] ? 1 : 0;
     }
     for (std::size_t row = 0; row < rows; ++row)
         if (chosen_[row] && cable[row] && shared.contains(ways_[row].resource)) {

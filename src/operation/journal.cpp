@@ -17,12 +17,6 @@ std::string without_key(std::string caption) {
     return caption.substr(0, caption.find("…"));
 }
 
-bool compares(const Button &by, Desk &desk) {
-    const std::span<const JobCommand> all = job_commands();
-    return std::any_of(all.begin(), all.end(),
-                       [&](const JobCommand &job) { return job.compares && &job.button(desk) == &by; });
-}
-
 /// The last thing that was said of a job, on one line.
 std::string message_of(const JobEnd &end) {
     return end.said.empty()
@@ -85,7 +79,20 @@ DoneJob Journal::begun(const Button &by) const {
     return job;
 }
 
+void Journal::tell() {
+    if (!ended_)
+        return;
+    auto [by, job] = *std::exchange(ended_, std::nullopt);
+    if (came_to_ && came_to_->by == by) {
+        const JobEnd end = *std::exchange(came_to_, std::nullopt);
+        job.line.outcome = row_outcome(end.outcome);
+        job.line.message = message_of(end);
+    }
+    done_(std::move(job));
+}
+
 void Journal::started(const Button &by) {
+    tell();
     DoneJob &job = running_[&by] = begun(by);
     const bool repeats = program_.desk.frmGSM_Status.chkLaufend.value;
     job.again = std::exchange(repeats_, repeats) && repeats;
@@ -93,14 +100,7 @@ void Journal::started(const Button &by) {
 
 /// What a device says of itself on the way counts too.
 void Journal::happened() {
-    if (compares_) {
-        DoneJob job = *std::exchange(compares_, std::nullopt);
-        if (const auto end = std::exchange(compared_, std::nullopt)) {
-            job.line.outcome = row_outcome(end->outcome);
-            job.line.message = message_of(*end);
-        }
-        done_(std::move(job));
-    }
+    tell();
     repeats_ &= program_.desk.frmGSM_Status.chkLaufend.value;
     if (const std::string imei = dialogues::imei_in(program_.received()); !imei.empty())
         for (auto &[by, job] : running_)
@@ -112,6 +112,7 @@ void Journal::ended(const JobEnd &end) {
     const auto running = running_.extract(end.by);
     if (running.empty())
         return;
+    tell();
     DoneJob job = running.mapped();
     Desk &desk = program_.desk;
     const bool well = went_well(end.outcome), serial = !on_network(*end.by, desk);
@@ -137,7 +138,7 @@ void Journal::ended(const JobEnd &end) {
         job.signal = desk.frmGSM_Status.lblSignalwert.caption;
     if (end.by == &desk.frmModem.cbuErkennen && desk.findings.recognized)
         job.line.variant = without_key(desk.frmModem.option_of(*desk.findings.recognized).caption);
-    compares(*end.by, desk) ? void(compares_ = std::move(job)) : done_(std::move(job));
+    ended_ = {end.by, std::move(job)};
 }
 
 } // namespace telvox::operation

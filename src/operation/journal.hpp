@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace telvox::operation {
 
@@ -17,7 +18,7 @@ class Journal : private Observer {
   public:
     using Now = std::function<std::time_t()>;
 
-    /// `done` hears of a job within the event that ended it, before observers that are added later do.
+    /// `done` hears of a job within the event that ended it.
     Journal(
         Telvox &program, std::function<void(DoneJob)> done, Now now = [] { return std::time(nullptr); });
     ~Journal() { program_.desk.observers.remove(*this); }
@@ -34,16 +35,17 @@ class Journal : private Observer {
   private:
     void started(const Button &by) override;
     void ended(const JobEnd &end) override;
-    void compared(const JobEnd &end) override { compared_ = end; }
+    void came_to(const JobEnd &end) override { came_to_ = end; }
     void happened() override;
     [[nodiscard]] DoneJob begun(const Button &by) const;
+    void tell();
 
     Telvox &program_;
     std::function<void(DoneJob)> done_;
     Now now_;
     std::map<const Button *, DoneJob> running_; ///< a job, and an action on the network beside it
-    std::optional<DoneJob> compares_;           ///< has ended, and what it came to may be told yet
-    std::optional<JobEnd> compared_;
+    std::optional<std::pair<const Button *, DoneJob>> ended_; ///< what it came to may be told yet
+    std::optional<JobEnd> came_to_;
     bool repeats_ = false;          ///< the last job was asked by itself, and will be once more
     std::string imei_of_row_, row_; ///< what the device of this row has said
 };

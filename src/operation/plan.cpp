@@ -175,8 +175,12 @@ void Plan::ended(const JobEnd &end) {
         for (auto &[message, answered] : desk_.outbox.waiting())
             if (std::find(end.said.begin(), end.said.end(), message) != end.said.end())
                 message.shown = false;
-    if (work_->swapped())
-        return end_with(Outcome::failed, other_device(work_->imei, work_->expected));
+    if (work_->swapped()) {
+        const Message other = other_device(work_->imei, work_->expected);
+        desk_.observers.tell(&Observer::came_to,
+                             JobEnd{.by = end.by, .outcome = Outcome::failed, .said = {other}});
+        return end_with(Outcome::failed, other);
+    }
     if (goes_on)
         work_->done = end.outcome;
     else if (step == Step::verify)
@@ -327,7 +331,7 @@ void Plan::compared(Outcome outcome) {
                           .advice = different,
                           .shown = !work_->by_user};
     const JobEnd end{.by = work_->by, .outcome = count != 0 ? Outcome::differs : outcome, .said = {message}};
-    desk_.observers.tell(&Observer::compared, end);
+    desk_.observers.tell(&Observer::came_to, end);
     end_with(end.outcome, message);
 }
 
