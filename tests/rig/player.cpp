@@ -1,16 +1,13 @@
 #include "rig/player.hpp"
 
-#include "rig/rig.hpp"
+#include "rig/ordered.hpp"
 
 #include "core/text.hpp"
-#include "operation/plan.hpp"
 #include "operation/profile.hpp"
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <optional>
-#include <random>
 
 namespace telvox::test {
 
@@ -25,29 +22,6 @@ const std::map<std::string, std::string Session::*> session_texts = {
     {"strSMS_Protokoll_ISDN", &Session::strSMS_Protokoll_ISDN},
     {"strSMS_Protokoll_ISDN_fern", &Session::strSMS_Protokoll_ISDN_fern},
     {"strCOMparameter_direkt", &Session::strCOMparameter_direkt}};
-
-/// Does an order of several jobs, and notes how it came out.
-struct Ordered {
-    Ordered(Rig &rig, operation::Values values)
-        : at_the_form(rig.program, rig.scan), plan(rig.program, at_the_form, [] { return 0; }) {
-        rig.program.desk.folders.settings = folder;
-        const operation::JobCommand &job = *operation::find_job(values.extract("auftrag").mapped().value);
-        plan.over = [&](const operation::WorkEnd &work) {
-            const Attempt attempt = attempt_of(work, job, rig.program.desk);
-            rig.note("ends " + std::string(word_of(attempt.outcome)) + ": " + attempt.message);
-        };
-        const operation::Order order{.job = &job, .values = std::move(values)};
-        if (at_the_form.begin(order))
-            plan.start(order, true);
-    }
-    Ordered(const Ordered &) = delete;
-    ~Ordered() { std::filesystem::remove_all(folder); }
-
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("telvox_player" + std::to_string(std::random_device()()));
-    operation::Operator at_the_form;
-    operation::Plan plan;
-};
 
 /// The program in the rig, fed line by line.
 class Player {
@@ -240,19 +214,6 @@ void feed_until(Player &player, const Transcript &transcript, std::size_t end, s
 std::string without_hint(const std::string &entry) {
     const std::string hint = "Es hat ein Gerät";
     return entry.substr(0, std::min(entry.find("\\r\\r" + hint), entry.find(" " + hint)));
-}
-
-/// What differs between two journals, with all of what was done; empty: nothing.
-std::string difference(const Journal &expected, const Journal &actual) {
-    const auto [e, a] = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
-    if (e == expected.end() && a == actual.end())
-        return {};
-    std::string text = "expected: " + (e == expected.end() ? "(nothing more)" : *e) +
-                       "\ndone:     " + (a == actual.end() ? "(nothing more)" : *a) +
-                       "\nall that was done:\n";
-    for (const std::string &entry : actual)
-        text += entry + "\n";
-    return text;
 }
 
 std::string play_written(const Transcript &transcript, std::size_t piece) {

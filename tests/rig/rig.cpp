@@ -8,6 +8,18 @@
 
 namespace telvox::test {
 
+std::string difference(const Journal &expected, const Journal &actual) {
+    const auto [e, a] = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
+    if (e == expected.end() && a == actual.end())
+        return {};
+    std::string text = "expected: " + (e == expected.end() ? "(nothing more)" : *e) +
+                       "\ndone:     " + (a == actual.end() ? "(nothing more)" : *a) +
+                       "\nall that was done:\n";
+    for (const std::string &entry : actual)
+        text += entry + "\n";
+    return text;
+}
+
 std::string bytes_of(std::string_view text) {
     const std::string visible = to_line(text);
     std::string bytes;

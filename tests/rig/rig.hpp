@@ -12,6 +12,9 @@ namespace telvox::test {
 /// ATI\r".
 using Journal = std::vector<std::string>;
 
+/// What differs between two journals, with all of what was done; empty: nothing.
+std::string difference(const Journal &expected, const Journal &actual);
+
 /// The reverse of `visible`: "\r", "\n", "\\" and "\xNN" become bytes, other text Windows-1252.
 std::string bytes_of(std::string_view text);
 
