@@ -2,7 +2,6 @@
 
 #include "cli/follow.hpp"
 #include "cli/interrupt.hpp"
-#include "cli/record.hpp"
 #include "core/files/remembered.hpp"
 #include "operation/search.hpp"
 #include "operation/work_log.hpp"
@@ -64,14 +63,11 @@ int run_search(QCoreApplication &application, const Call &call, Outputs &out) {
     if (search.running())
         application.exec();
     print(search, call.json, out.results);
-    const std::string unrecorded = write_record(call, log.jobs(), remembered);
-    if (!unrecorded.empty())
-        out.remarks.line("telvox-cli: " + unrecorded);
     if (interrupted != 0)
         return interrupted;
     if (search.found() == 0)
         out.remarks.line(nobody_found);
-    return search.found() != 0 && unrecorded.empty() ? job_succeeded : job_failed;
+    return search.found() != 0 ? job_succeeded : job_failed;
 }
 
 } // namespace telvox::cli
