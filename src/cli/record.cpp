@@ -24,7 +24,7 @@ int write_html(const std::string &path, const RecordPages &pages) {
     std::string html = record_head();
     for (std::size_t page = 0; page < pages.count; ++page)
         html.append(page == 0 ? "" : record_break).append(pages.page(page));
-    return replace_file(path_of(path), html + record_foot);
+    return replace_file(path_of(path), html.append(record_foot));
 }
 
 /// What draws is not even loaded here, so that calls without a record start as fast as they can.
