@@ -9,8 +9,8 @@
 #include "ports/qt_timer.hpp"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QTimer>
 
 #include <algorithm>
@@ -244,6 +244,7 @@ struct RealJob final : MessageBoxes, Observer {
     void ended(const JobEnd &end) override {
         outcome = end.outcome;
         took = clock.elapsed();
+        over();
     }
     void start() {
         clock.start();
@@ -251,6 +252,7 @@ struct RealJob final : MessageBoxes, Observer {
     }
 
     const JobCase &job;
+    std::function<void()> over = [] {};
     AnsweringPort port;
     NoScan scan;
     QtTimer timer, timer2;
@@ -278,16 +280,22 @@ int measure(int argc, char **argv) {
     const auto unfinished = [&] {
         return std::any_of(jobs.begin(), jobs.end(), [](const auto &job) { return job->took < 0; });
     };
+    QEventLoop waiting;
+    QTimer in_time;
+    QObject::connect(&in_time, &QTimer::timeout, &waiting, &QEventLoop::quit);
     while (jobs.size() < all) {
         const std::size_t first = jobs.size();
         for (std::size_t i = first; i < std::min(first + at_once, all); ++i)
             jobs.push_back(std::make_unique<RealJob>(cases[i]));
-        std::for_each(jobs.begin() + static_cast<std::ptrdiff_t>(first), jobs.end(),
-                      [](const auto &job) { job->start(); });
-        const QDeadlineTimer in_time(std::chrono::minutes{1});
-        QTimer::singleShot(std::chrono::minutes{1}, [] {}); // wakes the loop up
-        while (unfinished() && !in_time.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        std::for_each(jobs.begin() + static_cast<std::ptrdiff_t>(first), jobs.end(), [&](const auto &job) {
+            job->over = [&] {
+                if (!unfinished())
+                    waiting.quit();
+            };
+            job->start();
+        });
+        in_time.start(std::chrono::minutes{1});
+        waiting.exec();
     }
 
     double worst = 0;
