@@ -81,16 +81,17 @@ TEST_F(ListCommand, DoesDevicesOfAllVariantsWithFaultsInBetween) {
     EXPECT_THAT(
         lines,
         UnorderedElementsAre(
-            "Zeile 2, A, COM 1: erfolgreich", "Zeile 3, B, COM 2: erfolgreich",
-            "Zeile 4, C, COM 3: erfolgreich", testing::MatchesRegex("Zeile 5, COM 3: erfolgreich: [0-9]+"),
-            testing::MatchesRegex("Zeile 6, D, COM 4: erfolgreich: [0-9]+"), "Zeile 7, E, COM 5: erfolgreich",
-            "Zeile 8, F, Netzwerk: erfolgreich",
+            "Zeile 2, A, COM 1 (simuliert): erfolgreich", "Zeile 3, B, COM 2 (simuliert): erfolgreich",
+            "Zeile 4, C, COM 3 (simuliert): erfolgreich",
+            testing::MatchesRegex("Zeile 5, COM 3 .simuliert.: erfolgreich: [0-9]+"),
+            testing::MatchesRegex("Zeile 6, D, COM 4 .simuliert.: erfolgreich: [0-9]+"),
+            "Zeile 7, E, COM 5 (simuliert): erfolgreich", "Zeile 8, F, Netzwerk (simuliert): erfolgreich",
             "Zeile 9, fehlt, COM 9: fehlgeschlagen: COM 9 konnte nicht geöffnet werden. Die Schnittstelle "
             "ist nicht "
             "vorhanden.",
             HasSubstr("Zeile 10, stumm, " + mute +
                       ": fehlgeschlagen: Fehler bei der Parametrierung. Kommunikationsfehler: 33."),
-            HasSubstr("Zeile 11, fern, COM 6: fehlgeschlagen: Das Telvox-A antwortet nicht."),
+            HasSubstr("Zeile 11, fern, COM 6 (simuliert): fehlgeschlagen: Das Telvox-A antwortet nicht."),
             "10 Zeilen: 7 erfolgreich, 3 fehlgeschlagen. Ergebnisse: " + result_path(list).string()));
     const auto at = [&](const char *text) {
         return std::find_if(lines.begin(), lines.end(),
@@ -123,7 +124,7 @@ TEST_F(ListCommand, GoesOnWhereItStopped) {
         lines_of_output(),
         ElementsAre("Zeile 2, A: schon erledigt (mit Ablehnungen, gestern)",
                     "Zeile 4, C: schon erledigt (übersprungen, heute)",
-                    testing::StartsWith("Zeile 3, B, COM 4: erfolgreich: "),
+                    testing::StartsWith("Zeile 3, B, COM 4 (simuliert): erfolgreich: "),
                     testing::StartsWith("3 Zeilen: 1 erfolgreich, 1 mit Ablehnungen, 1 übersprungen.")));
     EXPECT_EQ(run(), 3);
     EXPECT_THAT(out, Not(HasSubstr("Zeile 3, B, COM 4")));
@@ -234,7 +235,9 @@ TEST_F(ListCommand, KnowsWhichDeviceHangsOnEachCable) {
 TEST_F(ListCommand, ComparesDevicesAndTellsWhatDiffers) {
     write("name;typ;schnittstelle;auftrag;apn\nA;gprs;4;gprs-vergleichen;x\nB;gsm;3;imei;\n");
     EXPECT_EQ(run({"--datenordner", folder}), 4);
-    EXPECT_THAT(out, HasSubstr("A, COM 4: abweichend: Anders eingestellt: 1 von 1. APN: soll x, ist leer"));
+    EXPECT_THAT(
+        out,
+        HasSubstr("A, COM 4 (simuliert): abweichend: Anders eingestellt: 1 von 1. APN: soll x, ist leer"));
     EXPECT_THAT(results(), ElementsAre("abweichend", "erfolgreich"));
     EXPECT_THAT(read_file(folder / "verlauf.csv", 1 << 20).bytes, HasSubstr("Vergleichen;abweichend;"));
     start_program(

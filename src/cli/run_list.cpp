@@ -140,9 +140,11 @@ bool ListCommand::is_to_do(std::size_t row) const {
 
 Way ListCommand::way_of(const Trial &trial) {
     if (trial.port.empty())
-        return {.label = "Netzwerk", .resource = "Netzwerk", .device = {}};
+        return {.label = numbers_->told("Netzwerk"), .resource = "Netzwerk", .device = {}};
     if (const auto number = parse_port_number(trial.port))
-        return {.label = port_entry(*number), .resource = numbers_->identity(*number), .device = {}};
+        return {.label = numbers_->told(port_entry(*number)),
+                .resource = numbers_->identity(*number),
+                .device = {}};
     return {.label = trial.port, .resource = PortMap::identity(trial.port), .device = trial.port};
 }
 

@@ -80,7 +80,7 @@ int run(QApplication &application, const Call &call) {
     operation::AllRows all(program, ports.scan, ports_beside(ports.map), later);
     later.tick = [&] { all.tick(); };
     all.done = note;
-    all.port_name = journal.port_name;
+    list.port_name = all.port_name = journal.port_name;
     list.with(all);
     QtSerialPort watched(*ports.map);
     QtTimer look;

@@ -17,9 +17,9 @@ AllRows::AllRows(Telvox &program, PortScan &ports, MakePorts make, Timer &later)
 
 Way AllRows::way_of(const Trial &trial) const {
     if (trial.port.empty())
-        return {.label = "Netzwerk", .resource = "Netzwerk", .device = {}};
+        return {.label = port_name("Netzwerk"), .resource = "Netzwerk", .device = {}};
     const auto number = parse_port_number(trial.port);
-    return {.label = number ? port_entry(*number) : trial.port,
+    return {.label = number ? port_name(port_entry(*number)) : trial.port,
             .resource = port_entry(number ? *number : ports_.number_of(trial.port)),
             .device = {}};
 }

@@ -357,7 +357,7 @@ std::optional<ListRecord> ListPane::record() const {
 
 std::string ListPane::port() const {
     const bool remote = main_.optFernverbindung.value;
-    return operator_.by_path(remote ? main_.cobModem_Port.text : main_.cobSchnittstelle.text);
+    return operator_.by_path(port_name(remote ? main_.cobModem_Port.text : main_.cobSchnittstelle.text));
 }
 
 bool ListPane::keep(std::size_t row, Attempt attempt) {

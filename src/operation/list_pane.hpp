@@ -29,6 +29,11 @@ class ListPane : private Observer {
     /// Has the device at the cable watched where the next row needs another one that tells no number.
     void with(CableWatch &watch);
 
+    /// The name of a port, by its entry in the port lists, for the result file.
+    std::function<std::string(const std::string &entry)> port_name = [](const std::string &entry) {
+        return entry;
+    };
+
     /// Opens a list where it was left, in place of the one that is open; a box says why it could not be. Not
     /// while a job runs.
     void open(const std::string &path);

@@ -74,6 +74,7 @@ void RecordPane::open(const HistoryLine *line) {
     form_.cobUmfang.text = form_.cobUmfang.items.front();
     form_.tboVon.text = desk_.remembered.done_by;
     form_.tboOrt.text = desk_.remembered.place;
+    desk_.focus(form_.tboVon); // what is typed at once is the name
     show();
 }
 
