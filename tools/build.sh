@@ -48,5 +48,8 @@ build() {
         return
     fi
     say "building ($preset)"
-    ninja -C "build/$preset" | grep --line-buffered -vE '^\[[0-9]+/[0-9]+\]|^-- |^ninja: Entering' || [ "${PIPESTATUS[0]}" -eq 0 ]
+    ninja -C "build/$preset" | awk '
+        /No space left on device/ {full = 1}
+        !/^\[[0-9]+\/[0-9]+\]|^-- |^ninja: Entering/ {print; fflush()}
+        END {if (full) print "The disk is full. A new call goes on from here."}'
 }

@@ -98,10 +98,10 @@ qt_source() {
     mv "$folder.new" "$folder"
 }
 
-# qt_stopped WHAT: ends with one line, after the last lines of the log where they are needed.
+# qt_stopped WHAT: ends with one line, after the last lines of the log (`qt_log`) where they are needed.
 qt_stopped() {
     local free
-    free=$(df --output=avail -m "$qt_cache" | tail -n 1)
+    free=$(df --output=avail -m "$(dirname "$qt_log")" | tail -n 1)
     if [ "$free" -lt 100 ] || grep -q 'No space left' "$qt_log"; then
         fail "$1: the disk is full. A new call goes on from here."
     fi

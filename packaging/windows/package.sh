@@ -11,6 +11,10 @@ say "packing"
 build=build/windows-release
 made=build/package/windows
 files=$made/telvox
+mkdir -p build/package
+qt_log=build/package/windows.log
+exec 3>&2 2>$qt_log
+trap 'exec 2>&3; qt_stopped "The Windows programs could not be packed"' ERR
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' $build/CMakeCache.txt)
 rm -rf "$made"
 mkdir -p "$files"
@@ -35,7 +39,7 @@ done >$made/installed.nsh
 setup=build/package/telvox-$version-setup.exe
 makensis -V2 -INPUTCHARSET UTF8 -NOCD -DVERSION="$version" -DFILES="$files" -DSIZE="$(du -sk "$files" | cut -f1)" \
     -DICON=$build/packaging/windows/telvox.ico -DINSTALLED=$made/installed.nsh -DTARGET="$made/telvox-setup.exe" \
-    packaging/windows/telvox.nsi >$made/nsis.log 2>&1 || { tail -n 20 $made/nsis.log >&2; fail "The installer could not be made."; }
+    packaging/windows/telvox.nsi >>$qt_log
 
 # Settings stay beside the program where a Com.ini stands there already.
 : >"$files/Com.ini"
